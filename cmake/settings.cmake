@@ -1,0 +1,40 @@
+# Compiler settings of our own targets, and the two helpers with which the root file names rooms.
+
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+
+add_library(quorl_settings INTERFACE)
+target_compile_features(quorl_settings INTERFACE cxx_std_20 c_std_11)
+target_compile_options(quorl_settings INTERFACE -Wall -Wextra -Wconversion -Wshadow
+                                                $<$<BOOL:${PROJECT_IS_TOP_LEVEL}>:-Werror>)
+# The same source gives the same result on every machine: no contraction into fused operations.
+target_compile_options(quorl_settings INTERFACE -ffp-contract=off)
+if(QUORL_SANITIZE)
+  target_compile_options(quorl_settings INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+                                                  -fno-omit-frame-pointer)
+  target_link_options(quorl_settings INTERFACE -fsanitize=address,undefined)
+endif()
+
+# Every source of the named rooms. A new file is seen at the next build.
+function(quorl_room_sources result)
+  set(found)
+  foreach(room ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/quorl/${room}/*.cpp)
+    list(APPEND found ${sources})
+  endforeach()
+  set(${result} ${found} PARENT_SCOPE)
+endfunction()
+
+# The headers of the named rooms, found under the repository's root and installed as a file set.
+function(quorl_public_headers target)
+  set(found)
+  foreach(room ${ARGN})
+    file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/quorl/${room}/*.hpp
+                                        ${PROJECT_SOURCE_DIR}/quorl/${room}/*.h
+                                        ${PROJECT_SOURCE_DIR}/quorl/${room}/*.inc)
+    list(APPEND found ${headers})
+  endforeach()
+  target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${found})
+  target_compile_features(${target} PUBLIC cxx_std_20)
+endfunction()

@@ -1,0 +1,22 @@
+// Single-byte text of the store: Windows-1252. The five bytes without a character there (81, 8D, 8F,
+// 90, 9D) stand for the control character of the same number, so that every byte comes back.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "quorl/runtime/types.hpp"
+
+namespace quorl {
+
+/// The character of one byte.
+char16_t FromAnsi(unsigned char byte) noexcept;
+/// One character a byte.
+String FromAnsi(std::string_view bytes);
+
+/// The byte of one character, '?' for a character that has none.
+unsigned char ToAnsi(char16_t unit) noexcept;
+/// One byte a code unit.
+std::string ToAnsi(StringView text);
+
+}  // namespace quorl

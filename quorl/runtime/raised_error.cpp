@@ -1,0 +1,59 @@
+#include "quorl/runtime/raised_error.hpp"
+
+#include <algorithm>
+#include <array>
+
+#include "quorl/runtime/utf.hpp"
+
+namespace quorl {
+
+struct RaisedError::Record {
+  Int32 number;
+  String source;
+  String description;
+  std::string what;
+};
+
+namespace {
+
+struct Sentence {
+  FailureNumber number;
+  StringView text;
+};
+
+constexpr std::array kSentences{
+    Sentence{FailureNumber::InvalidArgument, u"Argument ou appel de procédure incorrect."},
+    Sentence{FailureNumber::Overflow, u"Dépassement de capacité."},
+    Sentence{FailureNumber::OutOfMemory, u"Mémoire insuffisante."},
+    Sentence{FailureNumber::SubscriptOutOfRange, u"L'indice n'appartient pas à la sélection."},
+    Sentence{FailureNumber::DivisionByZero, u"Division par zéro."},
+    Sentence{FailureNumber::TypeMismatch, u"Incompatibilité de type."},
+    Sentence{FailureNumber::NoObject, u"Aucun objet n'est affecté à la référence."},
+    Sentence{FailureNumber::InvalidUseOfNull, u"Utilisation incorrecte de Null."},
+    Sentence{FailureNumber::ObjectRequired, u"Un objet est requis."},
+    Sentence{FailureNumber::NoSuchMember, u"L'objet ne possède pas ce membre."},
+};
+static_assert(std::ranges::is_sorted(kSentences, std::less{}, &Sentence::number));
+
+}  // namespace
+
+RaisedError::RaisedError(Int32 number, StringView source, StringView description)
+    : record_(std::make_shared<const Record>(
+          Record{number, String(source), String(description),
+                 Utf8(source) + " (" + std::to_string(number) + "): " + Utf8(description)})) {}
+
+Int32 RaisedError::Number() const noexcept { return record_->number; }
+const String& RaisedError::Source() const noexcept { return record_->source; }
+const String& RaisedError::Description() const noexcept { return record_->description; }
+const char* RaisedError::what() const noexcept { return record_->what.c_str(); }
+
+StringView DescriptionOf(FailureNumber number) noexcept {
+  const auto* found = std::ranges::lower_bound(kSentences, number, std::less{}, &Sentence::number);
+  return found->text;
+}
+
+void Raise(FailureNumber number) {
+  throw RaisedError(static_cast<Int32>(number), kRuntimeSource, DescriptionOf(number));
+}
+
+}  // namespace quorl

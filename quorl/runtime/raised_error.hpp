@@ -1,0 +1,86 @@
+// The one failure record, and the failures that the runtime raises under its own name.
+//
+// `RaisedError` is the only exception that leaves a public member of the library. After a failure
+// nothing has changed, unless the member's own comment says otherwise. A RaisedError is an immutable
+// value; copying it never throws.
+#pragma once
+
+#include <exception>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "quorl/runtime/types.hpp"
+
+namespace quorl {
+
+/// A failure on its way to the caller.
+///
+///     try {
+///       Math::RoundSup(1.5, -1);
+///     } catch (const RaisedError& error) {
+///       error.Number();       // 5000
+///       error.Source();       // u"Quorl.Math"
+///       error.Description();  // u"Le nombre de décimales doit être supérieur ou égal à 0."
+///     }
+class RaisedError : public std::exception {
+ public:
+  RaisedError(Int32 number, StringView source, StringView description);
+
+  /// The failure's number: 5000 for a failed check of the library's own, the store's code for a
+  /// failure of `Registry`, else one of `FailureNumber`.
+  Int32 Number() const noexcept;
+  /// Who raised it: "Quorl.Math", "RollBuffer", "qlWinRegistry", "Quorl.Runtime".
+  const String& Source() const noexcept;
+  /// The text for a person.
+  const String& Description() const noexcept;
+  /// Source, Number and Description in UTF-8: "Quorl.Runtime (13): ...".
+  const char* what() const noexcept override;
+
+ private:
+  struct Record;
+  std::shared_ptr<const Record> record_;
+};
+
+/// The failures of the runtime, by Number.
+enum class FailureNumber : Int32 {
+  InvalidArgument = 5,
+  Overflow = 6,
+  OutOfMemory = 7,
+  SubscriptOutOfRange = 9,
+  DivisionByZero = 11,
+  TypeMismatch = 13,
+  NoObject = 91,
+  InvalidUseOfNull = 94,
+  ObjectRequired = 424,
+  NoSuchMember = 438,
+};
+
+/// The number of a failed check of the library's own.
+inline constexpr Int32 kFailedCheck = 5000;
+
+/// Source of every failure that `Raise` raises.
+inline constexpr StringView kRuntimeSource = u"Quorl.Runtime";
+
+/// Raises the runtime's failure of that number, with its Source and its French Description.
+[[noreturn]] void Raise(FailureNumber number);
+
+/// The runtime's French sentence for `number`.
+StringView DescriptionOf(FailureNumber number) noexcept;
+
+/// Runs `work` and turns the allocator's exceptions into failure 7, so that a size that a caller
+/// provoked comes out as a RaisedError like everything else.
+template <class Work>
+decltype(auto) WithinMemory(Work&& work) {
+  try {
+    return std::forward<Work>(work)();
+  } catch (const std::bad_alloc&) {
+    Raise(FailureNumber::OutOfMemory);
+  } catch (const std::length_error&) {
+    Raise(FailureNumber::OutOfMemory);
+  }
+}
+
+}  // namespace quorl

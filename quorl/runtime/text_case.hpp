@@ -1,0 +1,20 @@
+// One-to-one case mapping: one code unit to one, by Unicode's simple mapping, accented letters of
+// every script included. A character whose mapping takes two characters (ß) stays, and so does one
+// half of a surrogate pair. No locale plays a part: I and i go together everywhere.
+#pragma once
+
+#include "quorl/runtime/types.hpp"
+
+namespace quorl {
+
+/// The lower-case form of one code unit; the unit itself where there is none.
+char16_t LowerCase(char16_t unit) noexcept;
+/// The upper-case form of one code unit; the unit itself where there is none.
+char16_t UpperCase(char16_t unit) noexcept;
+
+/// A copy of `text` with every code unit mapped; the length stays.
+String LowerCase(StringView text);
+/// Replaces every code unit of `text` by its lower-case form, in place.
+void MakeLowerCase(String& text) noexcept;
+
+}  // namespace quorl

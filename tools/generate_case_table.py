@@ -1,0 +1,75 @@
+#!/usr/bin/env python3
+"""Writes quorl/runtime/case_table.inc: the simple case mapping of all 65 536 code units.
+
+Source: the character database that Debian's package unicode-data installs. Without an argument the
+table goes to standard output; `--version` prints the database's version, which the table records.
+
+    tools/generate_case_table.py > quorl/runtime/case_table.inc
+"""
+import sys
+
+DATABASE = "/usr/share/unicode/UnicodeData.txt"
+AGES = "/usr/share/unicode/DerivedAge.txt"
+UNITS = 0x10000
+PAGE = 256
+UPPER_FIELD, LOWER_FIELD = 12, 13
+
+
+def database_version():
+    with open(AGES, encoding="utf-8") as ages:
+        # The first line reads "# DerivedAge-15.0.0.txt".
+        return ages.readline().strip().removeprefix("# DerivedAge-").removesuffix(".txt")
+
+
+def read_deltas(field):
+    """For each code unit, what to add (modulo 65 536) to get its mapping; 0 where there is none."""
+    deltas = [0] * UNITS
+    with open(DATABASE, encoding="utf-8") as database:
+        for line in database:
+            columns = line.rstrip("\n").split(";")
+            unit, mapped = int(columns[0], 16), columns[field]
+            if unit < UNITS and mapped and int(mapped, 16) < UNITS:
+                deltas[unit] = (int(mapped, 16) - unit) % UNITS
+    return deltas
+
+
+def as_pages(deltas):
+    """Splits the deltas into pages, each distinct page once: the pages and the index of each."""
+    pages, index = [], []
+    for start in range(0, UNITS, PAGE):
+        page = tuple(deltas[start:start + PAGE])
+        if page not in pages:
+            pages.append(page)
+        index.append(pages.index(page))
+    return pages, index
+
+
+def write_rows(values, per_row):
+    for start in range(0, len(values), per_row):
+        print("    " + " ".join(f"{value}," for value in values[start:start + per_row]))
+
+
+def write_table(name, deltas):
+    pages, index = as_pages(deltas)
+    print(f"\nconstexpr std::array<std::uint8_t, {len(index)}> k{name}Index{{")
+    write_rows(index, 32)
+    print("};")
+    print(f"constexpr std::array<std::uint16_t, {len(pages) * PAGE}> k{name}Deltas{{")
+    for number, page in enumerate(pages):
+        print(f"    // page {number}")
+        write_rows(page, 16)
+    print("};")
+
+
+def main():
+    if sys.argv[1:] == ["--version"]:
+        print(database_version())
+        return
+    print("// Made by tools/generate_case_table.py; do not edit.")
+    print(f"// Unicode {database_version()}. A delta is added modulo 65 536.")
+    write_table("Lower", read_deltas(LOWER_FIELD))
+    write_table("Upper", read_deltas(UPPER_FIELD))
+
+
+if __name__ == "__main__":
+    main()
