@@ -54,7 +54,7 @@ bool IsValid(const CalendarTime& time) noexcept {
          time.second <= 59;
 }
 
-Date ToDate(const CalendarTime& time) noexcept {
+Date DateOf(const CalendarTime& time) noexcept {
   const Double days = DayNumber(time.year, time.month, time.day);
   const int seconds = (time.hour * 60 + time.minute) * 60 + time.second;
   const Double fraction = static_cast<Double>(seconds) / kSecondsADay;
@@ -65,8 +65,8 @@ bool IsDateNumber(Double days) noexcept {
   return days > kFirstDay - 1 && days < kBehindLastDay;
 }
 
-CalendarTime ToCalendarTime(Date date) {
-  if (!IsDateNumber(date.Days())) Raise(FailureNumber::Overflow);
+CalendarTime CalendarTimeOf(Date date) {
+  if (!IsDateNumber(date.Days())) Raise(FailureNumber::kOverflow);
   const Double whole = std::trunc(date.Days());
   const Double fraction = std::fabs(date.Days() - whole);
   int day = static_cast<int>(whole);
