@@ -8,7 +8,7 @@
 namespace quorl {
 namespace {
 
-constexpr Double kFirstDay = -657434;     // 0100-01-01
+constexpr Double kFirstDay = -657434;       // 0100-01-01
 constexpr Double kBehindLastDay = 2958466;  // 10000-01-01
 constexpr int kSecondsADay = 86400;
 constexpr int kDaysToEpoch = 693899;  // from 0000-03-01 to 1899-12-30
@@ -61,9 +61,7 @@ Date DateOf(const CalendarTime& time) noexcept {
   return Date(days < 0 ? days - fraction : days + fraction);
 }
 
-bool IsDateNumber(Double days) noexcept {
-  return days > kFirstDay - 1 && days < kBehindLastDay;
-}
+bool IsDateNumber(Double days) noexcept { return days > kFirstDay - 1 && days < kBehindLastDay; }
 
 CalendarTime CalendarTimeOf(Date date) {
   if (!IsDateNumber(date.Days())) Raise(FailureNumber::kOverflow);
