@@ -280,7 +280,7 @@ TEST(Strings, TruncateMiddleAtEveryLength) {
 TEST(Strings, WordFormsByTable) {
   const struct {
     StringView text, plural, proper;
-  } cases[] = {{u"mot", u"mots", u"Mot"},
+  } cases[] = {{u"mota", u"motas", u"Mota"},
                {u"MOT", u"MOTS", u"Mot"},
                {u" BRAS  ", u"BRAS", u" Bras  "},
                {u"prix", u"prix", u"Prix"},
