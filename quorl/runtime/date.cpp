@@ -8,7 +8,7 @@
 namespace quorl {
 namespace {
 
-constexpr Double kFirstDay = -657434;     // 0100-01-01
+constexpr Double kFirstDay = -657434;       // 0100-01-01
 constexpr Double kBehindLastDay = 2958466;  // 10000-01-01
 constexpr int kSecondsADay = 86400;
 constexpr int kDaysToEpoch = 693899;  // from 0000-03-01 to 1899-12-30
@@ -54,19 +54,17 @@ bool IsValid(const CalendarTime& time) noexcept {
          time.second <= 59;
 }
 
-Date ToDate(const CalendarTime& time) noexcept {
+Date DateOf(const CalendarTime& time) noexcept {
   const Double days = DayNumber(time.year, time.month, time.day);
   const int seconds = (time.hour * 60 + time.minute) * 60 + time.second;
   const Double fraction = static_cast<Double>(seconds) / kSecondsADay;
   return Date(days < 0 ? days - fraction : days + fraction);
 }
 
-bool IsDateNumber(Double days) noexcept {
-  return days > kFirstDay - 1 && days < kBehindLastDay;
-}
+bool IsDateNumber(Double days) noexcept { return days > kFirstDay - 1 && days < kBehindLastDay; }
 
-CalendarTime ToCalendarTime(Date date) {
-  if (!IsDateNumber(date.Days())) Raise(FailureNumber::Overflow);
+CalendarTime CalendarTimeOf(Date date) {
+  if (!IsDateNumber(date.Days())) Raise(FailureNumber::kOverflow);
   const Double whole = std::trunc(date.Days());
   const Double fraction = std::fabs(date.Days() - whole);
   int day = static_cast<int>(whole);

@@ -41,11 +41,11 @@ struct CalendarTime {
 bool IsValid(const CalendarTime& time) noexcept;
 
 /// The date of a valid time.
-Date ToDate(const CalendarTime& time) noexcept;
+Date DateOf(const CalendarTime& time) noexcept;
 
 /// The nearest second of `date`; the last second of 9999 is not rounded past.
 /// Failure 6 for a date outside the calendar, NaN and infinities.
-CalendarTime ToCalendarTime(Date date);
+CalendarTime CalendarTimeOf(Date date);
 
 /// True if `days` lies in the calendar.
 bool IsDateNumber(Double days) noexcept;

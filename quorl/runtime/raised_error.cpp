@@ -22,16 +22,16 @@ struct Sentence {
 };
 
 constexpr std::array kSentences{
-    Sentence{FailureNumber::InvalidArgument, u"Argument ou appel de procédure incorrect."},
-    Sentence{FailureNumber::Overflow, u"Dépassement de capacité."},
-    Sentence{FailureNumber::OutOfMemory, u"Mémoire insuffisante."},
-    Sentence{FailureNumber::SubscriptOutOfRange, u"L'indice n'appartient pas à la sélection."},
-    Sentence{FailureNumber::DivisionByZero, u"Division par zéro."},
-    Sentence{FailureNumber::TypeMismatch, u"Incompatibilité de type."},
-    Sentence{FailureNumber::NoObject, u"Aucun objet n'est affecté à la référence."},
-    Sentence{FailureNumber::InvalidUseOfNull, u"Utilisation incorrecte de Null."},
-    Sentence{FailureNumber::ObjectRequired, u"Un objet est requis."},
-    Sentence{FailureNumber::NoSuchMember, u"L'objet ne possède pas ce membre."},
+    Sentence{FailureNumber::kInvalidArgument, u"Argument ou appel de procédure incorrect."},
+    Sentence{FailureNumber::kOverflow, u"Dépassement de capacité."},
+    Sentence{FailureNumber::kOutOfMemory, u"Mémoire insuffisante."},
+    Sentence{FailureNumber::kSubscriptOutOfRange, u"L'indice n'appartient pas à la sélection."},
+    Sentence{FailureNumber::kDivisionByZero, u"Division par zéro."},
+    Sentence{FailureNumber::kTypeMismatch, u"Incompatibilité de type."},
+    Sentence{FailureNumber::kNoObject, u"Aucun objet n'est affecté à la référence."},
+    Sentence{FailureNumber::kInvalidUseOfNull, u"Utilisation incorrecte de Null."},
+    Sentence{FailureNumber::kObjectRequired, u"Un objet est requis."},
+    Sentence{FailureNumber::kNoSuchMember, u"L'objet ne possède pas ce membre."},
 };
 static_assert(std::ranges::is_sorted(kSentences, std::less{}, &Sentence::number));
 

@@ -1,8 +1,8 @@
 // The one failure record, and the failures that the runtime raises under its own name.
 //
 // `RaisedError` is the only exception that leaves a public member of the library. After a failure
-// nothing has changed, unless the member's own comment says otherwise. A RaisedError is an immutable
-// value; copying it never throws.
+// nothing has changed, unless the member's own comment says otherwise. A RaisedError is an
+// immutable value; copying it never throws.
 #pragma once
 
 #include <exception>
@@ -46,16 +46,16 @@ class RaisedError : public std::exception {
 
 /// The failures of the runtime, by Number.
 enum class FailureNumber : Int32 {
-  InvalidArgument = 5,
-  Overflow = 6,
-  OutOfMemory = 7,
-  SubscriptOutOfRange = 9,
-  DivisionByZero = 11,
-  TypeMismatch = 13,
-  NoObject = 91,
-  InvalidUseOfNull = 94,
-  ObjectRequired = 424,
-  NoSuchMember = 438,
+  kInvalidArgument = 5,
+  kOverflow = 6,
+  kOutOfMemory = 7,
+  kSubscriptOutOfRange = 9,
+  kDivisionByZero = 11,
+  kTypeMismatch = 13,
+  kNoObject = 91,
+  kInvalidUseOfNull = 94,
+  kObjectRequired = 424,
+  kNoSuchMember = 438,
 };
 
 /// The number of a failed check of the library's own.
@@ -77,9 +77,9 @@ decltype(auto) WithinMemory(Work&& work) {
   try {
     return std::forward<Work>(work)();
   } catch (const std::bad_alloc&) {
-    Raise(FailureNumber::OutOfMemory);
+    Raise(FailureNumber::kOutOfMemory);
   } catch (const std::length_error&) {
-    Raise(FailureNumber::OutOfMemory);
+    Raise(FailureNumber::kOutOfMemory);
   }
 }
 

@@ -1,0 +1,132 @@
+#include "quorl/runtime/arithmetic.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/decimal.hpp"
+#include "quorl/runtime/raised_error.hpp"
+
+namespace quorl {
+namespace {
+
+constexpr int kHighestPower = 308;
+
+Double Finite(Double value) {
+  if (!std::isfinite(value)) Raise(FailureNumber::kOverflow);
+  return value;
+}
+
+// Number types from narrow to wide, as arithmetic sees them.
+enum class Width { kByte, kInt16, kInt32, kSingle, kCurrency, kDouble };
+
+Width WidthOf(const Variant& value) {
+  switch (value.Type()) {
+    case VariantType::kByte:
+      return Width::kByte;
+    case VariantType::kEmpty:
+    case VariantType::kBoolean:
+    case VariantType::kInt16:
+      return Width::kInt16;
+    case VariantType::kInt32:
+      return Width::kInt32;
+    case VariantType::kSingle:
+      return Width::kSingle;
+    case VariantType::kCurrency:
+      return Width::kCurrency;
+    default:
+      return Width::kDouble;
+  }
+}
+
+// The narrowest type that holds what both sides hold.
+Width Widest(const Variant& left, const Variant& right) {
+  const auto [narrow, wide] = std::minmax(WidthOf(left), WidthOf(right));
+  return narrow == Width::kInt32 && wide == Width::kSingle ? Width::kDouble : wide;
+}
+
+template <class Whole>
+bool Fits(std::int64_t value) {
+  return value >= std::numeric_limits<Whole>::min() && value <= std::numeric_limits<Whole>::max();
+}
+
+Variant MultiplyWhole(const Variant& left, const Variant& right, Width width) {
+  const std::int64_t product = std::int64_t{ToInt32(left)} * ToInt32(right);
+  if (width == Width::kByte && Fits<Byte>(product)) return static_cast<Byte>(product);
+  if (width <= Width::kInt16 && Fits<Int16>(product)) return static_cast<Int16>(product);
+  if (Fits<Int32>(product)) return static_cast<Int32>(product);
+  return static_cast<Double>(product);
+}
+
+Variant MultiplyAmounts(Currency left, Currency right) {
+  const __int128 product = static_cast<__int128>(left.TenThousandths()) * right.TenThousandths();
+  const __int128 units = DivideHalfEven(product, Currency::kScale);
+  if (units < std::numeric_limits<std::int64_t>::min() ||
+      units > std::numeric_limits<std::int64_t>::max()) {
+    Raise(FailureNumber::kOverflow);
+  }
+  return Currency::FromTenThousandths(static_cast<std::int64_t>(units));
+}
+
+}  // namespace
+
+Double RoundToDecimals(Double value, int decimals) {
+  constexpr Double kWholeFromHere = 9007199254740992.0;  // 2^53
+  const Double factor = PowerOfTen(decimals);
+  const Double scaled = value * factor;
+  // From here on neighbouring Doubles lie further apart than the decimals asked for.
+  if (!(std::fabs(scaled) < kWholeFromHere)) return Finite(value);
+  Double rounded = std::nearbyint(scaled);
+  if (std::fabs(scaled - std::trunc(scaled)) == 0.5) {
+    // The product may have been rounded onto the tie; what it lost says on which side it was.
+    const Double lost = std::fma(value, factor, -scaled);
+    if (lost > 0) rounded = std::ceil(scaled);
+    if (lost < 0) rounded = std::floor(scaled);
+  }
+  return rounded / factor;
+}
+
+Int32 TruncateToInt32(Double value) {
+  const Double cut = std::trunc(value);
+  // Written so that NaN fails it.
+  if (!(cut >= Double{std::numeric_limits<Int32>::min()} &&
+        cut <= Double{std::numeric_limits<Int32>::max()})) {
+    Raise(FailureNumber::kOverflow);
+  }
+  return static_cast<Int32>(cut);
+}
+
+Double PowerOfTen(int exponent) {
+  if (exponent > kHighestPower) Raise(FailureNumber::kOverflow);
+  return std::pow(10.0, exponent);
+}
+
+Double Multiply(Double left, Double right) { return Finite(left * right); }
+
+Double Divide(Double left, Double right) {
+  if (right == 0) Raise(left == 0 ? FailureNumber::kOverflow : FailureNumber::kDivisionByZero);
+  return Finite(left / right);
+}
+
+Variant Multiply(const Variant& left, const Variant& right) {
+  if (left.Holds<Object>()) return Multiply(PlainValueOf(left), right);
+  if (right.Holds<Object>()) return Multiply(left, PlainValueOf(right));
+  if (left.IsNull() || right.IsNull()) return Null;
+  const Width width = Widest(left, right);
+  if (width <= Width::kInt32) return MultiplyWhole(left, right, width);
+  if (width == Width::kCurrency) return MultiplyAmounts(ToCurrency(left), ToCurrency(right));
+  const Double product = Multiply(ToDouble(left), ToDouble(right));
+  return width == Width::kSingle ? Variant(ToSingle(product)) : Variant(product);
+}
+
+Variant Divide(const Variant& left, const Variant& right) {
+  if (left.Holds<Object>()) return Divide(PlainValueOf(left), right);
+  if (right.Holds<Object>()) return Divide(left, PlainValueOf(right));
+  if (left.IsNull() || right.IsNull()) return Null;
+  const Width width = Widest(left, right);
+  const Double quotient = Divide(ToDouble(left), ToDouble(right));
+  return width == Width::kSingle ? Variant(ToSingle(quotient)) : Variant(quotient);
+}
+
+}  // namespace quorl

@@ -1,0 +1,201 @@
+#include "quorl/runtime/array.hpp"
+
+#include <limits>
+#include <utility>
+#include <variant>
+
+#include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/variant.hpp"
+
+namespace quorl {
+
+struct Array::Storage {
+  VariantType element;
+  std::vector<ArrayBound> bounds;
+  std::variant<std::vector<Byte>, std::vector<Variant>> elements;
+};
+
+namespace {
+
+// More cannot be counted by the bounds of one dimension, and no element takes less than a byte.
+constexpr std::size_t kMostElements = std::numeric_limits<Int32>::max();
+
+std::size_t ElementsWithin(std::span<const ArrayBound> bounds) {
+  std::size_t size = 1;
+  for (const ArrayBound& bound : bounds) {
+    if (bound.count != 0 && size > kMostElements / bound.count) Raise(FailureNumber::kOutOfMemory);
+    size *= bound.count;
+  }
+  return size;
+}
+
+void RequireBounds(std::span<const ArrayBound> bounds) {
+  if (bounds.empty()) Raise(FailureNumber::kInvalidArgument);
+  for (const ArrayBound& bound : bounds) {
+    const std::int64_t upper = std::int64_t{bound.lower} + bound.count - 1;
+    if (upper > std::numeric_limits<Int32>::max()) Raise(FailureNumber::kSubscriptOutOfRange);
+  }
+}
+
+Variant ZeroOf(VariantType element) {
+  switch (element) {
+    case VariantType::kVariant:
+      return Empty;
+    case VariantType::kObject:
+      return Object();
+    case VariantType::kNull:
+    case VariantType::kMissing:
+    case VariantType::kArray:
+      Raise(FailureNumber::kInvalidArgument);
+    default:
+      return ConvertTo(Empty, element);
+  }
+}
+
+ArrayBound CountedFromZero(std::size_t size) {
+  if (size > kMostElements) Raise(FailureNumber::kOutOfMemory);
+  return {0, static_cast<std::uint32_t>(size)};
+}
+
+}  // namespace
+
+Array::Array(VariantType element, std::span<const ArrayBound> bounds) {
+  RequireBounds(bounds);
+  const std::size_t size = ElementsWithin(bounds);
+  WithinMemory([&] {
+    Storage storage{element, {bounds.begin(), bounds.end()}, {}};
+    if (element == VariantType::kByte) {
+      storage.elements = std::vector<Byte>(size);
+    } else {
+      storage.elements = std::vector<Variant>(size, ZeroOf(element));
+    }
+    storage_ = std::make_shared<Storage>(std::move(storage));
+  });
+}
+
+Array::Array(VariantType element, std::initializer_list<ArrayBound> bounds)
+    : Array(element, std::span(bounds.begin(), bounds.size())) {}
+
+Array::Array(std::shared_ptr<Storage> storage) noexcept : storage_(std::move(storage)) {}
+
+Array Array::WithBounds(VariantType element, Int32 lower, Int32 upper) {
+  if (upper < lower) Raise(FailureNumber::kSubscriptOutOfRange);
+  const std::int64_t count = std::int64_t{upper} - lower + 1;
+  if (count > std::int64_t{kMostElements}) Raise(FailureNumber::kOutOfMemory);
+  return {element, {ArrayBound{lower, static_cast<std::uint32_t>(count)}}};
+}
+
+Array Array::OfBytes(std::vector<Byte> bytes) {
+  const ArrayBound bound = CountedFromZero(bytes.size());
+  return WithinMemory([&] {
+    return Array(std::make_shared<Storage>(Storage{VariantType::kByte, {bound}, std::move(bytes)}));
+  });
+}
+
+Array Array::OfStrings(std::span<const String> texts) {
+  const ArrayBound bound = CountedFromZero(texts.size());
+  return WithinMemory([&] {
+    return Array(std::make_shared<Storage>(
+        Storage{VariantType::kString, {bound}, std::vector<Variant>(texts.begin(), texts.end())}));
+  });
+}
+
+VariantType Array::ElementType() const noexcept { return storage_->element; }
+
+std::size_t Array::Dimensions() const noexcept { return storage_->bounds.size(); }
+
+std::span<const ArrayBound> Array::Bounds() const noexcept { return storage_->bounds; }
+
+ArrayBound Array::Bound(std::size_t dimension) const {
+  if (dimension >= Dimensions()) Raise(FailureNumber::kSubscriptOutOfRange);
+  return storage_->bounds[dimension];
+}
+
+Int32 Array::LowerBound(std::size_t dimension) const { return Bound(dimension).lower; }
+
+Int32 Array::UpperBound(std::size_t dimension) const {
+  const ArrayBound bound = Bound(dimension);
+  // An empty dimension at the lowest subscript of all has no subscript below it.
+  return CheckedInt32(std::int64_t{bound.lower} + bound.count - 1);
+}
+
+std::size_t Array::Size() const noexcept {
+  return std::visit([](const auto& elements) { return elements.size(); }, storage_->elements);
+}
+
+std::size_t Array::Position(std::span<const Int32> subscripts) const {
+  if (subscripts.size() != Dimensions()) Raise(FailureNumber::kSubscriptOutOfRange);
+  std::size_t position = 0;
+  std::size_t stride = 1;
+  for (std::size_t i = 0; i < subscripts.size(); ++i) {
+    const ArrayBound& bound = storage_->bounds[i];
+    const std::int64_t offset = std::int64_t{subscripts[i]} - bound.lower;
+    if (offset < 0 || offset >= bound.count) Raise(FailureNumber::kSubscriptOutOfRange);
+    position += stride * static_cast<std::size_t>(offset);
+    stride *= bound.count;
+  }
+  return position;
+}
+
+Variant Array::Get(std::span<const Int32> subscripts) const {
+  const std::size_t position = Position(subscripts);
+  return std::visit([&](const auto& elements) { return Variant(elements[position]); },
+                    storage_->elements);
+}
+
+Variant Array::Get(std::initializer_list<Int32> subscripts) const {
+  return Get(std::span(subscripts.begin(), subscripts.size()));
+}
+
+void Array::Set(std::span<const Int32> subscripts, const Variant& value) {
+  const std::size_t position = Position(subscripts);
+  if (ElementType() == VariantType::kByte) {
+    const Byte byte = ToByte(value);
+    WritableBytes()[position] = byte;
+  } else {
+    Variant converted = ConvertTo(value, ElementType());
+    WritableElements()[position] = std::move(converted);
+  }
+}
+
+void Array::Set(std::initializer_list<Int32> subscripts, const Variant& value) {
+  Set(std::span(subscripts.begin(), subscripts.size()), value);
+}
+
+std::span<const Byte> Array::Bytes() const {
+  const auto* bytes = std::get_if<std::vector<Byte>>(&storage_->elements);
+  if (bytes == nullptr) Raise(FailureNumber::kTypeMismatch);
+  return *bytes;
+}
+
+std::span<const Variant> Array::Elements() const {
+  const auto* elements = std::get_if<std::vector<Variant>>(&storage_->elements);
+  if (elements == nullptr) Raise(FailureNumber::kTypeMismatch);
+  return *elements;
+}
+
+Array::Storage& Array::Writable() {
+  if (storage_.use_count() > 1) {
+    storage_ = WithinMemory([this] { return std::make_shared<Storage>(*storage_); });
+  }
+  return *storage_;
+}
+
+std::span<Byte> Array::WritableBytes() {
+  if (ElementType() != VariantType::kByte) Raise(FailureNumber::kTypeMismatch);
+  return std::get<std::vector<Byte>>(Writable().elements);
+}
+
+std::span<Variant> Array::WritableElements() {
+  if (ElementType() == VariantType::kByte) Raise(FailureNumber::kTypeMismatch);
+  return std::get<std::vector<Variant>>(Writable().elements);
+}
+
+bool operator==(const Array& a, const Array& b) {
+  return a.storage_ == b.storage_ ||
+         (a.storage_->element == b.storage_->element && a.storage_->bounds == b.storage_->bounds &&
+          a.storage_->elements == b.storage_->elements);
+}
+
+}  // namespace quorl

@@ -1,0 +1,30 @@
+#include "quorl/runtime/concatenate.hpp"
+
+#include "quorl/runtime/convert.hpp"
+
+namespace quorl {
+namespace {
+
+void AppendBytes(String& text, std::span<const Byte> bytes) {
+  text.reserve(text.size() + bytes.size() / 2);
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    text.push_back(static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8));
+  }
+}
+
+}  // namespace
+
+void AppendText(String& text, const Variant& value) {
+  const Variant plain = value.Holds<Object>() ? PlainValueOf(value) : value;
+  if (plain.IsNull() || plain.IsEmpty()) return;
+  const Array* array = plain.If<Array>();
+  if (array != nullptr && array->ElementType() == VariantType::kByte) {
+    AppendBytes(text, array->Bytes());
+  } else if (const String* content = plain.If<String>()) {
+    text += *content;
+  } else {
+    text += ToString(plain);
+  }
+}
+
+}  // namespace quorl

@@ -1,0 +1,274 @@
+#include "quorl/runtime/convert.hpp"
+
+#include <cmath>
+#include <limits>
+
+#include "quorl/runtime/date_text.hpp"
+#include "quorl/runtime/decimal.hpp"
+#include "quorl/runtime/number_text.hpp"
+#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/text.hpp"
+#include "quorl/runtime/text_case.hpp"
+
+namespace quorl {
+namespace {
+
+template <class Whole>
+Whole Checked(std::int64_t value) {
+  if (value < std::numeric_limits<Whole>::min() || value > std::numeric_limits<Whole>::max()) {
+    Raise(FailureNumber::kOverflow);
+  }
+  return static_cast<Whole>(value);
+}
+
+template <class Whole>
+Whole NearestWhole(Double value) {
+  const Double rounded = std::nearbyint(value);  // the default mode: ties to even
+  // Written so that NaN fails it.
+  if (!(rounded >= Double{std::numeric_limits<Whole>::min()} &&
+        rounded <= Double{std::numeric_limits<Whole>::max()})) {
+    Raise(FailureNumber::kOverflow);
+  }
+  return static_cast<Whole>(rounded);
+}
+
+// What every conversion makes of the states that no plain type can be read from.
+template <class Result, Result (*Convert)(const Variant&)>
+struct PlainReader {
+  Result operator()(NullState) const { Raise(FailureNumber::kInvalidUseOfNull); }
+  Result operator()(MissingState) const { Raise(FailureNumber::kTypeMismatch); }
+  Result operator()(const Array&) const { Raise(FailureNumber::kTypeMismatch); }
+  Result operator()(const Object& object) const { return Convert(PlainValueOf(object)); }
+};
+
+struct DoubleReader : PlainReader<Double, ToDouble> {
+  using PlainReader::operator();
+  Double operator()(EmptyState) const { return 0; }
+  Double operator()(Boolean value) const { return value ? kTrueAsNumber : 0; }
+  Double operator()(Byte value) const { return value; }
+  Double operator()(Int16 value) const { return value; }
+  Double operator()(Int32 value) const { return value; }
+  Double operator()(Single value) const { return value; }
+  Double operator()(Double value) const { return value; }
+  Double operator()(Currency value) const { return ToDouble(value); }
+  Double operator()(Date value) const { return value.Days(); }
+  Double operator()(const String& text) const {
+    Double value = 0;
+    RequireGood(ReadDouble(text, Locale::Current(), value));
+    return value;
+  }
+
+  static void RequireGood(NumberReading reading) {
+    if (reading == NumberReading::kNotANumber) Raise(FailureNumber::kTypeMismatch);
+    if (reading == NumberReading::kOutOfRange) Raise(FailureNumber::kOverflow);
+  }
+};
+
+template <class Whole>
+Whole WholeOf(const Variant& value) {
+  if (const auto* whole = value.If<Int32>()) return Checked<Whole>(*whole);
+  if (const auto* small = value.If<Int16>()) return Checked<Whole>(*small);
+  if (const auto* amount = value.If<Currency>()) {
+    return Checked<Whole>(
+        static_cast<std::int64_t>(DivideHalfEven(amount->TenThousandths(), Currency::kScale)));
+  }
+  if (value.Holds<Object>()) return WholeOf<Whole>(PlainValueOf(value));
+  return NearestWhole<Whole>(ToDouble(value));
+}
+
+bool IsWord(StringView text, StringView word) { return LowerCase(text) == LowerCase(word); }
+
+Boolean TruthOf(StringView text) {
+  const Locale& locale = Locale::Current();
+  Double number = 0;
+  if (ReadDouble(text, locale, number) == NumberReading::kGood) return number != 0;
+  const StringView word = Trim(text);
+  if (IsWord(word, locale.true_word) || IsWord(word, u"True")) return true;
+  if (IsWord(word, locale.false_word) || IsWord(word, u"False")) return false;
+  Raise(FailureNumber::kTypeMismatch);
+}
+
+String ShortestText(const Decimal& value) {
+  String text;
+  AppendShortest(text, value, Locale::Current().decimal_separator, LeadingZero::kWritten);
+  return text;
+}
+
+struct TextWriter : PlainReader<String, ToString> {
+  using PlainReader::operator();
+  String operator()(EmptyState) const { return {}; }
+  String operator()(Boolean value) const {
+    const Locale& locale = Locale::Current();
+    return value ? locale.true_word : locale.false_word;
+  }
+  String operator()(Byte value) const { return ShortestText(DecimalOf(std::int64_t{value})); }
+  String operator()(Int16 value) const { return ShortestText(DecimalOf(std::int64_t{value})); }
+  String operator()(Int32 value) const { return ShortestText(DecimalOf(std::int64_t{value})); }
+  String operator()(Single value) const { return ShortestText(DecimalOf(value)); }
+  String operator()(Double value) const { return ShortestText(DecimalOf(value)); }
+  String operator()(Currency value) const { return ShortestText(DecimalOf(value)); }
+  String operator()(Date value) const { return WriteDate(value); }
+  String operator()(const String& text) const {
+    return WithinMemory([&] { return text; });
+  }
+};
+
+}  // namespace
+
+Byte ToByte(Double value) { return NearestWhole<Byte>(value); }
+Int16 ToInt16(Double value) { return NearestWhole<Int16>(value); }
+Int32 ToInt32(Double value) { return NearestWhole<Int32>(value); }
+
+Byte ToByte(const Variant& value) { return WholeOf<Byte>(value); }
+Int16 ToInt16(const Variant& value) { return WholeOf<Int16>(value); }
+Int32 ToInt32(const Variant& value) { return WholeOf<Int32>(value); }
+
+Int16 CheckedInt16(std::int64_t value) { return Checked<Int16>(value); }
+Int32 CheckedInt32(std::int64_t value) { return Checked<Int32>(value); }
+
+Int16 LengthAsInt16(StringView text) {
+  return CheckedInt16(static_cast<std::int64_t>(text.size()));
+}
+
+Single ToSingle(Double value) {
+  const auto nearest = static_cast<Single>(value);
+  if (!std::isfinite(nearest)) Raise(FailureNumber::kOverflow);
+  return nearest;
+}
+
+Single ToSingle(const Variant& value) { return ToSingle(ToDouble(value)); }
+
+Double ToDouble(const Variant& value) { return value.Visit(DoubleReader{}); }
+
+Double ToDouble(Currency value) {
+  // Up to here a count of ten-thousandths is exact as a Double, and one division rounds once.
+  constexpr std::int64_t kExact = std::int64_t{1} << 53;
+  const std::int64_t units = value.TenThousandths();
+  if (units >= -kExact && units <= kExact) {
+    return static_cast<Double>(units) / static_cast<Double>(Currency::kScale);
+  }
+  String digits;
+  AppendShortest(digits, DecimalOf(value), u".", LeadingZero::kWritten);
+  return ReadLeadingNumber(digits);
+}
+
+Currency ToCurrency(Double value) {
+  constexpr Double kBeyond = 1e15;  // well above the highest amount, and below 2^53
+  if (!(std::fabs(value) < kBeyond)) Raise(FailureNumber::kOverflow);
+  int exponent = 0;
+  const auto mantissa = static_cast<std::int64_t>(std::ldexp(std::frexp(value, &exponent), 53));
+  const int shift = 53 - exponent;  // the value is mantissa / 2^shift, and shift is above 0
+  constexpr int kVanishes = 120;
+  if (shift > kVanishes) return Currency();
+  const __int128 units =
+      DivideHalfEven(static_cast<__int128>(mantissa) * Currency::kScale, __int128{1} << shift);
+  if (units < std::numeric_limits<std::int64_t>::min() ||
+      units > std::numeric_limits<std::int64_t>::max()) {
+    Raise(FailureNumber::kOverflow);
+  }
+  return Currency::FromTenThousandths(static_cast<std::int64_t>(units));
+}
+
+Currency ToCurrency(const Variant& value) {
+  if (const auto* amount = value.If<Currency>()) return *amount;
+  if (value.Holds<Object>()) return ToCurrency(PlainValueOf(value));
+  if (const auto* text = value.If<String>()) {
+    Currency amount;
+    DoubleReader::RequireGood(ReadCurrency(*text, Locale::Current(), amount));
+    return amount;
+  }
+  return ToCurrency(ToDouble(value));
+}
+
+Date ToDate(Double days) {
+  if (!IsDateNumber(days)) Raise(FailureNumber::kOverflow);
+  return Date(days);
+}
+
+Date ToDate(const Variant& value) {
+  if (value.Holds<Object>()) return ToDate(PlainValueOf(value));
+  const auto* text = value.If<String>();
+  if (text == nullptr) return ToDate(ToDouble(value));
+  const std::optional<Date> read = ReadDate(*text);
+  if (!read) Raise(FailureNumber::kTypeMismatch);
+  return *read;
+}
+
+Boolean ToBoolean(const Variant& value) {
+  if (value.Holds<Object>()) return ToBoolean(PlainValueOf(value));
+  if (const auto* text = value.If<String>()) return TruthOf(*text);
+  const Double number = ToDouble(value);
+  if (std::isnan(number)) Raise(FailureNumber::kOverflow);
+  return number != 0;
+}
+
+String ToString(const Variant& value) { return value.Visit(TextWriter{}); }
+
+Object ToObject(const Variant& value) {
+  const auto* object = value.If<Object>();
+  if (object == nullptr) Raise(FailureNumber::kTypeMismatch);
+  return *object;
+}
+
+Object RequireObject(const Variant& value) {
+  if (!value.Holds<Object>()) Raise(FailureNumber::kObjectRequired);
+  return *value.If<Object>();
+}
+
+Variant ConvertTo(const Variant& value, VariantType type) {
+  if (value.Type() == type) return value;
+  switch (type) {
+    case VariantType::kVariant:
+      return value;
+    case VariantType::kByte:
+      return ToByte(value);
+    case VariantType::kInt16:
+      return ToInt16(value);
+    case VariantType::kInt32:
+      return ToInt32(value);
+    case VariantType::kSingle:
+      return ToSingle(value);
+    case VariantType::kDouble:
+      return ToDouble(value);
+    case VariantType::kCurrency:
+      return ToCurrency(value);
+    case VariantType::kDate:
+      return ToDate(value);
+    case VariantType::kString:
+      return ToString(value);
+    case VariantType::kBoolean:
+      return ToBoolean(value);
+    case VariantType::kObject:
+      return ToObject(value);
+    default:
+      Raise(FailureNumber::kTypeMismatch);
+  }
+}
+
+namespace {
+
+Variant DefaultValueOf(const Object& object) {
+  if (object.IsEmpty()) Raise(FailureNumber::kTypeMismatch);
+  try {
+    return object.Get(u"");
+  } catch (const RaisedError& error) {
+    const bool lacks_default = error.Number() == static_cast<Int32>(FailureNumber::kNoSuchMember) &&
+                               error.Source() == kRuntimeSource;
+    if (lacks_default) Raise(FailureNumber::kTypeMismatch);
+    throw;
+  }
+}
+
+}  // namespace
+
+Variant PlainValueOf(const Variant& value) {
+  constexpr int kMostSteps = 16;
+  Variant plain = value;
+  for (int step = 0; plain.Holds<Object>(); ++step) {
+    if (step == kMostSteps) Raise(FailureNumber::kTypeMismatch);
+    plain = DefaultValueOf(Object(*plain.If<Object>()));
+  }
+  return plain;
+}
+
+}  // namespace quorl
