@@ -42,7 +42,7 @@ class Combo {
     }
     if (failure == 0) return written;
     EXPECT_EQ(written, "kept");
-    return "#" + std::to_string(failure);
+    return ShownFailure(failure);
   }
 
   Journal journal;
@@ -291,7 +291,7 @@ TEST(ComboBoxTest, TextsAgainstAnObviousSearch) {
       const auto length = static_cast<Int16>(1 + i % 3);
       const String& text = texts[i];
       const auto said = [](bool match) { return match ? "0" : "-1"; };
-      SCOPED_TRACE("'" + Utf8(entry) + "' '" + Utf8(text) + "' " + std::to_string(length));
+      SCOPED_TRACE(Utf8(entry) + "|" + Utf8(text) + "|" + std::to_string(length));
       const auto cut = [&](const String& whole) {
         return normal(whole.substr(0, static_cast<std::size_t>(length)));
       };

@@ -38,7 +38,7 @@ std::string Read(const Variant& value) {
   try {
     return Plain(Reader(value));
   } catch (const RaisedError& error) {
-    return "#" + std::to_string(error.Number());
+    return ShownFailure(error.Number());
   }
 }
 
@@ -199,7 +199,7 @@ TEST(DbLibTest, EntriesToFields) {
   for (const bool french : {true, false}) {
     const LocaleScope scope(french ? kFrench : kEnglish);
     for (const Case& c : cases) {
-      SCOPED_TRACE("'" + Utf8(c.text) + (french ? "' in French" : "' in English"));
+      SCOPED_TRACE(Utf8(c.text) + (french ? " in French" : " in English"));
       EXPECT_EQ(DbLib::StrToField(c.text), c.is_blank ? Variant(Null) : Variant(c.text));
       EXPECT_EQ(DbLib::StrGuidToField(c.text),
                 c.text == kZeroGuid ? Variant(Null) : Variant(c.text));
@@ -228,15 +228,17 @@ TEST(DbLibTest, QuotesAreDoubled) {
   }
   // A quote at each position around the limit, alone and behind another one.
   for (const std::size_t position : {32765U, 32766U, 32767U, 32768U, 100000U}) {
-    const String text = String(position - 1, u'x') + u"'";
-    for (const String& whole : {text, text + String(9, u'y'), u"'" + text.substr(1)}) {
+    const String text = String(position - 1, u'x').append(1, u'\'');
+    String two_quotes = text;
+    two_quotes[0] = u'\'';
+    for (const String& whole : {text, text + String(9, u'y'), two_quotes}) {
       SCOPED_TRACE(std::to_string(position) + " of " + std::to_string(whole.size()));
       if (position > 32766) {
         EXPECT_EQ(NumberRaised([&] { DbLib::DuplicateQuotte(whole); }), 6);
       } else {
         String expected = whole;
-        expected.insert(position, u"'");
-        if (whole[0] == u'\'') expected.insert(0, u"'");
+        expected.insert(position, 1, u'\'');
+        if (whole[0] == u'\'') expected.insert(0, 1, u'\'');
         EXPECT_EQ(DbLib::DuplicateQuotte(whole), expected);
       }
     }

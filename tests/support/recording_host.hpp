@@ -49,13 +49,18 @@ inline std::string Shown(const Variant& value) {
   return value.Visit(Writer{});
 }
 
+/// "#" and the Number of a failure.
+inline std::string ShownFailure(Int32 number) {
+  return std::string("#").append(std::to_string(number));
+}
+
 /// What `work` gave, shown, or "#" and the Number of the failure that it raised.
 template <class Work>
 std::string Outcome(Work work) {
   try {
     return Shown(work());
   } catch (const RaisedError& error) {
-    return "#" + std::to_string(error.Number());
+    return ShownFailure(error.Number());
   }
 }
 
