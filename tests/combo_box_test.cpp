@@ -114,8 +114,9 @@ TEST(ComboBoxTest, EveryUseOnceInOrder) {
   Combo combo({u"a b", u"b", u"c"}, {Int16{1}, Int16{2}, Int16{3}});
   for (const Pick& pick : {ByText(u"b"), ByPart(u"b"), ByToken(u"b")}) {
     combo.After(pick);
-    EXPECT_EQ(combo.journal, (Journal{"combo.ListCount", "combo.List(Int16 0)",
-                                      "combo.List(Int16 1)", "combo.ListIndex = Int16 1"}));
+    EXPECT_EQ(combo.journal,
+              (Journal{"combo.ListCount", "combo.List(Int16 0) by reference",
+                       "combo.List(Int16 1) by reference", "combo.ListIndex = Int16 1"}));
   }
   combo.After(ByData(9));
   EXPECT_EQ(combo.journal,

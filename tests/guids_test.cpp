@@ -33,7 +33,7 @@ std::atomic<bool> clears_on_fork = true;
 }  // namespace
 
 // In front of the system's own, so that a test can count its calls and make it fail.
-extern "C" ssize_t getrandom(void* buffer, size_t size, unsigned flags) noexcept {
+extern "C" ssize_t getrandom(void* buffer, size_t size, unsigned flags) {
   const int call = ++random_calls;
   switch (randomness.load()) {
     case System::kGivesNothing:

@@ -17,10 +17,15 @@ namespace {
 
 constexpr Int16 kNoEntry = -1;
 
-// A fresh argument each time: what the combo writes back to it does not move the walk.
-Variant ReadAt(const Object& combo, StringView member, Variant index) {
+// Each reading has an argument of its own: what the combo writes back to it does not move the walk.
+String EntryAt(const Object& combo, Int16 index) {
+  std::array<Variant, 1> arguments{index};
+  return ToString(combo.GetByReference(u"List", arguments));
+}
+
+Variant ItemDataAt(const Object& combo, Variant index) {
   std::array<Variant, 1> arguments{std::move(index)};
-  return combo.Get(member, arguments);
+  return combo.Get(u"ItemData", arguments);
 }
 
 // The index of the first entry for which `matches` holds, kNoEntry without one.
@@ -51,7 +56,7 @@ bool MatchesLowered(StringView lowered, StringView text) {
 template <class PartOf>
 void SelectText(const Object& combo, StringView sought, PartOf part_of) {
   SelectFirst(combo, [&](Int16 index) {
-    const String entry = ToString(ReadAt(combo, u"List", index));
+    const String entry = EntryAt(combo, index);
     return MatchesLowered(sought, part_of(entry));
   });
 }
@@ -76,14 +81,13 @@ void ComboBoxEx::CmbSelectMatchSubString(const Object& Combo, StringView Text, I
 }
 
 void ComboBoxEx::CmbSelectItemData(const Object& Combo, Int32 ItemData) {
-  SelectFirst(Combo, [&](Int16 index) {
-    return CompareToNumber(ReadAt(Combo, u"ItemData", index), ItemData) == 0;
-  });
+  SelectFirst(
+      Combo, [&](Int16 index) { return CompareToNumber(ItemDataAt(Combo, index), ItemData) == 0; });
 }
 
 Int32 ComboBoxEx::CmbCurrentItemData(const Object& Combo, Int32 DefValue) {
   if (CompareToNumber(Combo.Get(u"ListIndex"), 0) < 0) return DefValue;
-  return ToInt32(ReadAt(Combo, u"ItemData", Combo.Get(u"ListIndex")));
+  return ToInt32(ItemDataAt(Combo, Combo.Get(u"ListIndex")));
 }
 
 }  // namespace quorl

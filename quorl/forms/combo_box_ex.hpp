@@ -1,9 +1,10 @@
 // Picks an entry of a host's combo box by its text, a part of its text or the number stored with
 // it.
 //
-// The combo box is the host's own object, reached by the names of four members: `ListCount`, `List`
-// and `ItemData` with the index of an entry from 0 (an Int16), and `ListIndex`, the selected entry
-// or -1. Nothing else of it is touched, and no reference is kept. Called from its thread.
+// The combo box is the host's own object, reached by the names of four members: `ListCount`; `List`
+// and `ItemData` with the index of an entry from 0, an Int16, which `List` gets by reference; and
+// `ListIndex`, the selected entry or -1. Nothing else of it is touched, and no reference is kept.
+// Called from the combo's thread.
 //
 // Texts match when they are equal character for character after blanks at both ends are taken off
 // and all is lower-cased: case does not count, accents and blanks inside do. The entry at the

@@ -106,6 +106,10 @@ class RecordingHost : public LateBound {
     Note(name, arguments, "");
     return Find(name, arguments)->second(arguments);
   }
+  Variant GetByReference(StringView name, Arguments arguments) override {
+    Note(name, arguments, " by reference");
+    return Find(name, arguments)->second(arguments);
+  }
   void Put(StringView name, Arguments arguments, const Variant& value) override {
     Note(name, arguments, " = " + Shown(value));
     const auto member = Find(name, arguments);
