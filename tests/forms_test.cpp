@@ -1,0 +1,138 @@
+// Placing a form: every use of the host's objects in order, and where the form ends up.
+#include "quorl/forms/forms.hpp"
+
+#include <gtest/gtest.h>
+
+#include "quorl/runtime/screen.hpp"
+#include "tests/support/recording_host.hpp"
+
+namespace quorl {
+namespace {
+
+// A form at 10, 20 of 300 by 200 in a container at 1000, 2000 of 900 by 600, on a screen of 1500 by
+// 1200.
+class FormsTest : public testing::Test {
+ protected:
+  FormsTest() {
+    Screen::SetSize(1500, 1200);
+    form->With(u"Name", u"FrmOrder").With(u"BorderStyle", Int16{1}).With(u"MDIChild", false);
+    form->With(u"Left", Int32{10}).With(u"Top", Int32{20});
+    form->With(u"Width", Single{300}).With(u"Height", u"200").With(u"WindowState", Int16{0});
+    form->With(u"Move", Variant());
+    container->With(u"ScaleWidth", Int16{900}).With(u"ScaleHeight", 600.0);
+    container->With(u"Left", 1000.0).With(u"Top", Int32{2000});
+  }
+
+  // The uses of the objects that the call makes.
+  Journal Uses(const Object& in, Double width = 0, Double height = 0) {
+    journal.clear();
+    Forms::InitFormSettings(form_object, in, width, height);
+    return journal;
+  }
+  // The last use, which is the call of Move.
+  std::string Place(const Object& in, Double width = 0, Double height = 0) {
+    return Uses(in, width, height).back();
+  }
+
+  Journal journal;
+  std::shared_ptr<RecordingHost> form = std::make_shared<RecordingHost>("form", &journal);
+  std::shared_ptr<RecordingHost> container = std::make_shared<RecordingHost>("in", &journal);
+  Object form_object{form};
+  Object container_object{container};
+};
+
+std::string Moved(const std::string& left, const std::string& top, const std::string& width,
+                  const std::string& height) {
+  return "form.Move(Double " + left + ", Double " + top + ", Double " + width + ", Double " +
+         height + ")!";
+}
+
+TEST_F(FormsTest, EveryUseOnceInOrder) {
+  const Journal own_size{"in.ScaleWidth",    "in.ScaleHeight",
+                         "form.BorderStyle", "form.Width",
+                         "form.BorderStyle", "form.Height",
+                         "form.MDIChild",    "in.Left",
+                         "in.Top",           Moved("1300", "2200", "300", "200")};
+  EXPECT_EQ(Uses(container_object), own_size);
+
+  const Journal given_size{"in.ScaleWidth", "in.ScaleHeight", "form.MDIChild",
+                           "in.Left",       "in.Top",         Moved("1425", "2275", "50", "50")};
+  EXPECT_EQ(Uses(container_object, 50, 50), given_size);
+
+  form->With(u"MDIChild", true).With(u"BorderStyle", Int16{2});
+  const Journal child{"in.ScaleWidth",    "in.ScaleHeight", "form.BorderStyle",
+                      "form.BorderStyle", "form.MDIChild",  Moved("150", "100", "600", "400")};
+  EXPECT_EQ(Uses(container_object), child);
+
+  const Journal on_screen{"form.BorderStyle", "form.MDIChild", Moved("250", "550", "1000", "100")};
+  EXPECT_EQ(Uses({}, 0, 100), on_screen);
+}
+
+TEST_F(FormsTest, PlacesOnTheScreen) {
+  struct Case {
+    Double screen_width, screen_height;
+    Int16 border;
+    Double width, height;
+    std::string place;
+  };
+  const Case cases[] = {
+      {900, 600, 2, 0, 0, Moved("150", "100", "600", "400")},
+      {900, 600, 5, 0, 0, Moved("300", "200", "300", "200")},
+      {900, 600, 0, 0, 0, Moved("300", "200", "300", "200")},
+      {900, 600, 2, 500, 0, Moved("200", "100", "500", "400")},
+      {900, 600, 2, 0, 300, Moved("150", "150", "600", "300")},
+      // The margin: just within, at and beyond the size at which it counts.
+      {900, 600, 1, 699, 401, Moved("100.5", "100", "699", "401")},
+      {900, 600, 1, 700, 400, Moved("100", "100", "700", "400")},
+      {900, 600, 1, 900, 6000, Moved("100", "100", "900", "6000")},
+      {900, 600, 1, -100, -1, Moved("500", "300.5", "-100", "-1")},
+      {0, 0, 2, 0, 0, Moved("100", "100", "0", "0")},
+      // The screen counts in single precision: 16777217 has no place there.
+      {16777217, 600, 1, 16, 0, Moved("8388600", "200", "16", "200")},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.place);
+    Screen::SetSize(c.screen_width, c.screen_height);
+    form->With(u"BorderStyle", c.border);
+    EXPECT_EQ(Place({}, c.width, c.height), c.place);
+  }
+}
+
+TEST_F(FormsTest, TheShiftComesBehindTheMargin) {
+  container->With(u"Left", -250.5).With(u"Top", Null);
+  form->With(u"MDIChild", u"0").With(u"BorderStyle", Null);
+  EXPECT_EQ(NumberRaised([&] { Place(container_object); }), 94);
+  container->With(u"Top", true);
+  EXPECT_EQ(Place(container_object, 900, 600), Moved("-150.5", "99", "900", "600"));
+  form->With(u"MDIChild", Int16{7});
+  EXPECT_EQ(Place(container_object, 900, 600), Moved("100", "100", "900", "600"));
+}
+
+// The form is moved by the last step alone, so whatever fails leaves it where it was.
+TEST_F(FormsTest, WhateverIsMissingOrUselessLeavesTheFormInPlace) {
+  const auto moved = [&] { return !journal.empty() && journal.back().starts_with("form.Move"); };
+  const std::pair<std::shared_ptr<RecordingHost>, String> uses[] = {
+      {container, u"ScaleWidth"}, {container, u"ScaleHeight"}, {form, u"BorderStyle"},
+      {form, u"Width"},           {form, u"Height"},           {form, u"MDIChild"},
+      {container, u"Left"},       {container, u"Top"}};
+  for (const auto& [host, member] : uses) {
+    SCOPED_TRACE(Utf8(member));
+    const Variant good = host->Get(member, {});
+    host->Remove(member);
+    EXPECT_EQ(NumberRaised([&] { Uses(container_object); }), 438);
+    EXPECT_FALSE(moved());
+    host->With(member, u"wide");
+    EXPECT_EQ(NumberRaised([&] { Uses(container_object); }), 13);
+    EXPECT_FALSE(moved());
+    host->WithMember(member, [](auto) -> Variant { throw RaisedError(77, u"Host", u"no"); });
+    EXPECT_EQ(NumberRaised([&] { Uses(container_object); }), 77);
+    EXPECT_FALSE(moved());
+    host->With(member, good);
+  }
+  form->Remove(u"MDIChild");
+  EXPECT_EQ(NumberRaised([&] { Uses({}); }), 438);
+  EXPECT_EQ(NumberRaised([] { Forms::InitFormSettings({}); }), 91);
+}
+
+}  // namespace
+}  // namespace quorl
