@@ -1,12 +1,14 @@
-// A form's place on the screen or in a container.
+// A form's place: on the screen or in a container, and kept between two runs of a host.
 //
 // Forms and containers are the host's own objects, reached by the names of their members; all
 // lengths are in the host's unit. The screen is `Screen` of quorl/runtime/screen.hpp. No member
 // keeps a reference to what it is given. Called from the thread that owns the forms.
 #pragma once
 
+#include "quorl/registry/registry.hpp"
 #include "quorl/runtime/object.hpp"
 #include "quorl/runtime/types.hpp"
+#include "quorl/runtime/variant.hpp"
 
 namespace quorl {
 
@@ -31,6 +33,38 @@ class Forms {
   /// that is no length or no truth value; others of the host unchanged.
   static void InitFormSettings(const Object& Frm, const Object& Container = {}, Double Width = 0,
                                Double Height = 0);
+
+  /// Saves the form's place below the root of `Reg`, in the key `FrmName`, or without it the one
+  /// named by the form's `Name`: the REG_DWORD values "Top", "Left", "Height", "Width" and
+  /// "WindowState". A backslash in the name makes further levels, an empty one is the root itself.
+  ///
+  /// All five are written for a form in the normal state (0). Of a maximised form (2) and of any
+  /// other, which counts as normal, "WindowState" alone is written, so that the place that was
+  /// saved before stays. `WindowState` is read for each comparison and for the value of 2; each
+  /// length is read just before it is written.
+  ///
+  ///     Registry settings;
+  ///     settings.InitApp(u"Atelier", u"Orders");
+  ///     Forms::SaveFormSettings(settings, form);  // ...\Atelier\Orders\FrmOrder
+  ///
+  /// Failure 91 for an empty `Frm`; 438, 94, 13 and 6 for a member or a name that is missing or of
+  /// no use; those of `Registry::SaveValue`. What was written before the failure stays written.
+  static void SaveFormSettings(Registry& Reg, const Object& Frm, const Variant& FrmName = Missing);
+
+  /// Puts the form back to where `SaveFormSettings` found it. Without a saved "WindowState", or
+  /// with one of -1, the form is not touched. Otherwise `WindowState` is set to it (an Int32), and
+  /// for 0 the form is moved: its left and top are those saved, or its own where none are, but not
+  /// below 0 and not beyond the size of the screen less 1000. Width and height are restored,
+  /// without any limit, for a form that can be resized: `BorderStyle` 2 or 5, or none that can be
+  /// read.
+  ///
+  /// Reads, in this order: `Name` unless `FrmName` is given; `BorderStyle` twice; then, each just
+  /// before the saved value that it stands in for, `Left`, `Top`, `Width` and `Height`. Calls
+  /// `Move` with two or four Doubles.
+  ///
+  /// Failures as above, those of `Registry::GetValue` included, 13 for a saved text that is no
+  /// number and 94 for a saved value of another type. A `WindowState` that was set stays.
+  static void GetFormSettings(Registry& Reg, const Object& Frm, const Variant& FrmName = Missing);
 };
 
 }  // namespace quorl
