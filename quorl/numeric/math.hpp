@@ -23,7 +23,8 @@ namespace quorl {
 ///     Math::Round2019(12.33);     // 12.35
 class Math {
  public:
-  /// To the nearest, a tie away from zero: -2.5 to 0 decimals is -3. Failure 6 for decimals below 0.
+  /// To the nearest, a tie away from zero: -2.5 to 0 decimals is -3. Failure 6 for decimals below
+  /// 0.
   static Variant StdRound(const Variant& Nombre, Int16 Nombredecimales = 1);
   /// The number that `StdRound` gives, for a plain Double.
   static Double FixRound(Double Nombre, Int16 Nombredecimales = 1);
@@ -37,9 +38,9 @@ class Math {
   /// Toward zero: `RoundInf(-1.23, 1)` is -1.2. Failures as for `RoundSup`.
   static Double RoundInf(Double Nombre, Int16 Nombredecimales = 0);
 
-  /// `Expression1` if it is at most (for `Max`: at least) `Expression2` by the library's comparison,
-  /// else `Expression2`; so the first one on a tie, the second one with Null on either side. The
-  /// chosen value keeps its type. Failures of the comparison pass through.
+  /// `Expression1` if it is at most (for `Max`: at least) `Expression2` by the library's
+  /// comparison, else `Expression2`; so the first one on a tie, the second one with Null on either
+  /// side. The chosen value keeps its type. Failures of the comparison pass through.
   static Variant Min(const Variant& Expression1, const Variant& Expression2);
   static Variant Max(const Variant& Expression1, const Variant& Expression2);
 
