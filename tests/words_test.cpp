@@ -106,7 +106,7 @@ const std::map<Int32, Grammar> kGrammars{
 class Reader {
  public:
   Reader(Int32 base, std::string_view text)
-      : base_(base), grammar_(kGrammars.at(base)), rest_(text), two_digits_(TwoDigits(base)) {}
+      : base_(base), grammar_(kGrammars.at(base)), rest_(text), words_(WordsByFirstByte(base)) {}
 
   std::int64_t Read() {
     if (rest_ == grammar_.zero) return 0;
@@ -205,7 +205,8 @@ class Reader {
   std::int64_t ReadTwoDigits(bool before_thousand) {
     std::int64_t found = -1;
     std::size_t longest = 0;
-    for (const auto& [word, number] : two_digits_) {
+    if (rest_.empty()) return found;
+    for (const auto& [word, number] : words_[static_cast<unsigned char>(rest_[0])]) {
       if (word.size() > longest && rest_.starts_with(word)) {
         found = number;
         longest = word.size();
@@ -216,11 +217,17 @@ class Reader {
     return found;
   }
 
-  static const std::vector<std::pair<std::string, std::int64_t>>& TwoDigits(Int32 base) {
+  // The words from 1 to 99.
+  using NumberWords = std::array<std::vector<std::pair<std::string, std::int64_t>>, 256>;
+
+  static const NumberWords& WordsByFirstByte(Int32 base) {
     static const auto all = [] {
-      std::map<Int32, std::vector<std::pair<std::string, std::int64_t>>> made;
+      std::map<Int32, NumberWords> made;
       for (const Int32 block : kBlocks) {
-        for (std::int64_t n = 1; n < 100; ++n) made[block].emplace_back(TwoDigitWord(block, n), n);
+        for (std::int64_t n = 1; n < 100; ++n) {
+          const std::string word = TwoDigitWord(block, n);
+          made[block][static_cast<unsigned char>(word[0])].emplace_back(word, n);
+        }
       }
       return made;
     }();
@@ -244,7 +251,7 @@ class Reader {
   Int32 base_;
   const Grammar& grammar_;
   std::string_view rest_;
-  const std::vector<std::pair<std::string, std::int64_t>>& two_digits_;
+  const NumberWords& words_;
 };
 
 // A text that reads back to its number is shared with no other number: the reader gives one number
