@@ -42,7 +42,7 @@ Width WidthOf(const Variant& value) {
 
 // The narrowest type that holds what both sides hold.
 Width Widest(const Variant& left, const Variant& right) {
-  const auto [narrow, wide] = std::minmax(WidthOf(left), WidthOf(right));
+  const auto [narrow, wide] = std::minmax({WidthOf(left), WidthOf(right)});
   return narrow == Width::kInt32 && wide == Width::kSingle ? Width::kDouble : wide;
 }
 

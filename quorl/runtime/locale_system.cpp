@@ -72,9 +72,9 @@ void ApplyDateFormat(StringView format, Locale& locale) {
   } else {
     return;
   }
-  if (order.size() == 3 && separator.size() == 1) locale.date_separator = separator;
-  if (order == u"D") locale.date_separator = u"/";
-  if (order == u"F") locale.date_separator = u"-";
+  if (order == u"D") separator = String(1, u'/');
+  if (order == u"F") separator = String(1, u'-');
+  if (separator.size() == 1) locale.date_separator = separator;
 }
 
 void ApplyNumbers(Locale& locale) {
