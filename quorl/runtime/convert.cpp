@@ -81,7 +81,11 @@ bool IsWord(StringView text, StringView word) { return LowerCase(text) == LowerC
 Boolean TruthOf(StringView text) {
   const Locale& locale = Locale::Current();
   Double number = 0;
-  if (ReadDouble(text, locale, number) == NumberReading::kGood) return number != 0;
+  const NumberReading reading = ReadDouble(text, locale, number);
+  if (reading != NumberReading::kNotANumber) {
+    DoubleReader::RequireGood(reading);
+    return number != 0;
+  }
   const StringView word = Trim(text);
   if (IsWord(word, locale.true_word) || IsWord(word, u"True")) return true;
   if (IsWord(word, locale.false_word) || IsWord(word, u"False")) return false;
