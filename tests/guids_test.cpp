@@ -12,9 +12,8 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
+#include <functional>
 #include <limits>
-#include <regex>
-#include <set>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -65,10 +64,15 @@ extern "C" int madvise(void* at, size_t size, int advice) noexcept {
 namespace quorl {
 namespace {
 
+// x is any digit, v one that begins with the bits 10.
 bool HasForm(const String& guid) {
-  static const std::regex form(
-      "\\{[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}\\}");
-  return std::regex_match(Utf8(guid), form);
+  const auto fits = [](char16_t unit, char16_t place) {
+    constexpr StringView kDigits = u"0123456789ABCDEF";
+    if (place == u'x') return kDigits.find(unit) != StringView::npos;
+    if (place == u'v') return kDigits.substr(8, 4).find(unit) != StringView::npos;
+    return unit == place;
+  };
+  return std::ranges::equal(guid, StringView(u"{xxxxxxxx-xxxx-4xxx-vxxx-xxxxxxxxxxxx}"), fits);
 }
 
 // The 128 bits of a GUID, two numbers.

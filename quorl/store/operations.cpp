@@ -8,7 +8,7 @@
 #include <string>
 
 #include "quorl/runtime/ansi.hpp"
-#include "quorl/store/memory_store.hpp"
+#include "quorl/store/persistent_store.hpp"
 
 namespace quorl {
 namespace {
@@ -42,7 +42,7 @@ void Assign(Int32* out, Int32 value) noexcept {
 Store& CurrentStore() {
   if (Store* store = current.load(std::memory_order_acquire)) return *store;
   const std::lock_guard lock(choosing);
-  if (chosen == nullptr) chosen = new MemoryStore();
+  if (chosen == nullptr) chosen = new PersistentStore(StoreFolders::Usual());
   Store* none = nullptr;
   current.compare_exchange_strong(none, chosen);
   return none == nullptr ? *chosen : *none;
