@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "quorl/text/joined.hpp"
+
 namespace quorl::frame {
 namespace {
 
@@ -14,6 +16,12 @@ bool StandsBefore(const MemberRow& first, const MemberRow& second) {
 }
 
 }  // namespace
+
+String InterfaceName(const ClassRow& row, std::size_t version) {
+  if (version + 1 == row.interfaces.size()) return text::Joined({u"_", row.name});
+  const auto digit = static_cast<char16_t>(u'0' + version);
+  return text::Joined({row.name, u"___v", StringView(&digit, 1)});
+}
 
 std::size_t ListingPlaceOf(const ClassRow& row, const MemberRow& member) noexcept {
   return static_cast<std::size_t>(std::ranges::count_if(

@@ -20,6 +20,9 @@ constexpr std::uint16_t ClassFlags(const ClassRow& row) {
   return row.kind == ClassKind::kGlobal ? kGlobalFlags : kCreatableFlags;
 }
 
+/// The name of the interface's version 1.k: "Math___v0" for a former one, "_Math" for the current.
+String InterfaceName(const ClassRow& row, std::size_t version);
+
 /// The place, from 0, of a member in the listing: those with a place of their own first, the others
 /// in table order.
 std::size_t ListingPlaceOf(const ClassRow& row, const MemberRow& member) noexcept;

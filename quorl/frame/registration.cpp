@@ -10,6 +10,7 @@
 #include "quorl/abi/percent_text.hpp"
 #include "quorl/frame/catalogue.hpp"
 #include "quorl/frame/identifiers.hpp"
+#include "quorl/frame/listing.hpp"
 #include "quorl/registry/registry.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/raised_error.hpp"
@@ -39,12 +40,6 @@ String QualifiedName(const ClassRow& row) { return String(kLibraryName) + u"." +
 
 String VersionOf(const ClassRow& row) {
   return u"1." + String(1, static_cast<char16_t>(u'0' + row.MinorVersion()));
-}
-
-// Of the current interface "_Math", of the former version 1.k "Math___vk".
-String InterfaceName(const ClassRow& row, std::size_t version) {
-  if (version + 1 == row.interfaces.size()) return u"_" + String(row.name);
-  return String(row.name) + u"___v" + String(1, static_cast<char16_t>(u'0' + version));
 }
 
 const String& LibraryKey() {

@@ -31,7 +31,9 @@ std::string Flags(std::uint16_t flags) {
 
 std::string Version(std::size_t minor) { return "version(1." + std::to_string(minor) + ")"; }
 
-std::string InterfaceName(const ClassRow& row) { return "_" + Utf8(row.name); }
+std::string CurrentName(const ClassRow& row) {
+  return Utf8(InterfaceName(row, row.interfaces.size() - 1));
+}
 
 std::string DefaultText(const Argument& argument) {
   const DefaultValue& otherwise = argument.otherwise;
@@ -82,7 +84,7 @@ std::vector<const MemberRow*> InListingOrder(const ClassRow& row) {
 void WriteInterface(std::ostream& out, const ClassRow& row) {
   out << "\n  [uuid(" << Identifier(row.CurrentInterface()) << "), "
       << Version(row.interfaces.size() - 1) << ", hidden, dual, nonextensible, automation, "
-      << Flags(kInterfaceFlags) << "]\n  interface " << InterfaceName(row) << " : IDispatch {\n";
+      << Flags(kInterfaceFlags) << "]\n  interface " << CurrentName(row) << " : IDispatch {\n";
   for (const MemberRow* member : InListingOrder(row)) WriteMember(out, row, *member);
   out << "  };\n";
 }
@@ -90,8 +92,8 @@ void WriteInterface(std::ostream& out, const ClassRow& row) {
 void WriteAliases(std::ostream& out, const ClassRow& row) {
   for (std::size_t version = 0; version + 1 < row.interfaces.size(); ++version) {
     out << "\n  [uuid(" << Identifier(row.interfaces[version]) << "), " << Version(version)
-        << ", hidden, " << Flags(kAliasFlags) << "]\n  typedef " << InterfaceName(row) << " "
-        << Utf8(row.name) << "___v" << version << ";\n";
+        << ", hidden, " << Flags(kAliasFlags) << "]\n  typedef " << CurrentName(row) << " "
+        << Utf8(InterfaceName(row, version)) << ";\n";
   }
 }
 
@@ -100,7 +102,7 @@ void WriteClass(std::ostream& out, const ClassRow& row) {
   out << "\n  [uuid(" << Identifier(row.identifier) << "), " << Version(row.interfaces.size() - 1)
       << (is_global ? ", appobject, creatable, predeclared, " : ", creatable, ")
       << Flags(ClassFlags(row)) << "]\n  coclass " << Utf8(row.name)
-      << " {\n    [default] interface " << InterfaceName(row) << ";\n  };\n";
+      << " {\n    [default] interface " << CurrentName(row) << ";\n  };\n";
 }
 
 void WriteEnumeration(std::ostream& out, const EnumerationRow& row) {
