@@ -151,7 +151,8 @@ int List(Arguments arguments) {
   registry.InitAbsolute(place.root, place.path);
   const Variant names = registry.GetSubKeys(u"");
   for (const Variant& name : names.If<Array>()->Elements().subspan(1)) {
-    std::cout << Printable(Utf8(*name.If<String>())) << '\n';
+    const String path = registry.KeyFullName(name);
+    std::cout << Printable(Utf8(NameOf({place.root, path}))) << '\n';
   }
   return kSuccess;
 }
@@ -282,10 +283,19 @@ std::string ReadFile(const std::string& path) {
   return ReadAll(file, path);
 }
 
+RegistryText Understood(const std::string& bytes, const std::string& path,
+                        ForeignCharacters foreign) {
+  try {
+    return ReadRegistryText(bytes, Utf16(path), foreign);
+  } catch (const RaisedError& error) {
+    throw Refusal(Utf8(error.Description()) + " (nothing was changed)");
+  }
+}
+
 int Import(Arguments arguments) {
   const auto foreign =
       arguments.size() > 1 ? ForeignCharacters::kReplace : ForeignCharacters::kRefuse;
-  const RegistryText text = ReadRegistryText(ReadFile(arguments[0]), Utf16(arguments[0]), foreign);
+  const RegistryText text = Understood(ReadFile(arguments[0]), arguments[0], foreign);
   ImportRegistry(text);
   std::size_t values = 0;
   for (const RegistryTextKey& key : text) values += key.values.size();
