@@ -124,7 +124,7 @@ Variant Registry::GetSubKeys(StringView KeyName, Int32 Levels) {
 }
 
 void Registry::Enter(Walk& walk, String key_name) {
-  call_text_ = CallTextOf(u"doGetSubKeys", StringView(key_name));
+  call_text_ = CallTextOf(u"doGetSubKeys", key_name);
   OpenKey key = Open(key_name, kReadValues | kListSubkeys);
   const std::size_t place = walk.names.size();
   walk.names.push_back(std::move(key_name));

@@ -7,8 +7,7 @@
 //     @="the value without a name"
 //     "Chemin"="C:\\Données\\\"2024\""
 //     "Copies"=dword:00000002
-//     "Logo"=hex:89,50,4e,47,\
-//       0d,0a
+//     "Logo"=hex:89,50,4e,47
 //     "Autres"=hex(7):41,00,00,00,00,00
 //     "Ancienne"=-
 //
@@ -16,10 +15,12 @@
 //
 // A section opens with a key, whose line ends with its closing bracket, and lists values; a minus
 // deletes the key with all below it, or the value. A text in quotes has \\ and \" for a backslash
-// and a quote, and may run over several lines. `hex(n)` is a value of type n, any hexadecimal
-// number of 32 bits, `hex` alone is type 3. In version 5.00 the bytes of the text types 1, 2 and 7
-// are those of UTF-16; the store keeps these texts in single bytes, so that they are converted on
-// the way in and on the way out, and nothing is lost in a file that comes from the store. Version 4
+// and a quote, and may run over several lines. The bytes of a `hex` go on in the next line after a
+// backslash, behind which and below which comments may stand. `hex(n)` is a value of type n, any
+// hexadecimal number of 32 bits, `hex` alone is type 3. In version 5.00 the bytes of the text types
+// 1, 2 and 7 are those of UTF-16; the store keeps these texts in single bytes, so that they are
+// converted on the way in and on the way out, and nothing is lost in a file that comes from the
+// store. Version 4
 // ("REGEDIT4") is a file of single bytes, texts within `hex(n)` included.
 //
 // This header has what a file says; registry_text_reader.hpp and registry_text_writer.hpp turn that
