@@ -10,6 +10,7 @@
 
 #include "quorl/runtime/date_text.hpp"
 #include "tests/support/decimal_text.hpp"
+#include "tests/support/holder.hpp"
 #include "tests/support/print.hpp"
 #include "tests/support/raises.hpp"
 #include "tests/support/random.hpp"
@@ -26,18 +27,6 @@ const Locale kSwiss = *Locale::Named(u"de-CH");
 
 constexpr Double kNaN = std::numeric_limits<Double>::quiet_NaN();
 constexpr Double kInfinity = std::numeric_limits<Double>::infinity();
-
-// An object whose default member gives a value.
-class Holder : public LateBound {
- public:
-  explicit Holder(Variant value) : value_(std::move(value)) {}
-  Variant Get(StringView name, std::span<Variant> arguments) override {
-    return name.empty() ? value_ : LateBound::Get(name, arguments);
-  }
-
- private:
-  Variant value_;
-};
 
 // A result, or "!" and the Number of the runtime's failure.
 std::string Outcome(const Variant& value, VariantType type) {
@@ -56,8 +45,8 @@ std::string Outcome(const Variant& value, VariantType type) {
 
 TEST(Convert, EveryStateAndTypeToEveryType) {
   using enum VariantType;
-  constexpr std::array kColumns{kByte,     kInt16, kInt32,   kSingle, kDouble,
-                                kCurrency, kDate,  kBoolean, kString};
+  static constexpr std::array kColumns{kByte,     kInt16, kInt32,   kSingle, kDouble,
+                                       kCurrency, kDate,  kBoolean, kString};
   struct Row {
     Variant value;
     std::array<const char*, kColumns.size()> expected;
@@ -107,6 +96,7 @@ TEST(Convert, EveryStateAndTypeToEveryType) {
       {u" 2.5 ", {"2", "2", "2", "2.5", "2.5", "25000/10000", "!13", "true", " 2.5 "}},
       {u"0", {"0", "0", "0", "0", "0", "0/10000", "!13", "false", "0"}},
       {u"1E400", {"!6", "!6", "!6", "!6", "!6", "!6", "!13", "!6", "1E400"}},
+      {u"-1E309", {"!6", "!6", "!6", "!6", "!6", "!6", "!13", "!6", "-1E309"}},
       {u" tRUE ", {"!13", "!13", "!13", "!13", "!13", "!13", "!13", "true", " tRUE "}},
       {u"", {"!13", "!13", "!13", "!13", "!13", "!13", "!13", "!13", ""}},
       {u"1900-01-01",

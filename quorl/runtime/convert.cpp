@@ -220,10 +220,10 @@ Object RequireObject(const Variant& value) {
 }
 
 Variant ConvertTo(const Variant& value, VariantType type) {
-  if (value.Type() == type) return value;
+  if (value.Type() == type || type == VariantType::kVariant) {
+    return WithinMemory([&] { return value; });
+  }
   switch (type) {
-    case VariantType::kVariant:
-      return value;
     case VariantType::kByte:
       return ToByte(value);
     case VariantType::kInt16:
@@ -267,7 +267,7 @@ Variant DefaultValueOf(const Object& object) {
 
 Variant PlainValueOf(const Variant& value) {
   constexpr int kMostSteps = 16;
-  Variant plain = value;
+  Variant plain = WithinMemory([&] { return value; });
   for (int step = 0; plain.Holds<Object>(); ++step) {
     if (step == kMostSteps) Raise(FailureNumber::kTypeMismatch);
     plain = DefaultValueOf(Object(*plain.If<Object>()));
