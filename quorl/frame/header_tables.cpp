@@ -48,8 +48,7 @@ void WriteClass(std::ostream& out, const ClassRow& row) {
       << ";\n"
       << "static const GUID QUORL_IID_" << Utf8(row.name) << " = "
       << Initialiser(row.CurrentInterface()) << ";\n"
-      << "QUORL_OBJECT(" << self << ");\nstruct " << self << "Table {\n  QUORL_DISPATCH_SLOTS("
-      << self << ");\n";
+      << "struct " << self << "Table {\n  QUORL_DISPATCH_SLOTS(" << self << ");\n";
   for (const MemberRow& member : row.members) WriteSlot(out, self, member);
   out << "};\n";
 }
@@ -74,8 +73,13 @@ void WriteEnumeration(std::ostream& out, const EnumerationRow& row) {
 
 std::string HeaderTables() {
   std::ostringstream out;
+  out << "/* clang-format off */\n";
   for (const EnumerationRow& row : kEnumerations) WriteEnumeration(out, row);
+  out << "\n";
+  // All names first: one class's table may name another's.
+  for (const ClassRow& row : Catalogue()) out << "QUORL_OBJECT(Quorl" << Utf8(row.name) << ");\n";
   for (const ClassRow& row : Catalogue()) WriteClass(out, row);
+  out << "/* clang-format on */\n";
   return out.str();
 }
 

@@ -43,7 +43,7 @@ std::string DescribedType(const TypeRow& type) {
 std::string SlotArgumentType(const TypeRow& type) {
   if (type.by_reference) return SlotResultType(type) + "* ";
   if (!type.name.empty() && type.type == VariantType::kObject) {
-    return "struct Quorl" + Utf8(type.name) + "* ";
+    return "Quorl" + Utf8(type.name) + "* ";
   }
   return std::string(NamesOf(type).argument);
 }
