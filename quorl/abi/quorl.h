@@ -39,29 +39,26 @@ typedef int32_t HRESULT;
 
 #define QUORL_CODE(bits) ((HRESULT)(uint32_t)(bits))
 
-enum {
-  S_OK = 0,
-  S_FALSE = 1
-};
+enum { S_OK = 0, S_FALSE = 1 };
 
-#define E_NOINTERFACE QUORL_CODE(0x80004002)           /* the object has no such interface */
-#define E_POINTER QUORL_CODE(0x80004003)               /* a null pointer where none may stand */
-#define E_UNEXPECTED QUORL_CODE(0x8000FFFF)            /* too late, or not in this state */
-#define E_OUTOFMEMORY QUORL_CODE(0x8007000E)           /* memory ran out */
-#define E_INVALIDARG QUORL_CODE(0x80070057)            /* an argument out of its contract */
-#define DISP_E_MEMBERNOTFOUND QUORL_CODE(0x80020003)   /* no such member, or not of this kind */
-#define DISP_E_PARAMNOTFOUND QUORL_CODE(0x80020004)    /* unknown named argument; also: Missing */
-#define DISP_E_TYPEMISMATCH QUORL_CODE(0x80020005)     /* a value of no known type */
-#define DISP_E_UNKNOWNNAME QUORL_CODE(0x80020006)      /* no member or argument of that name */
-#define DISP_E_EXCEPTION QUORL_CODE(0x80020009)        /* the member failed; see EXCEPINFO */
-#define DISP_E_BADINDEX QUORL_CODE(0x8002000B)         /* a subscript out of bounds */
-#define DISP_E_BADPARAMCOUNT QUORL_CODE(0x8002000E)    /* too many arguments */
-#define DISP_E_PARAMNOTOPTIONAL QUORL_CODE(0x8002000F) /* a required argument is absent */
-#define CLASS_E_NOAGGREGATION QUORL_CODE(0x80040110)   /* no object is made as part of another */
+#define E_NOINTERFACE QUORL_CODE(0x80004002)             /* the object has no such interface */
+#define E_POINTER QUORL_CODE(0x80004003)                 /* a null pointer where none may stand */
+#define E_UNEXPECTED QUORL_CODE(0x8000FFFF)              /* too late, or not in this state */
+#define E_OUTOFMEMORY QUORL_CODE(0x8007000E)             /* memory ran out */
+#define E_INVALIDARG QUORL_CODE(0x80070057)              /* an argument out of its contract */
+#define DISP_E_MEMBERNOTFOUND QUORL_CODE(0x80020003)     /* no such member, or not of this kind */
+#define DISP_E_PARAMNOTFOUND QUORL_CODE(0x80020004)      /* unknown named argument; also: Missing */
+#define DISP_E_TYPEMISMATCH QUORL_CODE(0x80020005)       /* a value of no known type */
+#define DISP_E_UNKNOWNNAME QUORL_CODE(0x80020006)        /* no member or argument of that name */
+#define DISP_E_EXCEPTION QUORL_CODE(0x80020009)          /* the member failed; see EXCEPINFO */
+#define DISP_E_BADINDEX QUORL_CODE(0x8002000B)           /* a subscript out of bounds */
+#define DISP_E_BADPARAMCOUNT QUORL_CODE(0x8002000E)      /* too many arguments */
+#define DISP_E_PARAMNOTOPTIONAL QUORL_CODE(0x8002000F)   /* a required argument is absent */
+#define CLASS_E_NOAGGREGATION QUORL_CODE(0x80040110)     /* no object is made as part of another */
 #define CLASS_E_CLASSNOTAVAILABLE QUORL_CODE(0x80040111) /* no such class; or it is not global */
-#define REGDB_E_CLASSNOTREG QUORL_CODE(0x80040154)     /* the class is not registered */
-#define CO_E_CLASSSTRING QUORL_CODE(0x800401F3)        /* malformed identifier or unknown name */
-#define QUORL_E_NOTLOADABLE QUORL_CODE(0x8007007E)     /* the component's library does not load */
+#define REGDB_E_CLASSNOTREG QUORL_CODE(0x80040154)       /* the class is not registered */
+#define CO_E_CLASSSTRING QUORL_CODE(0x800401F3)          /* malformed identifier or unknown name */
+#define QUORL_E_NOTLOADABLE QUORL_CODE(0x8007007E)       /* the component's library does not load */
 
 /* ----------------------------------------------------------------------------------- values -- */
 
@@ -122,7 +119,7 @@ typedef struct VARIANT {
     int32_t i4;
     float r4;
     double r8;
-    int64_t cy; /* ten-thousandths */
+    int64_t cy;  /* ten-thousandths */
     double date; /* days from 1899-12-30 */
     BSTR bstr;
     struct QuorlDispatch* dispatch;
@@ -175,24 +172,25 @@ enum {
 
 /* Every object is a pointer to a pointer to its table, whose slots 0 to 2 are these. QueryInterface
  * answers the identifiers below, each class's own, and every identifier the class ever had. */
-#define QUORL_UNKNOWN_SLOTS(Self)                                                 \
-  HRESULT (*QueryInterface)(Self * self, const GUID* identifier, void** out);     \
-  uint32_t (*AddRef)(Self * self);                                                \
+#define QUORL_UNKNOWN_SLOTS(Self)                                             \
+  HRESULT (*QueryInterface)(Self * self, const GUID* identifier, void** out); \
+  uint32_t (*AddRef)(Self * self);                                            \
   uint32_t (*Release)(Self * self)
 
 /* Slots 3 to 6. In GetIDsOfNames the first name is a member's, those behind it its arguments'; an
- * argument's identifier is its position from 0. Case does not count. `identifier` and `lcid` are not
- * looked at. The last three pointers of Invoke may be null; wrong_argument tells which element of
- * the array is meant by DISP_E_PARAMNOTFOUND. */
-#define QUORL_DISPATCH_SLOTS(Self)                                                              \
-  QUORL_UNKNOWN_SLOTS(Self);                                                                    \
-  HRESULT (*GetTypeInfoCount)(Self * self, uint32_t * count);                                   \
-  HRESULT (*GetTypeInfo)(Self * self, uint32_t index, uint32_t lcid, void** out);               \
-  HRESULT (*GetIDsOfNames)(Self * self, const GUID* identifier, const char16_t** names,         \
-                           uint32_t count, uint32_t lcid, int32_t* ids);                        \
-  HRESULT (*Invoke)(Self * self, int32_t id, const GUID* identifier, uint32_t lcid,             \
-                    uint16_t flags, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,   \
-                    uint32_t* wrong_argument)
+ * argument's identifier is its position from 0. Case does not count. `identifier` and `lcid` are
+ * not looked at. The last three pointers of Invoke may be null; wrong_argument tells which element
+ * of the array is meant by DISP_E_PARAMNOTFOUND. */
+#define QUORL_DISPATCH_SLOTS(Self)                                                             \
+  QUORL_UNKNOWN_SLOTS(Self);                                                                   \
+  HRESULT (*GetTypeInfoCount)(Self * self, uint32_t * count);                                  \
+  HRESULT (*GetTypeInfo)(Self * self, uint32_t index, uint32_t lcid, void** out);              \
+  HRESULT (*GetIDsOfNames)                                                                     \
+  (Self * self, const GUID* identifier, const char16_t** names, uint32_t count, uint32_t lcid, \
+   int32_t* ids);                                                                              \
+  HRESULT (*Invoke)                                                                            \
+  (Self * self, int32_t id, const GUID* identifier, uint32_t lcid, uint16_t flags,             \
+   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info, uint32_t* wrong_argument)
 
 #define QUORL_OBJECT(Name)                \
   typedef struct Name Name;               \
@@ -214,7 +212,8 @@ struct QuorlDispatchTable {
 QUORL_OBJECT(QuorlClassFactory);
 struct QuorlClassFactoryTable {
   QUORL_UNKNOWN_SLOTS(QuorlClassFactory);
-  HRESULT (*CreateInstance)(QuorlClassFactory* self, void* outer, const GUID* identifier, void** out);
+  HRESULT (*CreateInstance)
+  (QuorlClassFactory* self, void* outer, const GUID* identifier, void** out);
   HRESULT (*LockServer)(QuorlClassFactory* self, int32_t lock);
 };
 
@@ -264,9 +263,9 @@ typedef struct QuorlFunction {
 } QuorlFunction;
 
 typedef struct QuorlArgument {
-  uint16_t type;   /* a VT number, with VT_BYREF where the member writes back */
-  int16_t optional; /* -1 where it may be left out */
-  BSTR name;       /* the caller's to end */
+  uint16_t type;         /* a VT number, with VT_BYREF where the member writes back */
+  int16_t optional;      /* -1 where it may be left out */
+  BSTR name;             /* the caller's to end */
   VARIANT default_value; /* the caller's to end; Missing where there is none */
 } QuorlArgument;
 
@@ -276,18 +275,20 @@ struct QuorlTypeInfoTable {
   HRESULT (*GetTypeAttributes)(QuorlTypeInfo* self, QuorlTypeAttributes* out);
   /* The entry at a place of the table, from 0; DISP_E_BADINDEX behind the last. */
   HRESULT (*GetFunction)(QuorlTypeInfo* self, uint32_t index, QuorlFunction* out);
-  HRESULT (*GetArgument)(QuorlTypeInfo* self, uint32_t index, uint32_t argument,
-                         QuorlArgument* out);
+  HRESULT (*GetArgument)
+  (QuorlTypeInfo* self, uint32_t index, uint32_t argument, QuorlArgument* out);
   /* A member's name and help string by its identifier, the class's own for id -1. Each out pointer
    * may be null; the texts are the caller's to end. */
   HRESULT (*GetDocumentation)(QuorlTypeInfo* self, int32_t id, BSTR* name, BSTR* help);
   /* As the object's own GetIDsOfNames. */
-  HRESULT (*GetIDsOfNames)(QuorlTypeInfo* self, const char16_t** names, uint32_t count,
-                           int32_t* ids);
+  HRESULT (*GetIDsOfNames)
+  (QuorlTypeInfo* self, const char16_t** names, uint32_t count, int32_t* ids);
 };
 
-#define QUORL_SYSTEM_GUID(first) \
-  { first, 0, 0, { 0xC0, 0, 0, 0, 0, 0, 0, 0x46 } }
+#define QUORL_SYSTEM_GUID(first)                  \
+  {                                               \
+    first, 0, 0, { 0xC0, 0, 0, 0, 0, 0, 0, 0x46 } \
+  }
 
 static const GUID IID_IUnknown = QUORL_SYSTEM_GUID(0x00000000);
 static const GUID IID_IDispatch = QUORL_SYSTEM_GUID(0x00020400);
