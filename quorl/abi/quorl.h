@@ -185,10 +185,10 @@ enum {
   QUORL_UNKNOWN_SLOTS(Self);                                                                   \
   HRESULT (*GetTypeInfoCount)(Self * self, uint32_t * count);                                  \
   HRESULT (*GetTypeInfo)(Self * self, uint32_t index, uint32_t lcid, void** out);              \
-  HRESULT (*GetIDsOfNames)                                                                     \
+  HRESULT(*GetIDsOfNames)                                                                      \
   (Self * self, const GUID* identifier, const char16_t** names, uint32_t count, uint32_t lcid, \
    int32_t* ids);                                                                              \
-  HRESULT (*Invoke)                                                                            \
+  HRESULT(*Invoke)                                                                             \
   (Self * self, int32_t id, const GUID* identifier, uint32_t lcid, uint16_t flags,             \
    DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info, uint32_t* wrong_argument)
 
@@ -212,7 +212,7 @@ struct QuorlDispatchTable {
 QUORL_OBJECT(QuorlClassFactory);
 struct QuorlClassFactoryTable {
   QUORL_UNKNOWN_SLOTS(QuorlClassFactory);
-  HRESULT (*CreateInstance)
+  HRESULT(*CreateInstance)
   (QuorlClassFactory* self, void* outer, const GUID* identifier, void** out);
   HRESULT (*LockServer)(QuorlClassFactory* self, int32_t lock);
 };
@@ -275,13 +275,13 @@ struct QuorlTypeInfoTable {
   HRESULT (*GetTypeAttributes)(QuorlTypeInfo* self, QuorlTypeAttributes* out);
   /* The entry at a place of the table, from 0; DISP_E_BADINDEX behind the last. */
   HRESULT (*GetFunction)(QuorlTypeInfo* self, uint32_t index, QuorlFunction* out);
-  HRESULT (*GetArgument)
+  HRESULT(*GetArgument)
   (QuorlTypeInfo* self, uint32_t index, uint32_t argument, QuorlArgument* out);
   /* A member's name and help string by its identifier, the class's own for id -1. Each out pointer
    * may be null; the texts are the caller's to end. */
   HRESULT (*GetDocumentation)(QuorlTypeInfo* self, int32_t id, BSTR* name, BSTR* help);
   /* As the object's own GetIDsOfNames. */
-  HRESULT (*GetIDsOfNames)
+  HRESULT(*GetIDsOfNames)
   (QuorlTypeInfo* self, const char16_t** names, uint32_t count, int32_t* ids);
 };
 
