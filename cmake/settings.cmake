@@ -15,6 +15,14 @@ if(QUORL_SANITIZE)
                                                   -fno-omit-frame-pointer)
   target_link_options(quorl_settings INTERFACE -fsanitize=address,undefined)
 endif()
+if(QUORL_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    message(FATAL_ERROR "QUORL_FUZZ needs clang++ and its fuzzer runtime")
+  endif()
+  target_compile_options(quorl_settings INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+                                                  -fno-sanitize-recover=all)
+  target_link_options(quorl_settings INTERFACE -fsanitize=address,undefined)
+endif()
 
 # Every source of the named rooms. A new file is seen at the next build.
 function(quorl_room_sources result)

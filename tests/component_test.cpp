@@ -248,6 +248,8 @@ INSTANTIATE_TEST_SUITE_P(Classes, ThreeWays, testing::Range(0, 12), [](const aut
 
 class Component : public testing::Test {
  protected:
+  Component() { SetErrorInfo(0, nullptr); }
+
   MemoryStore store_;
   ScopedStore guard_{store_};
   LocaleScope locale_{*Locale::Named(u"fr-BE")};
