@@ -1213,6 +1213,22 @@ TEST_F(Component, TypeInfoTellsTheCatalogue) {
   }
 }
 
+TEST(ComponentHosts, TheHostInCPrintsWhatIsExpected) {
+  EXPECT_EQ(OutputOf(QUORL_BINARY_DIR "/examples/component_host " + std::string(kComponentPath)),
+            ContentOfFile(QUORL_SOURCE_DIR "/examples/component_host.txt"));
+}
+
+TEST(ComponentHosts, TheHostInPythonPrintsWhatIsExpected) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "python3 cannot load libraries that were built with a sanitizer";
+#endif
+  if (OutputOf("python3 --version").find("Python 3") != 0)
+    GTEST_SKIP() << "there is no python3 here";
+  const std::string folder = QUORL_SOURCE_DIR "/examples/python/";
+  EXPECT_EQ(OutputOf("PYTHONIOENCODING=utf-8 python3 -B " + folder + "demo.py " QUORL_BINARY_DIR),
+            ContentOfFile(folder + "demo.txt"));
+}
+
 TEST(ComponentFiles, GeneratedTextsAreUpToDate) {
   const std::string root = QUORL_SOURCE_DIR;
   EXPECT_EQ(ContentOfFile(root + "/docs/quorl.idl"), frame::TypeDescription())
