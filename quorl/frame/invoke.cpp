@@ -44,11 +44,14 @@ bool Answers(const MemberRow& member, std::uint16_t flags) {
   return false;
 }
 
+// An identifier is the place, from 1, of a member's first row; a property's second row follows.
 const MemberRow* FindMember(const ClassRow& row, std::int32_t id, std::uint16_t flags) {
-  const auto found = std::ranges::find_if(row.members, [&](const MemberRow& member) {
-    return IdentifierOf(row, member) == id && Answers(member, flags);
-  });
-  return found == row.members.end() ? nullptr : &*found;
+  if (id < 1 || static_cast<std::size_t>(id) > row.members.size()) return nullptr;
+  const auto rows = row.members.subspan(static_cast<std::size_t>(id) - 1);
+  for (const MemberRow& member : rows.first(std::min<std::size_t>(rows.size(), 2))) {
+    if (IdentifierOf(row, member) == id && Answers(member, flags)) return &member;
+  }
+  return nullptr;
 }
 
 bool HasNullArray(const DISPPARAMS& parameters) {
