@@ -372,6 +372,7 @@ TEST(NumberToText, KindPicksTheWordForOne) {
       {kFrenchWords, "1001", 1, "mille-une"},
       {kFrenchWords, "21000", 1, "vingt-et-un-mille"},
       {kFrenchWords, "1000001", 1, "un million une"},
+      {kFrenchWords, "1000000000001000000000001", 1, "un billion un billions une"},
       {kEnglishWords, "21", 2, "twenty-one"},
       {kDutchWords, "21", 2, "eenentwintig"},
       {kGermanWords, "1", 0, "eins"},
