@@ -35,8 +35,11 @@ std::string Words(Int32 base, std::string_view digits, Int16 level = 0, Int16 ki
 
 // --- The reader ---
 
-// Lists of words have a blank between them. Scales: hundred, thousand, then one and several of
-// each. Joiners: behind hundred and thousand, behind the others; before them, before the others.
+// The joiners of a grammar; small are the hundred and the thousand, large the others.
+enum Joint : std::size_t { kBehindSmall, kBehindLarge, kBeforeSmall, kBeforeLarge };
+
+// Lists of words have a blank between them. The scales are the hundred, the thousand, then one and
+// several of each.
 struct Grammar {
   const char *zero, *units, *tens;
   std::array<const char*, 8> scales;
