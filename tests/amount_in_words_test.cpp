@@ -185,6 +185,7 @@ TEST_F(AmountInWords, TakesOptionsForOneAmount) {
       {"--decimals 10 1", 2, ""},
       {"--language FR", 2, ""},
       {"--file X.csv 1", 2, ""},
+      {"--file X.csv --language FR", 2, ""},
   };
   for (const auto& row : cases) {
     const Outcome outcome = Run(row.arguments);
