@@ -373,6 +373,44 @@ TEST_P(Operations, AgreeWithAPlainModel) {
   }
 }
 
+// What a tree says that it weighs is what its keys and values weigh: by that a journal is
+// rewritten.
+TEST(Weights, FollowEveryChange) {
+  Random random(11);
+  KeyTree tree;
+  for (int step = 0; step < 4000; ++step) {
+    const Action action = RandomAction(random);
+    Change change;
+    change.path = CanonicalPath(tree, action.path);
+    change.name = action.name;
+    change.data = action.data;
+    switch (action.kind) {
+      case Action::Kind::Create:
+        change.kind = ChangeKind::CreateKey;
+        break;
+      case Action::Kind::Set:
+        change.kind = ChangeKind::SetValue;
+        break;
+      case Action::Kind::Unset:
+        change.kind = ChangeKind::DeleteValue;
+        break;
+      case Action::Kind::Delete:
+        change.kind = ChangeKind::DeleteKey;
+        break;
+      case Action::Kind::Copy:
+        if (tree.TotalWeight().records > 300 || tree.Find(action.name) == nullptr) continue;
+        change.kind = ChangeKind::Merge;
+        change.content = tree.Find(action.name)->Self();
+        break;
+    }
+    Prepare(tree, change).Apply(tree);
+    Weight sum;
+    ForEachKey(*tree.Root(), [&](const Key& key) { sum += key.OwnWeight(); });
+    ASSERT_EQ(tree.TotalWeight().records, sum.records) << "step " << step;
+    ASSERT_EQ(tree.TotalWeight().bytes, sum.bytes) << "step " << step;
+  }
+}
+
 TEST(Messages, ExistForTheStoresCodesAlone) {
   std::size_t found = 0;
   for (Int32 code = -70000; code <= 70000; ++code) {
