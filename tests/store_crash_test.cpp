@@ -31,6 +31,8 @@ std::vector<Action> Scenario() {
       {Kind::Set, "App", "Left", "100"},
       {Kind::Set, "App\\Windows", "", "unnamed"},
       {Kind::Set, "App", "LEFT", "200", 7},
+      {Kind::Set, "App", "Long", std::string(900, 'l')},
+      {Kind::Set, "App\\Windows\\Main", "Long", std::string(900, 'm')},
       {Kind::Create, "Backup"},
       {Kind::Copy, "App", "Backup"},
       {Kind::Unset, "App", "Left"},

@@ -217,8 +217,9 @@ std::size_t CountSettled(const std::vector<Finding>& findings,
     if (boot != 0 && mark->boot == boot) return settled;
     std::uint64_t expected = mark->sequence + 1;
     for (std::size_t i = settled; i < findings.size(); ++i) {
-      if (!findings[i].IsWhole() || findings[i].head.sequence != expected++) break;
-      if (!findings[i].head.more) settled = i + 1;
+      const Finding& each = findings[i];
+      if (!each.IsWhole() || !each.ends_intact || each.head.sequence != expected++) break;
+      if (!each.head.more) settled = i + 1;
     }
     return settled;
   }
