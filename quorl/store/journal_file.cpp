@@ -60,7 +60,9 @@ Int32 LoadJournal(const OpenFile& file, std::uint64_t boot, LoadedJournal& loade
     if (window.Status() != kDone) return window.Status();
   }
   loaded.tree = KeyTree();
+  const std::uint64_t read_until = loaded.position.end;
   Salvage(window, prefix, boot, loaded.tree, loaded.report);
+  if (!loaded.report.Damaged()) loaded.report.losses.push_back({.offset = read_until});
   return loaded.report.status;
 }
 
