@@ -7,6 +7,10 @@ namespace quorl {
 
 Variant LateBound::Get(StringView, std::span<Variant>) { Raise(FailureNumber::kNoSuchMember); }
 
+Variant LateBound::GetByReference(StringView name, std::span<Variant> arguments) {
+  return Get(name, arguments);
+}
+
 void LateBound::Put(StringView, std::span<Variant>, const Variant&) {
   Raise(FailureNumber::kNoSuchMember);
 }
@@ -20,6 +24,10 @@ LateBound& Object::Required() const {
 
 Variant Object::Get(StringView name, std::span<Variant> arguments) const {
   return Required().Get(name, arguments);
+}
+
+Variant Object::GetByReference(StringView name, std::span<Variant> arguments) const {
+  return Required().GetByReference(name, arguments);
 }
 
 void Object::Put(StringView name, std::span<Variant> arguments, const Variant& value) const {

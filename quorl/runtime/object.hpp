@@ -29,6 +29,9 @@ class LateBound {
 
   /// Reads a property, with indices if it has any.
   virtual Variant Get(StringView name, std::span<Variant> arguments);
+  /// The same with the arguments passed by reference, for an object that lives behind a boundary
+  /// where that makes a difference; any other has nothing to do here.
+  virtual Variant GetByReference(StringView name, std::span<Variant> arguments);
   /// Writes a property; `value` is the new value.
   virtual void Put(StringView name, std::span<Variant> arguments, const Variant& value);
   /// Calls a method; Empty is the result of one that gives none.
@@ -50,6 +53,7 @@ class Object {
   explicit operator bool() const noexcept { return target_ != nullptr; }
 
   Variant Get(StringView name, std::span<Variant> arguments = {}) const;
+  Variant GetByReference(StringView name, std::span<Variant> arguments) const;
   void Put(StringView name, std::span<Variant> arguments, const Variant& value) const;
   Variant Call(StringView name, std::span<Variant> arguments = {}) const;
 

@@ -1,0 +1,625 @@
+// A host of the library: writes amounts in words, from the command line or from a CSV file of
+// invoices. `--help` says how. Everything that is read or written is UTF-8.
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <fstream>
+#include <iostream>
+#include <limits>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "quorl/money/money.hpp"
+#include "quorl/runtime/locale.hpp"
+#include "quorl/runtime/number_text.hpp"
+#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/utf.hpp"
+
+namespace {
+
+using quorl::Currency;
+using quorl::Int16;
+using quorl::Locale;
+using quorl::Money;
+using quorl::String;
+using quorl::StringView;
+using quorl::Utf16;
+using quorl::Utf8;
+
+constexpr const char* kHelp =
+    R"(amount_in_words: amounts in words, in French, English, Dutch and German
+  amount_in_words                  the invoices that come with the program
+  amount_in_words --file FILE      your invoices, - for standard input
+  amount_in_words [OPTION]... AMOUNT...
+Options:
+  --language FR|UK|NL|DE  the words in this language alone, else all four
+  --currency CODE         EUR (when left out), CHF, GBP, USD, JPY or TND
+  --unit, --units NAME    a unit of your own, one and several
+  --subunit, --subunits   the same for its sub-unit
+  --kind 0|1|2            gender of the names: FR un, une; DE eins, ein, eine
+  --decimals 0..9         power of ten of the sub-unit (your own: else 2)
+Amounts: a sign, digits, at most four decimals. Blanks and apostrophes group
+thousands. Of "," and ".": where both stand, the last is the decimal mark and
+the other groups; one that stands alone and once is the decimal mark (1,234 is
+a little above 1); one that stands more than once groups. Groups have three
+digits: "1 234,56", "1.234,56", "1'234.56" and 1234.56 are the same amount.
+Files: a line an invoice with reference, date, amount, currency and language,
+"," or ";" or tabs between (the first line tells), quotes around a field that
+needs them. A first line whose amount has no digit is a heading. What cannot
+be written is told on standard error as file:line: message.
+Exit status: 0; 1 when something could not be read; 2 for a wrong option.
+)";
+
+// --- Languages and currencies ---
+
+struct Language {
+  StringView code;
+  Locale locale;
+};
+
+const std::array<Language, 4>& Languages() {
+  static const std::array<Language, 4> all{{
+      {u"FR", *Locale::Named(u"fr-FR")},
+      {u"UK", *Locale::Named(u"en-GB")},
+      {u"NL", *Locale::Named(u"nl-NL")},
+      {u"DE", *Locale::Named(u"de-DE")},
+  }};
+  return all;
+}
+
+// A currency in a language.
+struct Names {
+  StringView currency, language;
+  Int16 decimals;
+  StringView unit, units, sub_unit, sub_units;
+  Int16 unit_kind, sub_unit_kind;
+};
+
+constexpr Names kNames[] = {
+    {u"EUR", u"FR", 2, u"euro", u"euros", u"cent", u"cents", 0, 0},
+    {u"EUR", u"UK", 2, u"euro", u"euros", u"cent", u"cents", 0, 0},
+    {u"EUR", u"NL", 2, u"euro", u"euro", u"cent", u"cent", 0, 0},
+    {u"EUR", u"DE", 2, u"Euro", u"Euro", u"Cent", u"Cent", 1, 1},
+    {u"CHF", u"FR", 2, u"franc", u"francs", u"centime", u"centimes", 0, 0},
+    {u"CHF", u"UK", 2, u"franc", u"francs", u"centime", u"centimes", 0, 0},
+    {u"CHF", u"NL", 2, u"frank", u"frank", u"rappen", u"rappen", 0, 0},
+    {u"CHF", u"DE", 2, u"Franken", u"Franken", u"Rappen", u"Rappen", 1, 1},
+    {u"GBP", u"FR", 2, u"livre", u"livres", u"penny", u"pence", 1, 0},
+    {u"GBP", u"UK", 2, u"pound", u"pounds", u"penny", u"pence", 0, 0},
+    {u"GBP", u"NL", 2, u"pond", u"pond", u"penny", u"pence", 0, 0},
+    {u"GBP", u"DE", 2, u"Pfund", u"Pfund", u"Penny", u"Pence", 1, 1},
+    {u"USD", u"FR", 2, u"dollar", u"dollars", u"cent", u"cents", 0, 0},
+    {u"USD", u"UK", 2, u"dollar", u"dollars", u"cent", u"cents", 0, 0},
+    {u"USD", u"NL", 2, u"dollar", u"dollar", u"cent", u"cent", 0, 0},
+    {u"USD", u"DE", 2, u"Dollar", u"Dollar", u"Cent", u"Cent", 1, 1},
+    {u"JPY", u"FR", 0, u"yen", u"yens", u"", u"", 0, 0},
+    {u"JPY", u"UK", 0, u"yen", u"yen", u"", u"", 0, 0},
+    {u"JPY", u"NL", 0, u"yen", u"yen", u"", u"", 0, 0},
+    {u"JPY", u"DE", 0, u"Yen", u"Yen", u"", u"", 1, 1},
+    {u"TND", u"FR", 3, u"dinar", u"dinars", u"millime", u"millimes", 0, 0},
+    {u"TND", u"UK", 3, u"dinar", u"dinars", u"millime", u"millimes", 0, 0},
+    {u"TND", u"NL", 3, u"dinar", u"dinar", u"millime", u"millime", 0, 0},
+    {u"TND", u"DE", 3, u"Dinar", u"Dinar", u"Millime", u"Millime", 1, 1},
+};
+
+// --- Problems: of one amount or line, and of the command line ---
+
+struct Problem : std::runtime_error {
+  using runtime_error::runtime_error;
+};
+struct WrongUsage : std::runtime_error {
+  using runtime_error::runtime_error;
+};
+
+template <class Kind = Problem>
+[[noreturn]] void Refuse(const std::string& what, StringView text) {
+  throw Kind(what + " \"" + Utf8(text) + "\"");
+}
+
+// What kept `work` from being done, empty when nothing did.
+template <class Work>
+std::string ProblemOf(Work work) {
+  try {
+    work();
+  } catch (const Problem& problem) {
+    return problem.what();
+  } catch (const quorl::RaisedError& error) {
+    return Utf8(error.Description());
+  }
+  return {};
+}
+
+template <class Kind>
+const Language& LanguageOf(StringView code) {
+  for (const Language& language : Languages()) {
+    if (language.code == code) return language;
+  }
+  Refuse<Kind>("unknown language", code);
+}
+
+template <class Kind>
+const Names& NamesOf(StringView currency, const Language& language) {
+  for (const Names& names : kNames) {
+    if (names.currency == currency && names.language == language.code) return names;
+  }
+  Refuse<Kind>("unknown currency", currency);
+}
+
+// --- Amounts as people write them ---
+
+constexpr StringView kDigits = u"0123456789";
+constexpr StringView kMarks = u",.";
+constexpr std::size_t kMostDecimals = 4;
+
+constexpr bool IsBlank(char16_t unit) {
+  return unit == u' ' || unit == u'\u00A0' || unit == u'\u202F';
+}
+
+// The mark that a unit stands for as a separator of thousands, 0 if it is none.
+constexpr char16_t GroupMark(char16_t unit) {
+  if (IsBlank(unit)) return u' ';
+  if (unit == u'\'' || unit == u'\u2019') return u'\u2019';
+  return kMarks.find(unit) != StringView::npos ? unit : u'\0';
+}
+
+StringView WithoutBlanks(StringView text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+std::size_t DecimalMarkAt(StringView number) {
+  const std::size_t last = number.find_last_of(kMarks);
+  if (last == StringView::npos) return last;
+  const bool both = number.find(number[last] == u',' ? u'.' : u',') != StringView::npos;
+  return both || number.find(number[last]) == last ? last : StringView::npos;
+}
+
+// The one mark between groups of three digits, 0 without groups; none for anything else.
+std::optional<char16_t> GroupMarkOf(StringView whole) {
+  char16_t mark = u'\0';
+  std::size_t run = 0;
+  for (const char16_t unit : whole) {
+    if (kDigits.find(unit) != StringView::npos) {
+      ++run;
+      continue;
+    }
+    const char16_t next = GroupMark(unit);
+    const bool fits = mark == u'\0' ? run >= 1 && run <= 3 : next == mark && run == 3;
+    if (next == u'\0' || !fits) return std::nullopt;
+    mark = next;
+    run = 0;
+  }
+  return mark == u'\0' || run == 3 ? std::optional(mark) : std::nullopt;
+}
+
+Currency ReadUnsigned(StringView number, StringView shown) {
+  const std::size_t at = DecimalMarkAt(number);
+  const bool has_decimals = at != StringView::npos;
+  const StringView decimals = has_decimals ? number.substr(at + 1) : StringView();
+  const auto group = GroupMarkOf(number.substr(0, at));
+  const bool all_digits = decimals.find_first_not_of(kDigits) == StringView::npos;
+  if (!group || !all_digits || number.empty() || has_decimals == decimals.empty()) {
+    Refuse("not an amount:", shown);
+  }
+  if (decimals.size() > kMostDecimals) Refuse("more than four decimals:", shown);
+  Locale locale;
+  locale.decimal_separator = has_decimals ? number[at] : *group == u'.' ? u',' : u'.';
+  locale.thousand_separator = String(*group != u'\0' ? 1 : 0, *group);
+  Currency amount;
+  const auto reading = quorl::ReadCurrency(number, locale, amount);
+  if (reading == quorl::NumberReading::kOutOfRange) Refuse("amount out of range:", shown);
+  if (reading != quorl::NumberReading::kGood) Refuse("not an amount:", shown);
+  return amount;
+}
+
+Currency ReadAmount(StringView text) {
+  StringView number = WithoutBlanks(text);
+  const bool negative = number.starts_with(u'-') || number.starts_with(u'\u2212');
+  if (negative || number.starts_with(u'+')) number.remove_prefix(1);
+  const Currency amount = ReadUnsigned(number, text);
+  return negative ? -amount : amount;
+}
+
+// --- Amounts in words ---
+
+struct Wording {
+  Money money;
+  const Locale* locale;
+  bool whole_only;  // the currency has no sub-units
+};
+
+Wording WordingOf(const Names& names, const Language& language) {
+  Money money;
+  money.Unit = names.unit;
+  money.Units = names.units;
+  money.SubUnit = names.sub_unit;
+  money.SubUnits = names.sub_units;
+  money.UnitKind = names.unit_kind;
+  money.SubUnitKind = names.sub_unit_kind;
+  money.SubUnitRow = names.decimals;
+  money.Language = language.code;
+  return {std::move(money), &language.locale, names.decimals == 0};
+}
+
+std::string WordsOf(const Wording& wording, Currency amount) {
+  if (wording.whole_only && amount.TenThousandths() % Currency::kScale != 0) {
+    throw Problem("this currency has no sub-units, the amount has decimals");
+  }
+  return Utf8(wording.money.ToText(amount));
+}
+
+// All decimals of the sub-unit, and any beyond them that are not zero.
+String FiguresOf(const Wording& wording, Currency amount) {
+  const auto places = static_cast<std::size_t>(wording.money.SubUnitRow);
+  String format = u"#,##0.";
+  format.append(std::min(places, kMostDecimals), u'0');
+  format.append(kMostDecimals - std::min(places, kMostDecimals), u'#');
+  return quorl::FormatNumber(amount, format, *wording.locale);
+}
+
+// --- Output ---
+
+// A reader that has gone away ends the program quietly.
+void Require(bool written) {
+  if (written) return;
+  if (errno != EPIPE) std::perror("amount_in_words: standard output");
+  std::_Exit(errno == EPIPE ? 0 : 1);
+}
+
+void Print(std::string_view text) {
+  Require(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
+}
+
+// A file's text must not command the terminal.
+String Printable(StringView text) {
+  String shown(text);
+  for (char16_t& unit : shown) {
+    const bool control = unit < u' ' || (unit >= u'\u007F' && unit < u'\u00A0');
+    if (control) unit = u'\uFFFD';
+  }
+  return shown;
+}
+
+// Columns of a terminal.
+std::size_t WidthOf(const std::string& text) {
+  std::wstring wide(text.size(), L'\0');
+  wide.resize(std::min(std::mbstowcs(wide.data(), text.c_str(), wide.size()), wide.size()));
+  return static_cast<std::size_t>(std::max(wcswidth(wide.c_str(), wide.size()), 0));
+}
+
+enum class Side { kLeft, kRight };
+
+std::string Cell(StringView content, std::size_t width, Side side = Side::kLeft) {
+  const std::string text = Utf8(Printable(content));
+  const std::string blanks(width - std::min(WidthOf(text), width), ' ');
+  return side == Side::kLeft ? text + blanks : blanks + text;
+}
+
+// Shown while a terminal waits; taken away before anything else is written to it.
+class Progress {
+ public:
+  void At(std::size_t line) {
+    constexpr std::size_t kEvery = 10000;
+    if (shown_ && isatty(STDOUT_FILENO) != 0) Hide();
+    if (line % kEvery != 0 || !terminal_) return;
+    Require(std::fflush(stdout) == 0);
+    std::fprintf(stderr, "\r%zu lines", line);
+    shown_ = true;
+  }
+  void Hide() {
+    if (shown_) std::fputs("\r\033[K", stderr);
+    shown_ = false;
+  }
+
+ private:
+  bool terminal_ = isatty(STDERR_FILENO) != 0;
+  bool shown_ = false;
+};
+
+// --- Files of invoices ---
+
+constexpr std::size_t kFields = 5;
+// Fixed, so that a file of any length streams through; the widest amount fits.
+constexpr std::size_t kReferenceWidth = 10;
+constexpr std::size_t kDateWidth = 10;
+constexpr std::size_t kFiguresWidth = 25;
+constexpr std::size_t kCodeWidth = 3;
+
+// The fields of a line; one in quotes may hold the separator, and a quote written twice.
+std::vector<String> FieldsOf(StringView line, char16_t separator) {
+  std::vector<String> fields(1);
+  bool quoted = false;
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    const char16_t unit = line[at];
+    if (unit == u'"' && quoted && at + 1 < line.size() && line[at + 1] == u'"') {
+      fields.back() += line[++at];
+    } else if (unit == u'"') {
+      quoted = !quoted;
+    } else if (unit == separator && !quoted) {
+      fields.emplace_back();
+    } else {
+      fields.back() += unit;
+    }
+  }
+  if (quoted) throw Problem("a quote has no end");
+  return fields;
+}
+
+char16_t SeparatorOf(StringView first_line) {
+  for (const char16_t separator : {u'\t', u';'}) {
+    if (first_line.find(separator) != StringView::npos) return separator;
+  }
+  return u',';
+}
+
+struct Row {
+  StringView reference, date, figures, currency, language;
+  std::string words;
+};
+
+void PrintRow(const Row& row) {
+  Print(Cell(row.reference, kReferenceWidth) + " " + Cell(row.date, kDateWidth) + " " +
+        Cell(row.figures, kFiguresWidth, Side::kRight) + " " + Cell(row.currency, kCodeWidth) +
+        " " + Cell(row.language, kCodeWidth) + " " + row.words + "\n");
+}
+
+void PrintInvoice(std::vector<String> fields) {
+  if (fields.size() != kFields) {
+    throw Problem(std::to_string(kFields) + " fields expected, " + std::to_string(fields.size()) +
+                  " found");
+  }
+  for (String& field : fields) field = String(WithoutBlanks(field));
+  const Currency amount = ReadAmount(fields[2]);
+  const Language& language = LanguageOf<Problem>(fields[4]);
+  const Wording wording = WordingOf(NamesOf<Problem>(fields[3], language), language);
+  PrintRow({fields[0], fields[1], FiguresOf(wording, amount), fields[3], fields[4],
+            WordsOf(wording, amount)});
+}
+
+bool IsHeading(const std::vector<String>& fields) {
+  return fields.size() < 3 || fields[2].find_first_of(kDigits) == StringView::npos;
+}
+
+// Reads a file line by line; what is wrong with one line leaves the others as they are.
+class InvoiceFile {
+ public:
+  InvoiceFile(std::istream& in, std::string name) : in_(in), name_(std::move(name)) {}
+
+  // True if every line was written.
+  bool Print() {
+    PrintHeading();
+    for (String line; Next(line);) {
+      progress_.At(number_);
+      const std::string problem = ProblemOf([&] { PrintLine(line); });
+      if (!problem.empty()) Tell(problem);
+    }
+    progress_.Hide();
+    Require(std::fflush(stdout) == 0);
+    if (in_.bad()) Tell("cannot be read further");
+    return good_;
+  }
+
+ private:
+  static constexpr std::size_t kLongestLine = 65536;
+
+  static void PrintHeading() {
+    PrintRow({u"Reference", u"Date", u"Amount", u"", u"", "In words"});
+    const String rule(kFiguresWidth, u'-');
+    const StringView all = rule;
+    PrintRow({all.substr(0, kReferenceWidth), all.substr(0, kDateWidth), all,
+              all.substr(0, kCodeWidth), all.substr(0, kCodeWidth), Utf8(all)});
+  }
+
+  // The next line in `line`; a longer one than fits is told and passed over.
+  bool Next(String& line) {
+    while (in_.getline(buffer_.data(), kLongestLine) || in_.gcount() > 0) {
+      ++number_;
+      const bool too_long = in_.fail();
+      if (!too_long) {
+        const auto size = static_cast<std::size_t>(in_.gcount()) - (in_.eof() ? 0 : 1);
+        line = Utf16(std::string_view(buffer_.data(), size));
+        return true;
+      }
+      in_.clear();
+      in_.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
+      Tell("line longer than " + std::to_string(kLongestLine) + " bytes");
+    }
+    return false;
+  }
+
+  void PrintLine(StringView line) {
+    if (number_ == 1 && line.starts_with(u'\uFEFF')) line.remove_prefix(1);
+    if (line.ends_with(u'\r')) line.remove_suffix(1);
+    if (WithoutBlanks(line).empty()) return;
+    const bool first = separator_ == u'\0';
+    if (first) separator_ = SeparatorOf(line);
+    std::vector<String> fields = FieldsOf(line, separator_);
+    if (!first || !IsHeading(fields)) PrintInvoice(std::move(fields));
+  }
+
+  void Tell(const std::string& message) {
+    progress_.Hide();
+    good_ = false;
+    const std::string place = name_ + ":" + std::to_string(number_) + ": ";
+    std::fputs((place + Utf8(Printable(Utf16(message))) + "\n").c_str(), stderr);
+  }
+
+  std::istream& in_;
+  std::string name_;
+  std::vector<char> buffer_ = std::vector<char>(kLongestLine);
+  std::size_t number_ = 0;
+  char16_t separator_ = u'\0';
+  bool good_ = true;
+  Progress progress_;
+};
+
+bool PrintFile(const std::string& name) {
+  if (name == "-") return InvoiceFile(std::cin, name).Print();
+  std::ifstream in(name);
+  if (in) return InvoiceFile(in, name).Print();
+  std::fprintf(stderr, "amount_in_words: %s: %s\n", name.c_str(), std::strerror(errno));
+  return false;
+}
+
+// --- The command line ---
+
+class Options {
+ public:
+  explicit Options(const std::vector<String>& arguments) {
+    for (auto at = arguments.begin(); at != arguments.end(); ++at) {
+      if (*at == u"--help") {
+        help_ = true;
+      } else if (*at == u"-") {
+        values_[u"--file"] = *at;
+      } else if (IsAmount(*at)) {
+        amounts_.push_back(*at);
+      } else if (const std::size_t equals = at->find(u'='); equals != String::npos) {
+        ValueOf(at->substr(0, equals)) = at->substr(equals + 1);
+      } else {
+        String& value = ValueOf(*at);
+        if (at + 1 == arguments.end()) Refuse<WrongUsage>("value missing after", *at);
+        value = *++at;
+      }
+    }
+  }
+
+  bool Help() const { return help_; }
+  const std::vector<String>& Amounts() const { return amounts_; }
+  std::size_t Count() const { return values_.size(); }
+  bool Has(const char16_t* name) const { return values_.contains(name); }
+  String Value(const char16_t* name, StringView otherwise = u"") const {
+    const auto found = values_.find(name);
+    return found != values_.end() ? found->second : String(otherwise);
+  }
+  // A value of one digit from 0 to `highest`.
+  Int16 Digit(const char16_t* name, char16_t highest) const {
+    const String text = Value(name);
+    if (text.size() != 1 || text[0] < u'0' || text[0] > highest) {
+      Refuse<WrongUsage>("wrong value for " + Utf8(name) + ":", text);
+    }
+    return static_cast<Int16>(text[0] - u'0');
+  }
+
+ private:
+  static constexpr StringView kNamed[] = {u"--file",     u"--language", u"--currency",
+                                          u"--unit",     u"--units",    u"--subunit",
+                                          u"--subunits", u"--kind",     u"--decimals"};
+
+  // "-5" and "-,50" are amounts, "-five" is an option.
+  static bool IsAmount(StringView argument) {
+    if (!argument.starts_with(u'-')) return true;
+    const StringView next = argument.substr(1, 1);
+    return kDigits.find(next) != StringView::npos || kMarks.find(next) != StringView::npos;
+  }
+
+  String& ValueOf(const String& name) {
+    if (std::ranges::find(kNamed, name) == std::end(kNamed)) {
+      Refuse<WrongUsage>("unknown option", name);
+    }
+    return values_[name];
+  }
+
+  std::map<String, String> values_;
+  std::vector<String> amounts_;
+  bool help_ = false;
+};
+
+// The currency's names, unless the options bring some of their own.
+Wording WordingOf(const Options& options, const Language& language) {
+  Wording wording =
+      WordingOf(NamesOf<WrongUsage>(options.Value(u"--currency", u"EUR"), language), language);
+  Money& money = wording.money;
+  const bool own = options.Has(u"--unit") || options.Has(u"--units") || options.Has(u"--subunit") ||
+                   options.Has(u"--subunits");
+  if (own) {
+    money.Unit = options.Value(u"--unit");
+    money.Units = options.Value(u"--units", money.Unit);
+    money.SubUnit = options.Value(u"--subunit");
+    money.SubUnits = options.Value(u"--subunits", money.SubUnit);
+    money.UnitKind = money.SubUnitKind = 0;
+    money.SubUnitRow = 2;
+  }
+  if (options.Has(u"--kind")) {
+    money.UnitKind = money.SubUnitKind = options.Digit(u"--kind", u'2');
+  }
+  if (options.Has(u"--decimals")) money.SubUnitRow = options.Digit(u"--decimals", u'9');
+  wording.whole_only = wording.whole_only && !own && !options.Has(u"--decimals");
+  return wording;
+}
+
+std::vector<Wording> WordingsOf(const Options& options) {
+  if (options.Has(u"--language")) {
+    return {WordingOf(options, LanguageOf<WrongUsage>(options.Value(u"--language")))};
+  }
+  std::vector<Wording> wordings;
+  for (const Language& language : Languages()) wordings.push_back(WordingOf(options, language));
+  return wordings;
+}
+
+void PrintAmount(const std::vector<Wording>& wordings, Currency amount) {
+  if (wordings.size() == 1) return Print(WordsOf(wordings[0], amount) + "\n");
+  for (const Wording& wording : wordings) {
+    const std::string words = WordsOf(wording, amount);
+    Print(Cell(wording.money.Language, kCodeWidth) +
+          Cell(FiguresOf(wording, amount), kFiguresWidth, Side::kRight) + "  " + words + "\n");
+  }
+}
+
+bool PrintAmounts(const Options& options) {
+  const std::vector<Wording> wordings = WordingsOf(options);
+  bool good = true;
+  for (const String& text : options.Amounts()) {
+    const std::string problem = ProblemOf([&] { PrintAmount(wordings, ReadAmount(text)); });
+    if (problem.empty()) continue;
+    std::fprintf(stderr, "amount_in_words: %s\n", problem.c_str());
+    good = false;
+  }
+  return good;
+}
+
+bool Run(const Options& options) {
+  if (options.Help()) {
+    Print(kHelp);
+    return true;
+  }
+  if (!options.Has(u"--file")) {
+    if (!options.Amounts().empty()) return PrintAmounts(options);
+    if (options.Count() != 0) throw WrongUsage("an amount is missing");
+    return PrintFile(QUORL_INVOICES);
+  }
+  if (options.Count() != 1 || !options.Amounts().empty()) {
+    throw WrongUsage("a file has its own amounts, currencies and languages");
+  }
+  return PrintFile(Utf8(options.Value(u"--file")));
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::setlocale(LC_CTYPE, "C.UTF-8");  // for the widths of characters alone
+  std::ios::sync_with_stdio(false);
+  std::vector<String> arguments;
+  for (int at = 1; at < count; ++at) arguments.push_back(Utf16(values[at]));
+  try {
+    const bool good = Run(Options(arguments));
+    Require(std::fflush(stdout) == 0);
+    return good ? 0 : 1;
+  } catch (const WrongUsage& wrong) {
+    std::fprintf(stderr, "amount_in_words: %s; see --help\n", wrong.what());
+    return 2;
+  }
+}

@@ -1,0 +1,37 @@
+#include "quorl/numeric/math.hpp"
+#include "quorl/runtime/compare.hpp"
+#include "quorl/runtime/convert.hpp"
+
+namespace quorl {
+
+namespace {
+
+bool IsAbsentOrZero(const Variant& value) {
+  if (value.Holds<Object>()) return IsAbsentOrZero(PlainValueOf(value));
+  return value.IsEmpty() || value.IsNull() || CompareToNumber(value, 0) == 0;
+}
+
+}  // namespace
+
+Variant Math::Min(const Variant& Expression1, const Variant& Expression2) {
+  return Compare(Expression1, Expression2) <= 0 ? Expression1 : Expression2;
+}
+
+Variant Math::Max(const Variant& Expression1, const Variant& Expression2) {
+  return Compare(Expression1, Expression2) >= 0 ? Expression1 : Expression2;
+}
+
+Variant Math::IsNullOrZero(const Variant& Value, const Variant& Default) {
+  return IsAbsentOrZero(Value) ? Default : Value;
+}
+
+Variant Math::ZeroAsNull(const Variant& Value) { return IsNullOrZero(Value, Null); }
+
+Variant Math::ZeroOrOneAsNull(const Variant& Value) {
+  if (IsAbsentOrZero(Value) || CompareToNumber(Value, 1) == 0) return Null;
+  return Value;
+}
+
+Variant Math::NullOrZeroAsOne(const Variant& Value) { return IsNullOrZero(Value, Int16{1}); }
+
+}  // namespace quorl

@@ -1,0 +1,72 @@
+// `Regional`: the decimal and thousand separators that are in force, and those of the user's
+// settings.
+//
+// There are two sources, which need not agree: what the library itself reads and writes numbers
+// with
+// (`Locale::Current()`, quorl/runtime/locale.hpp), and the text values "sDecimal", "sThousand",
+// "sMonDecimalSep" and "sMonThousandSep" of the key "Control Panel\International" below
+// HKEY_CURRENT_USER. An instance reads all six separators when it is made and keeps them: the
+// properties give what was read then, until `GetRegional` or `SetRegional` is called on the same
+// instance. Nothing else in the library looks at them.
+//
+// Most hosts use the hidden instance, `GlobalInstance<Regional>()` of global_instance.hpp. An
+// instance is used from one thread at a time.
+#pragma once
+
+#include <array>
+
+#include "quorl/runtime/types.hpp"
+
+namespace quorl {
+
+/// Which separator `SetRegional` sets. A host may pass any other Int32 too.
+enum RegionalItemEnum : Int32 {
+  riNumDecimalChar = 0,   ///< Decimal separator of numbers, "sDecimal".
+  riNumThousandChar = 1,  ///< Thousand separator of numbers, "sThousand".
+  riMonDecimalChar = 2,   ///< Decimal separator of amounts of money, "sMonDecimalSep".
+  riMonThousandChar = 3,  ///< Thousand separator of amounts of money, "sMonThousandSep".
+};
+
+class Regional {
+ public:
+  /// Calls `GetRegional`; where that fails, no instance is made.
+  Regional();
+
+  /// The separators that the library applies: the character after the first and that after the
+  /// fifth one of 1000.2 written with thousand separators and one decimal. So a locale without a
+  /// thousand separator gives "2" and "0", and one of two characters shifts what is read.
+  String DecimalChar() const;
+  String ThousandChar() const;
+
+  /// Reads all six separators afresh. A value that is absent from the settings gives the empty
+  /// text, one of another type the text that it converts to. Failures of `Registry::GetValue`, and
+  /// 94 or 13 for a value that has no text; what was read until then has changed.
+  void GetRegional();
+
+  /// Turns a typed comma (44) or point (46) into the decimal separator: `KeyAscii` becomes the code
+  /// unit of the first character of `DecimalChar`. Any other key stays. Failure 5, with the key as
+  /// it was, when there is no such character.
+  void ConvertDecimalPoint(Int16& KeyAscii) const;
+
+  /// The separators of numbers, and of amounts of money, in the user's settings.
+  String NumDecimalChar() const;
+  String NumThousandChar() const;
+  String MonDecimalChar() const;
+  String MonThousandChar() const;
+
+  /// Whether numbers and amounts of money have the same separators, as they were last read.
+  Boolean CheckRegional() const;
+
+  /// Writes one separator to the user's settings and then remembers it. `Value` may be empty or
+  /// longer than one character. Does nothing for any other `regionalItem`. `DecimalChar` and
+  /// `ThousandChar` stay. Failures of `Registry::SaveValue`.
+  void SetRegional(RegionalItemEnum regionalItem, StringView Value);
+
+ private:
+  String decimal_char_;
+  String thousand_char_;
+  // Those of the settings, in the order of RegionalItemEnum.
+  std::array<String, 4> settings_;
+};
+
+}  // namespace quorl

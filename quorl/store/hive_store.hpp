@@ -1,0 +1,59 @@
+// The operations over seven hives, one for each root key: handles, rights, paths and buffers, which
+// are the same wherever the hives are kept.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "quorl/store/fork_guard.hpp"
+#include "quorl/store/handle_table.hpp"
+#include "quorl/store/hive.hpp"
+#include "quorl/store/store.hpp"
+
+namespace quorl {
+
+/// Base of both stores; see store.hpp for the members.
+class HiveStore : public Store, private ForkAware {
+ public:
+  Int32 OpenKey(KeyHandle root, std::string_view path, Int32 access,
+                KeyHandle* key) noexcept override;
+  Int32 CreateKey(KeyHandle root, std::string_view path, Int32 access, KeyHandle* key,
+                  bool* created) noexcept override;
+  Int32 CloseKey(KeyHandle key) noexcept override;
+  Int32 QueryValue(KeyHandle key, std::string_view name, Int32* type,
+                   OutBuffer data) noexcept override;
+  Int32 SetValue(KeyHandle key, std::string_view name, Int32 type,
+                 std::string_view data) noexcept override;
+  Int32 DeleteValue(KeyHandle key, std::string_view name) noexcept override;
+  Int32 EnumValue(KeyHandle key, Int32 index, OutBuffer name, Int32* type,
+                  OutBuffer data) noexcept override;
+  Int32 EnumKey(KeyHandle key, Int32 index, OutBuffer name) noexcept override;
+  Int32 QueryInfo(KeyHandle key, KeyInfo* info) noexcept override;
+  Int32 CopyTree(KeyHandle root, std::string_view source, KeyHandle destination) noexcept override;
+  Int32 DeleteTree(KeyHandle root, std::string_view path) noexcept override;
+  Int32 OpenKeyCount() const noexcept override;
+
+ protected:
+  using Hives = std::array<std::unique_ptr<Hive>, kRootCount>;
+
+  /// The hives in the order of the root keys' numbers, none null.
+  explicit HiveStore(Hives hives);
+  ~HiveStore() override;
+
+  Hive& HiveOf(StoreRoot root) const noexcept;
+
+ private:
+  void HoldForFork() noexcept override;
+  void ReleaseAfterFork() noexcept override;
+
+  std::shared_ptr<OpenedKey> Opened(KeyHandle key) const;
+  Int32 At(KeyHandle root, std::string_view path, std::shared_ptr<OpenedKey>& place) const;
+  Int32 ReadKey(KeyHandle key, Int32 right, FunctionRef<Int32(const Key&)> look) const;
+
+  Hives hives_;
+  HandleTable handles_;
+};
+
+}  // namespace quorl

@@ -1,0 +1,158 @@
+#include "quorl/store/key_tree.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "quorl/store/key_name.hpp"
+
+namespace quorl {
+namespace {
+
+// Before the data of a value its type is written, between path and name of a value a zero byte.
+constexpr std::size_t kTypeBytes = 4;
+constexpr std::size_t kJoinerBytes = 1;
+
+constexpr auto kNameOfKey = [](const std::shared_ptr<Key>& key) -> std::string_view {
+  return key->Name();
+};
+constexpr auto kNameOfValue = [](const Value* value) -> std::string_view { return value->name; };
+constexpr auto kBefore = [](std::string_view left, std::string_view right) {
+  return CompareNames(left, right) < 0;
+};
+
+// Room for `more` elements that grows in steps, so that a growing list costs no more than its
+// length.
+template <class Element>
+void MakeRoom(std::vector<Element>& list, std::size_t more) {
+  const std::size_t needed = list.size() + more;
+  if (needed > list.capacity()) list.reserve(std::max(needed, 2 * list.capacity()));
+}
+
+}  // namespace
+
+Weight& Weight::operator+=(Weight other) noexcept {
+  records += other.records;
+  bytes += other.bytes;
+  return *this;
+}
+
+Weight& Weight::operator-=(Weight other) noexcept {
+  records -= other.records;
+  bytes -= other.bytes;
+  return *this;
+}
+
+Key::Key(std::string_view name, std::size_t path_bytes) : name_(name), path_bytes_(path_bytes) {}
+
+Key::~Key() { DropSubkeys(); }
+
+std::string Key::Path() const {
+  std::string path(path_bytes_, kPathSeparator);
+  std::size_t end = path_bytes_;
+  for (const Key* key = this; key->path_bytes_ != 0; key = key->parent_) {
+    key->name_.copy(path.data() + (end - key->name_.size()), key->name_.size());
+    end = key->parent_->path_bytes_;
+  }
+  return path;
+}
+
+std::size_t Key::SubkeyPathBytes(std::string_view name) const noexcept {
+  return path_bytes_ == 0 ? name.size() : path_bytes_ + 1 + name.size();
+}
+
+Key* Key::FindSubkey(std::string_view name) const noexcept {
+  const auto found = std::ranges::lower_bound(subkeys_, name, kBefore, kNameOfKey);
+  return found != subkeys_.end() && CompareNames((*found)->name_, name) == 0 ? found->get()
+                                                                             : nullptr;
+}
+
+Value* Key::FindValue(std::string_view name) const noexcept {
+  const auto found = std::ranges::lower_bound(values_by_name_, name, kBefore, kNameOfValue);
+  return found != values_by_name_.end() && CompareNames((*found)->name, name) == 0 ? *found
+                                                                                   : nullptr;
+}
+
+bool Key::IsBare() const noexcept { return path_bytes_ != 0 && IsEmpty(); }
+
+Weight Key::OwnWeight() const noexcept {
+  Weight weight;
+  if (IsBare()) weight = {1, static_cast<std::int64_t>(path_bytes_)};
+  for (const auto& value : values_) weight += WeightOf(*value);
+  return weight;
+}
+
+Weight Key::WeightOf(const Value& value) const noexcept {
+  const std::size_t bytes =
+      path_bytes_ + kJoinerBytes + value.name.size() + kTypeBytes + value.data.size();
+  return {1, static_cast<std::int64_t>(bytes)};
+}
+
+void Key::MakeRoomForSubkeys(std::size_t more) { MakeRoom(subkeys_, more); }
+
+void Key::MakeRoomForValues(std::size_t more) {
+  MakeRoom(values_, more);
+  MakeRoom(values_by_name_, more);
+}
+
+void Key::Insert(std::shared_ptr<Key> subkey) noexcept {
+  subkey->parent_ = this;
+  const auto place = std::ranges::lower_bound(subkeys_, subkey->name_, kBefore, kNameOfKey);
+  subkeys_.insert(place, std::move(subkey));
+}
+
+void Key::Insert(std::unique_ptr<Value> value) noexcept {
+  value->ordinal = next_ordinal_++;
+  const auto place = std::ranges::lower_bound(values_by_name_, value->name, kBefore, kNameOfValue);
+  values_by_name_.insert(place, value.get());
+  values_.push_back(std::move(value));
+}
+
+void Key::Remove(const Key& subkey) noexcept {
+  const auto place = std::ranges::lower_bound(subkeys_, subkey.name_, kBefore, kNameOfKey);
+  const std::shared_ptr<Key> removed = std::move(*place);
+  subkeys_.erase(place);
+  removed->Clear();
+  removed->deleted_ = true;
+  removed->parent_ = nullptr;
+}
+
+void Key::Remove(const Value& value) noexcept {
+  values_by_name_.erase(
+      std::ranges::lower_bound(values_by_name_, value.name, kBefore, kNameOfValue));
+  values_.erase(std::ranges::lower_bound(values_, value.ordinal, {},
+                                         [](const auto& each) { return each->ordinal; }));
+}
+
+void Key::Clear() noexcept {
+  values_by_name_.clear();
+  values_.clear();
+  DropSubkeys();
+}
+
+// Takes the tree below apart from its leaves upward, along the parent links: no recursion, and no
+// allocation, since a destructor may not fail. A key that an open handle still holds stays, empty.
+void Key::DropSubkeys() noexcept {
+  Key* key = this;
+  while (key != this || !key->subkeys_.empty()) {
+    if (!key->subkeys_.empty()) {
+      key = key->subkeys_.back().get();
+      continue;
+    }
+    key->values_by_name_.clear();
+    key->values_.clear();
+    key->deleted_ = true;
+    Key* parent = std::exchange(key->parent_, nullptr);
+    parent->subkeys_.pop_back();
+    key = parent;
+  }
+}
+
+Key* KeyTree::Find(std::string_view path) const noexcept {
+  Key* key = root_.get();
+  for (auto level = TakeLevel(path); key != nullptr && !level.empty(); level = TakeLevel(path)) {
+    key = key->FindSubkey(level);
+  }
+  return key;
+}
+
+}  // namespace quorl

@@ -1,0 +1,134 @@
+// Tokens, occurrences and positions.
+
+#include <algorithm>
+
+#include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/text.hpp"
+#include "quorl/text/joined.hpp"
+#include "quorl/text/strings.hpp"
+
+namespace quorl {
+
+namespace {
+
+std::int64_t LengthOf(StringView text) { return static_cast<std::int64_t>(text.size()); }
+
+// A text with one separator behind it, in which `GetToken` searches, without the copy that putting
+// the two together would take.
+class ClosedText {
+ public:
+  ClosedText(StringView text, StringView separator) : text_(text), separator_(separator) {}
+
+  // The first separator at or after `start`, or 0.
+  std::int64_t FindSeparator(std::int64_t start) const {
+    const std::int64_t found = Find(start, text_, separator_);
+    return found != 0 ? found : FindAcrossEnd(start);
+  }
+
+  // What lies at or after `start`, a position behind the text.
+  StringView RestBehindText(std::int64_t start) const {
+    return SliceFrom(separator_, start - LengthOf(text_));
+  }
+
+ private:
+  // A separator that the text does not hold whole begins in its last characters, one fewer than the
+  // separator has, or is the one behind the text. The former takes a separator that overlaps
+  // itself.
+  std::int64_t FindAcrossEnd(std::int64_t start) const {
+    if (separator_.size() <= 1) {
+      const std::int64_t behind = LengthOf(text_) + 1;
+      return start <= behind ? behind : 0;
+    }
+    const StringView tail = LastOf(text_, LengthOf(separator_) - 1);
+    const std::int64_t skipped = LengthOf(text_) - LengthOf(tail);
+    const String closed_tail = text::Joined({tail, separator_});
+    const std::int64_t found =
+        Find(std::max<std::int64_t>(start - skipped, 1), closed_tail, separator_);
+    return found == 0 ? 0 : found + skipped;
+  }
+
+  StringView text_;
+  StringView separator_;
+};
+
+// The last position of the range that `nStart` and `nCount` give, or the text's end before it.
+std::int64_t EndOfRange(StringView text, Int16 start, Int16 count) {
+  const Int16 behind = CheckedInt16(std::int64_t{start} + count);
+  const Int16 end = CheckedInt16(std::int64_t{behind} - 1);
+  return std::min<std::int64_t>(end, LengthOf(text));
+}
+
+}  // namespace
+
+String Strings::NbrTokens(StringView Text, StringView Separator) {
+  if (Text.empty()) return u"0";
+  const Int32 tokens = CheckedInt32(std::int64_t{StrCount(Text, Separator)} + 1);
+  return WithinMemory([&] { return ToString(tokens); });
+}
+
+String Strings::GetToken(StringView Text, StringView Separator, Int16 Index) {
+  if (Text.empty()) return {};
+  const Int16 skipped_tokens = CheckedInt16(std::int64_t{Index} - 1);
+  // An empty separator is found wherever the search stands, so nothing ever moves on.
+  if (Separator.empty()) return {};
+
+  const ClosedText closed(Text, Separator);
+  std::int64_t start = 1;
+  for (Int16 token = 0; token < skipped_tokens; ++token) {
+    const std::int64_t found = closed.FindSeparator(start);
+    if (found == 0) return {};
+    start = found + LengthOf(Separator);
+  }
+  const std::int64_t end = closed.FindSeparator(start);
+  // Without an end the search stands behind the whole text, and one character further counts.
+  if (end == 0) return text::Joined({closed.RestBehindText(start + 1)});
+  return text::Joined({Slice(Text, start, end - start)});
+}
+
+Int32 Strings::StrCount(StringView Text, StringView SubString) {
+  const Int16 length = LengthAsInt16(SubString);
+  // An empty text would be found at the first position for ever, past the limit of any count.
+  if (length == 0 && !Text.empty()) Raise(FailureNumber::kOverflow);
+  std::int64_t count = 0;
+  for (std::int64_t found = Find(1, Text, SubString); found > 0;
+       found = Find(found + length, Text, SubString)) {
+    ++count;
+  }
+  return CheckedInt32(count);
+}
+
+String Strings::StrTran(StringView Text, StringView OldSubString, StringView NewSubString) {
+  const Int16 found = CheckedInt16(Find(1, Text, OldSubString));
+  const Int16 behind = CheckedInt16(found + LengthOf(OldSubString));
+  if (found == 0) return text::Joined({Text});
+  return text::Joined({FirstOf(Text, found - 1), NewSubString, SliceFrom(Text, behind)});
+}
+
+Int16 Strings::IndexOf(StringView cText, StringView cSubString, Int16 nStart, Int16 nCount) {
+  const StringView searched =
+      nCount == 0 ? cText : FirstOf(cText, EndOfRange(cText, nStart, nCount));
+  return CheckedInt16(Find(nStart, searched, cSubString));
+}
+
+Boolean Strings::Contains(StringView cText, StringView cSubString, Int16 nStart, Int16 nCount) {
+  return IndexOf(cText, cSubString, nStart, nCount) > 0;
+}
+
+Int16 Strings::IndexOfAny(StringView cText, StringView cAnyOf, Int16 nStart, Int16 nCount) {
+  const std::int64_t end =
+      nCount > 0 ? EndOfRange(cText, nStart, nCount) : std::int64_t{LengthAsInt16(cText)};
+  if (nStart > end) return 0;
+  const StringView scanned = Slice(cText, nStart, end - nStart + 1);
+  const std::size_t offset = scanned.find_first_of(cAnyOf);
+  if (offset != StringView::npos) return CheckedInt16(nStart + static_cast<std::int64_t>(offset));
+  // The counter of the scan steps one past the end.
+  CheckedInt16(end + 1);
+  return 0;
+}
+
+Boolean Strings::ContainsAny(StringView cText, StringView cAnyOf, Int16 nStart, Int16 nCount) {
+  return IndexOfAny(cText, cAnyOf, nStart, nCount) > 0;
+}
+
+}  // namespace quorl

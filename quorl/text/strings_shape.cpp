@@ -1,0 +1,72 @@
+// Blanks, padding, trimming and shortening.
+
+#include <algorithm>
+
+#include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/text.hpp"
+#include "quorl/text/joined.hpp"
+#include "quorl/text/strings.hpp"
+
+namespace quorl {
+
+namespace {
+
+constexpr StringView kDots = u"...";
+
+// How near to an end of the shortened text the dots may not be asked for.
+constexpr Int16 kDotsMargin = 5;
+
+// `length` copies of the first character of `pad`.
+String RunOf(Int16 length, StringView pad) {
+  if (length < 0 || pad.empty()) Raise(FailureNumber::kInvalidArgument);
+  return WithinMemory([&] { return String(static_cast<std::size_t>(length), pad.front()); });
+}
+
+// How many characters stand before the dots, as long as it is not rounded.
+Double HeadLength(Int16 length, Int16 dots_position) {
+  const Int16 highest = CheckedInt16(std::int64_t{length} - kDotsMargin);
+  if (dots_position > kDotsMargin && dots_position < highest) return dots_position;
+  return length / 2.0;
+}
+
+}  // namespace
+
+Boolean Strings::IsEmptyString(StringView Text) { return Trim(Text).empty(); }
+
+Variant Strings::IfIsNull(const Variant& Value, const Variant& ReplaceValue) {
+  return WithinMemory([&] { return Value.IsNull() ? ReplaceValue : Value; });
+}
+
+String Strings::Padl(StringView Text, Int16 Length, StringView PadChar) {
+  String padded = RunOf(Length, PadChar);
+  std::ranges::copy_backward(LastOf(Text, Length), padded.end());
+  return padded;
+}
+
+String Strings::Padr(StringView Text, Int16 Length, StringView PadChar) {
+  String padded = RunOf(Length, PadChar);
+  std::ranges::copy(FirstOf(Text, Length), padded.begin());
+  return padded;
+}
+
+String Strings::RTrimEx(StringView Text, StringView Char) {
+  StringView rest = TrimTrailing(Text);
+  if (Char.size() == 1) rest = TrimTrailing(rest, Char.front());
+  return text::Joined({rest});
+}
+
+String Strings::LTrimEx(StringView Text, StringView Char) {
+  StringView rest = TrimLeading(Text);
+  if (Char.size() == 1) rest = TrimLeading(rest, Char.front());
+  return text::Joined({rest});
+}
+
+String Strings::TruncateMiddle(StringView Text, Int16 Length, Int16 DotsPosition) {
+  if (static_cast<std::int64_t>(Text.size()) <= Length) return text::Joined({Text});
+  const Double head = HeadLength(Length, DotsPosition);
+  const Double tail = Length - head - static_cast<Double>(kDots.size());
+  return text::Joined({FirstOf(Text, ToInt16(head)), kDots, LastOf(Text, ToInt16(tail))});
+}
+
+}  // namespace quorl

@@ -1,0 +1,280 @@
+// Placing a form, saving and restoring it: every use of the host's objects in order, and where the
+// form ends up.
+#include "quorl/forms/forms.hpp"
+
+#include <gtest/gtest.h>
+
+#include "quorl/runtime/screen.hpp"
+#include "quorl/store/memory_store.hpp"
+#include "quorl/store/operations.hpp"
+#include "tests/support/recording_host.hpp"
+
+namespace quorl {
+namespace {
+
+// A form at 10, 20 of 300 by 200 in a container at 1000, 2000 of 900 by 600, on a screen of 1500 by
+// 1200.
+class FormsTest : public testing::Test {
+ protected:
+  FormsTest() {
+    Screen::SetSize(1500, 1200);
+    settings.InitApp(u"Atelier", u"Orders");
+    form->With(u"Name", u"FrmOrder").With(u"BorderStyle", Int16{1}).With(u"MDIChild", false);
+    form->With(u"Left", Int32{10}).With(u"Top", Int32{20});
+    form->With(u"Width", Single{300}).With(u"Height", u"200").With(u"WindowState", Int16{0});
+    form->With(u"Move", Variant());
+    container->With(u"ScaleWidth", Int16{900}).With(u"ScaleHeight", 600.0);
+    container->With(u"Left", 1000.0).With(u"Top", Int32{2000});
+  }
+
+  // The uses of the objects that the call makes.
+  Journal Uses(const Object& in, Double width = 0, Double height = 0) {
+    journal.clear();
+    Forms::InitFormSettings(form_object, in, width, height);
+    return journal;
+  }
+  // The last use, which is the call of Move.
+  std::string Place(const Object& in, Double width = 0, Double height = 0) {
+    return Uses(in, width, height).back();
+  }
+
+  // The uses of the form, and what went wrong, if anything did.
+  Journal Save(const Variant& name = Missing) {
+    return Noted([&] { Forms::SaveFormSettings(settings, form_object, name); });
+  }
+  Journal Restore(const Variant& name = Missing) {
+    return Noted([&] { Forms::GetFormSettings(settings, form_object, name); });
+  }
+  template <class Work>
+  Journal Noted(Work work) {
+    journal.clear();
+    if (const Int32 failure = NumberRaised(work)) journal.push_back("#" + std::to_string(failure));
+    return journal;
+  }
+  void Store(StringView name, const Variant& value, RegTypeEnum type = REG_DWORD) {
+    settings.SaveValue(u"FrmOrder", name, value, type);
+  }
+  // Top, Left, Height, Width and WindowState as they are stored; -99 for one that is not.
+  std::string Stored(StringView key = u"FrmOrder") {
+    std::string all;
+    for (const StringView name : {u"Top", u"Left", u"Height", u"Width", u"WindowState"}) {
+      all += Shown(settings.GetValue(key, name, Int32{-99})) + "; ";
+    }
+    return all;
+  }
+
+  MemoryStore store;
+  ScopedStore in_memory{store};
+  Registry settings;
+  Journal journal;
+  std::shared_ptr<RecordingHost> form = std::make_shared<RecordingHost>("form", &journal);
+  std::shared_ptr<RecordingHost> container = std::make_shared<RecordingHost>("in", &journal);
+  Object form_object{form};
+  Object container_object{container};
+};
+
+std::string Moved(const std::string& left, const std::string& top, const std::string& width,
+                  const std::string& height) {
+  return "form.Move(Double " + left + ", Double " + top + ", Double " + width + ", Double " +
+         height + ")!";
+}
+
+TEST_F(FormsTest, EveryUseOnceInOrder) {
+  const Journal own_size{"in.ScaleWidth",    "in.ScaleHeight",
+                         "form.BorderStyle", "form.Width",
+                         "form.BorderStyle", "form.Height",
+                         "form.MDIChild",    "in.Left",
+                         "in.Top",           Moved("1300", "2200", "300", "200")};
+  EXPECT_EQ(Uses(container_object), own_size);
+
+  const Journal given_size{"in.ScaleWidth", "in.ScaleHeight", "form.MDIChild",
+                           "in.Left",       "in.Top",         Moved("1425", "2275", "50", "50")};
+  EXPECT_EQ(Uses(container_object, 50, 50), given_size);
+
+  form->With(u"MDIChild", true).With(u"BorderStyle", Int16{2});
+  const Journal child{"in.ScaleWidth",    "in.ScaleHeight", "form.BorderStyle",
+                      "form.BorderStyle", "form.MDIChild",  Moved("150", "100", "600", "400")};
+  EXPECT_EQ(Uses(container_object), child);
+
+  const Journal on_screen{"form.BorderStyle", "form.MDIChild", Moved("250", "550", "1000", "100")};
+  EXPECT_EQ(Uses({}, 0, 100), on_screen);
+}
+
+TEST_F(FormsTest, PlacesOnTheScreen) {
+  struct Case {
+    Double screen_width, screen_height;
+    Int16 border;
+    Double width, height;
+    std::string place;
+  };
+  const Case cases[] = {
+      {900, 600, 2, 0, 0, Moved("150", "100", "600", "400")},
+      {900, 600, 5, 0, 0, Moved("300", "200", "300", "200")},
+      {900, 600, 0, 0, 0, Moved("300", "200", "300", "200")},
+      {900, 600, 2, 500, 0, Moved("200", "100", "500", "400")},
+      {900, 600, 2, 0, 300, Moved("150", "150", "600", "300")},
+      // The margin: just within, at and beyond the size at which it counts.
+      {900, 600, 1, 699, 401, Moved("100.5", "100", "699", "401")},
+      {900, 600, 1, 700, 400, Moved("100", "100", "700", "400")},
+      {900, 600, 1, 900, 6000, Moved("100", "100", "900", "6000")},
+      {900, 600, 1, -100, -1, Moved("500", "300.5", "-100", "-1")},
+      {0, 0, 2, 0, 0, Moved("100", "100", "0", "0")},
+      // The screen counts in single precision: 16777217 has no place there.
+      {16777217, 600, 1, 16, 0, Moved("8388600", "200", "16", "200")},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.place);
+    Screen::SetSize(c.screen_width, c.screen_height);
+    form->With(u"BorderStyle", c.border);
+    EXPECT_EQ(Place({}, c.width, c.height), c.place);
+  }
+}
+
+TEST_F(FormsTest, TheShiftComesBehindTheMargin) {
+  container->With(u"Left", -250.5).With(u"Top", Null);
+  form->With(u"MDIChild", u"0").With(u"BorderStyle", Null);
+  EXPECT_EQ(NumberRaised([&] { Place(container_object); }), 94);
+  container->With(u"Top", true);
+  EXPECT_EQ(Place(container_object, 900, 600), Moved("-150.5", "99", "900", "600"));
+  form->With(u"MDIChild", Int16{7});
+  EXPECT_EQ(Place(container_object, 900, 600), Moved("100", "100", "900", "600"));
+}
+
+// The form is moved by the last step alone, so whatever fails leaves it where it was.
+TEST_F(FormsTest, WhateverIsMissingOrUselessLeavesTheFormInPlace) {
+  const auto moved = [&] { return !journal.empty() && journal.back().starts_with("form.Move"); };
+  const std::pair<std::shared_ptr<RecordingHost>, String> uses[] = {
+      {container, u"ScaleWidth"}, {container, u"ScaleHeight"}, {form, u"BorderStyle"},
+      {form, u"Width"},           {form, u"Height"},           {form, u"MDIChild"},
+      {container, u"Left"},       {container, u"Top"}};
+  for (const auto& [host, member] : uses) {
+    SCOPED_TRACE(Utf8(member));
+    const Variant good = host->Get(member, {});
+    host->Remove(member);
+    EXPECT_EQ(NumberRaised([&] { Uses(container_object); }), 438);
+    EXPECT_FALSE(moved());
+    host->With(member, u"wide");
+    EXPECT_EQ(NumberRaised([&] { Uses(container_object); }), 13);
+    EXPECT_FALSE(moved());
+    host->WithMember(member, [](auto) -> Variant { throw RaisedError(77, u"Host", u"no"); });
+    EXPECT_EQ(NumberRaised([&] { Uses(container_object); }), 77);
+    EXPECT_FALSE(moved());
+    host->With(member, good);
+  }
+  form->Remove(u"MDIChild");
+  EXPECT_EQ(NumberRaised([&] { Uses({}); }), 438);
+  EXPECT_EQ(NumberRaised([] { Forms::InitFormSettings({}); }), 91);
+}
+
+const std::string kNothingStored = "Int32 -99; Int32 -99; Int32 -99; Int32 -99; Int32 -99; ";
+
+TEST_F(FormsTest, SavesEachStateInItsOwnWay) {
+  form->With(u"Left", -10.5).With(u"Top", 2.5);
+  EXPECT_EQ(Save(), (Journal{"form.Name", "form.WindowState", "form.Top", "form.Left",
+                             "form.Height", "form.Width"}));
+  const std::string place = "Int32 2; Int32 -10; Int32 200; Int32 300; ";
+  EXPECT_EQ(Stored(), place + "Int32 0; ");
+
+  // The normal place outlives the other states.
+  form->With(u"Left", Int16{0}).With(u"WindowState", u"2");
+  EXPECT_EQ(Save(),
+            (Journal{"form.Name", "form.WindowState", "form.WindowState", "form.WindowState"}));
+  EXPECT_EQ(Stored(), place + "Int32 2; ");
+  for (const Variant& other : {Variant(Int16{1}), Variant(Int16{-1}), Variant(Null)}) {
+    Store(u"WindowState", Int16{2});
+    form->With(u"WindowState", other);
+    EXPECT_EQ(Save(), (Journal{"form.Name", "form.WindowState", "form.WindowState"}));
+    EXPECT_EQ(Stored(), place + "Int32 0; ") << Shown(other);
+  }
+}
+
+TEST_F(FormsTest, TheNameThatIsGivenIsTheKey) {
+  EXPECT_EQ(Save(u"Desk\\Left")[0], "form.WindowState");
+  EXPECT_EQ(Stored(u"FrmOrder"), kNothingStored);
+  EXPECT_EQ(Stored(u"Desk\\Left"), "Int32 20; Int32 10; Int32 200; Int32 300; Int32 0; ");
+  EXPECT_EQ(Restore(), (Journal{"form.Name", "form.BorderStyle", "form.BorderStyle"}));
+  EXPECT_EQ(Restore(u"Desk\\Left").back(), "form.Move(Double 10, Double 20)!");
+  form->With(u"Name", Null);
+  EXPECT_EQ(Save(), (Journal{"form.Name", "#94"}));
+  EXPECT_EQ(Save(Null), Journal{"#94"});
+  EXPECT_EQ(Restore(Null), Journal{"#94"});
+}
+
+TEST_F(FormsTest, RestoresEveryUseInOrder) {
+  const Journal untouched{"form.Name", "form.BorderStyle", "form.BorderStyle"};
+  Store(u"Left", Int16{5});
+  EXPECT_EQ(Restore(), untouched);
+  Store(u"WindowState", Int16{-1});
+  EXPECT_EQ(Restore(), untouched);
+  Store(u"WindowState", Int16{1});
+  EXPECT_EQ(Restore(), (Journal{"form.Name", "form.BorderStyle", "form.BorderStyle",
+                                "form.WindowState = Int32 1"}));
+  Store(u"WindowState", Int16{0});
+  EXPECT_EQ(Restore(), (Journal{"form.Name", "form.BorderStyle", "form.BorderStyle",
+                                "form.WindowState = Int32 0", "form.Left", "form.Top",
+                                "form.Move(Double 5, Double 20)!"}));
+  Store(u"Height", Int32{-7000});
+  for (const Int16 border : {Int16{2}, Int16{5}}) {
+    form->With(u"BorderStyle", border);
+    EXPECT_EQ(Restore(), (Journal{"form.Name", "form.BorderStyle", "form.BorderStyle",
+                                  "form.WindowState = Int32 0", "form.Left", "form.Top",
+                                  "form.Width", "form.Height",
+                                  "form.Move(Double 5, Double 20, Double 300, Double -7000)!"}));
+  }
+  form->Remove(u"BorderStyle");
+  EXPECT_EQ(Restore().back(), "form.Move(Double 5, Double 20, Double 300, Double -7000)!");
+}
+
+TEST_F(FormsTest, APlaceIsBroughtOntoTheScreen) {
+  struct Case {
+    Double screen;
+    Int32 left;
+    std::string restored;
+  };
+  const Case cases[] = {
+      {1500, -5, "0"},
+      {1500, 0, "0"},
+      {1500, 499, "499"},
+      {1500, 500, "500"},
+      {1500, 501, "500"},
+      {1500, 2147483647, "500"},
+      {600, 0, "-400"},
+      {600, -1, "0"},
+      {0, 7, "-1000"},
+      // One beyond the limit is the limit in single precision.
+      {16778216, 16777217, "16777217"},
+  };
+  Store(u"WindowState", Int16{0});
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::to_string(c.left) + " on " + std::to_string(c.screen));
+    Screen::SetSize(c.screen, 5000);
+    Store(u"Left", c.left);
+    EXPECT_EQ(Restore().back(), "form.Move(Double " + c.restored + ", Double 20)!");
+    Screen::SetSize(5000, c.screen);
+    Store(u"Left", Int16{0});
+    Store(u"Top", c.left);
+    EXPECT_EQ(Restore().back(), "form.Move(Double 0, Double " + c.restored + ")!");
+    Store(u"Top", Int16{20});
+  }
+}
+
+TEST_F(FormsTest, FailuresOfSavingAndRestoring) {
+  Store(u"WindowState", u"open", REG_SZ);
+  EXPECT_EQ(Restore().back(), "#13");
+  Store(u"WindowState", u"0", REG_SZ);
+  Store(u"Top", u"high", REG_SZ);
+  EXPECT_EQ(Restore(), (Journal{"form.Name", "form.BorderStyle", "form.BorderStyle",
+                                "form.WindowState = Int32 0", "form.Left", "form.Top", "#13"}));
+  form->Remove(u"Height");
+  Store(u"Left", Int16{77});
+  EXPECT_EQ(Save().back(), "#438");
+  EXPECT_EQ(Stored(), "Int32 20; Int32 10; Int32 -99; Int32 -99; String \"0\"; ");
+  form->Remove(u"Name");
+  EXPECT_EQ(Save(), (Journal{"form.Name", "#438"}));
+  EXPECT_EQ(NumberRaised([&] { Forms::SaveFormSettings(settings, {}); }), 91);
+  EXPECT_EQ(NumberRaised([&] { Forms::GetFormSettings(settings, {}, u"FrmOrder"); }), 91);
+  EXPECT_EQ(NumberRaised([&] { Forms::GetFormSettings(settings, {}, u"Unknown"); }), 0);
+}
+
+}  // namespace
+}  // namespace quorl

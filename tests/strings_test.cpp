@@ -1,0 +1,364 @@
+// Strings: tables of cases, and slow oracles that follow each algorithm step by step.
+
+#include "quorl/text/strings.hpp"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "quorl/runtime/locale.hpp"
+#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/utf.hpp"
+
+namespace quorl {
+namespace {
+
+using S = Strings;
+constexpr Int16 kMost = 32767, kLeast = -32768;
+
+std::string Shown(const String& result) { return Utf8(result); }
+std::string Shown(std::int64_t result) { return std::to_string(result); }
+
+// What a call came to, as text: its result, or the Number of its failure.
+template <class Work>
+std::string OutcomeOf(Work work) {
+  try {
+    return Shown(work());
+  } catch (const RaisedError& error) {
+    return "failure " + std::to_string(error.Number());
+  }
+}
+
+// The oracles stand on primitives of their own.
+[[noreturn]] void Fail(Int32 number) { throw RaisedError(number, u"oracle", u""); }
+
+std::int64_t Length(const String& text) { return static_cast<std::int64_t>(text.size()); }
+
+std::int64_t Narrow(std::int64_t value) {
+  if (value < kLeast || value > kMost) Fail(6);
+  return value;
+}
+
+String SlowSlice(const String& text, std::int64_t start, std::int64_t count) {
+  String slice;
+  for (std::int64_t p = start; p < start + count && p <= Length(text); ++p) {
+    slice += text.at(static_cast<std::size_t>(p - 1));
+  }
+  return slice;
+}
+
+std::int64_t SlowFind(std::int64_t start, const String& text, const String& sought) {
+  if (start < 1) Fail(5);
+  if (text.empty()) return 0;
+  for (std::int64_t p = start; p + Length(sought) <= Length(text) + 1; ++p) {
+    if (SlowSlice(text, p, Length(sought)) == sought) return p;
+  }
+  return 0;
+}
+
+std::int64_t SlowCount(const String& text, const String& sought) {
+  if (sought.empty() && !text.empty()) Fail(6);
+  std::int64_t count = 0;
+  for (std::int64_t p = SlowFind(1, text, sought); p > 0; ++count) {
+    p = SlowFind(p + Length(sought), text, sought);
+  }
+  return count;
+}
+
+String SlowToken(const String& text, const String& separator, Int16 index) {
+  if (text.empty()) return {};
+  const String w = text + separator;
+  std::int64_t p = 1;
+  // An empty separator moves nothing, however often.
+  const std::int64_t n = Narrow(index - 1);
+  for (std::int64_t i = 0; i < n && !separator.empty(); ++i) {
+    p = SlowFind(p, w, separator);
+    if (p == 0) return {};
+    p += Length(separator);
+  }
+  const std::int64_t e = SlowFind(p, w, separator);
+  return e > 0 ? SlowSlice(w, p, e - p) : SlowSlice(w, p + 1, Length(w));
+}
+
+String SlowReplace(const String& text, const String& old_part, const String& new_part) {
+  const std::int64_t p = SlowFind(1, text, old_part);
+  if (p < 1) return text;
+  return SlowSlice(text, 1, p - 1) + new_part + SlowSlice(text, p + Length(old_part), Length(text));
+}
+
+std::int64_t SlowEnd(const String& text, Int16 start, Int16 count) {
+  return std::min(Narrow(Narrow(start + count) - 1), Length(text));
+}
+
+std::int64_t SlowIndexOf(const String& text, const String& sought, Int16 start, Int16 count) {
+  const std::int64_t e = count == 0 ? Length(text) : SlowEnd(text, start, count);
+  if (e < 0) Fail(5);
+  return SlowFind(start, SlowSlice(text, 1, e), sought);
+}
+
+std::int64_t SlowIndexOfAny(const String& text, const String& any_of, Int16 start, Int16 count) {
+  const std::int64_t e = count > 0 ? SlowEnd(text, start, count) : Length(text);
+  for (std::int64_t i = start; i <= e; ++i) {
+    if (i < 1) Fail(5);
+    if (SlowFind(1, any_of, SlowSlice(text, i, 1)) > 0) return i;
+  }
+  return 0;
+}
+
+// Short texts over one to three letters, so that overlaps and matches abound, and numbers that are
+// mostly near but sometimes wild.
+class Wild {
+ public:
+  String Text(std::size_t longest) {
+    const std::size_t letters = 1 + Below(3);
+    String text(Below(longest + 1), u' ');
+    for (char16_t& unit : text) unit = static_cast<char16_t>(u'a' + Below(letters));
+    return text;
+  }
+  Int16 Number() {
+    static constexpr Int16 kEdges[] = {kLeast, kLeast + 1, -16384, 16384, kMost - 1, kMost};
+    if (Below(5) == 0) return kEdges[Below(std::size(kEdges))];
+    return static_cast<Int16>(Below(9) == 0 ? Below(65536) : Below(20) - 5);
+  }
+
+ private:
+  std::size_t Below(std::size_t limit) { return generator_() % limit; }
+
+  std::mt19937_64 generator_{20240607};
+};
+
+TEST(Strings, SearchMembersFollowTheirStepsOnWildArguments) {
+  Wild wild;
+  for (int round = 0; round < 200000 && !HasFailure(); ++round) {
+    const String text = wild.Text(14), sought = wild.Text(4), other = wild.Text(3);
+    const Int16 start = wild.Number(), count = wild.Number();
+    const auto agree = [&](const char* member, auto ours, auto oracle) {
+      EXPECT_EQ(OutcomeOf(ours), OutcomeOf(oracle))
+          << member << " of '" << Utf8(text) << "', '" << Utf8(sought) << "', " << start << ", "
+          << count;
+    };
+    agree(
+        "GetToken", [&] { return S::GetToken(text, sought, start); },
+        [&] { return SlowToken(text, sought, start); });
+    agree(
+        "StrCount", [&] { return S::StrCount(text, sought); },
+        [&] { return SlowCount(text, sought); });
+    agree(
+        "NbrTokens", [&] { return S::NbrTokens(text, sought); },
+        [&] { return text.empty() ? 0 : SlowCount(text, sought) + 1; });
+    agree(
+        "StrTran", [&] { return S::StrTran(text, sought, other); },
+        [&] { return SlowReplace(text, sought, other); });
+    agree(
+        "IndexOf", [&] { return S::IndexOf(text, sought, start, count); },
+        [&] { return SlowIndexOf(text, sought, start, count); });
+    agree(
+        "Contains", [&] { return S::Contains(text, sought, start, count); },
+        [&] { return SlowIndexOf(text, sought, start, count) > 0; });
+    agree(
+        "IndexOfAny", [&] { return S::IndexOfAny(text, sought, start, count); },
+        [&] { return SlowIndexOfAny(text, sought, start, count); });
+    agree(
+        "ContainsAny", [&] { return S::ContainsAny(text, sought, start, count); },
+        [&] { return SlowIndexOfAny(text, sought, start, count) > 0; });
+  }
+}
+
+TEST(Strings, TokensByTable) {
+  const struct {
+    StringView text, separator;
+    Int16 index;
+    StringView token, tokens;
+  } cases[] = {{u"a,b,c", u",", 3, u"c", u"3"},     {u"a,b,c", u",", 4, u"", u"3"},
+               {u"a,b,c", u",", -5, u"a", u"3"},    {u",a", u",", 1, u"", u"2"},
+               {u"a,,b", u",", 3, u"b", u"3"},      {u"a b", u",", 1, u"a b", u"1"},
+               {u"", u",", kLeast, u"", u"0"},      {u"a--b--c", u"--", 2, u"b", u"3"},
+               {u"xaa", u"aaa", 2, u"a", u"1"},     {u"a", u"aa", 1, u"", u"1"},
+               {u"abab", u"ababa", 2, u"aba", u"1"}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(S::GetToken(c.text, c.separator, c.index), c.token) << Utf8(c.text) << c.index;
+    EXPECT_EQ(S::NbrTokens(c.text, c.separator), c.tokens) << Utf8(c.text);
+  }
+  EXPECT_EQ(S::NbrTokens(String(70000, u';'), u";"), u"70001");
+  EXPECT_EQ(S::GetToken(String(kMost - 1, u' ') + u"last", u" ", kMost), u"last");
+}
+
+// Each member with a 16-bit limit on 32766, 32767 and 32768 characters, a failure being X.
+TEST(Strings, SixteenBitLimits) {
+  const struct {
+    const char* what;
+    void (*call)(const String&);
+    std::string_view outcomes;
+  } cases[] = {
+      {"StrCount", [](const String& t) { S::StrCount(u"a", t); }, "--X"},
+      {"StrCount, no text", [](const String& t) { S::StrCount(u"", t); }, "--X"},
+      {"NbrTokens", [](const String& t) { S::NbrTokens(u"a", t); }, "--X"},
+      {"NbrTokens, no text", [](const String& t) { S::NbrTokens(u"", t); }, "---"},
+      {"StrTran, not found", [](const String& t) { S::StrTran(u"", t, u""); }, "--X"},
+      {"StrTran, at the front", [](const String& t) { S::StrTran(t, t, u""); }, "-XX"},
+      {"StrTran, behind", [](const String& t) { S::StrTran(t + u"b", u"b", u""); }, "XXX"},
+      {"StrTran, before", [](const String& t) { S::StrTran(t.substr(1) + u"b", u"b", u""); },
+       "-XX"},
+      {"IndexOf, behind", [](const String& t) { S::IndexOf(t + u"b", u"b"); }, "-XX"},
+      {"Contains, not found", [](const String& t) { S::Contains(t, u"c"); }, "---"},
+      {"IndexOfAny, found", [](const String& t) { S::IndexOfAny(t, u"a"); }, "--X"},
+      {"IndexOfAny, not found", [](const String& t) { S::IndexOfAny(t, u"b", 9); }, "-XX"},
+      {"ContainsAny, in range", [](const String& t) { S::ContainsAny(t, u"b", 1, 32766); }, "---"},
+      {"ProperCase", [](const String& t) { S::ProperCase(t); }, "--X"},
+      {"ProperCase, blank", [](const String& t) { S::ProperCase(t.substr(1) + u" "); }, "-XX"},
+      {"AphpaNumericOf", [](const String& t) { S::AphpaNumericOf(t); }, "-XX"},
+      {"AlphpaNumericOf", [](const String& t) { S::AlphpaNumericOf(t); }, "-XX"},
+      {"AlphpabeticOf", [](const String& t) { S::AlphpabeticOf(t); }, "-XX"},
+      {"DigitsOf", [](const String& t) { S::DigitsOf(t); }, "-XX"},
+      {"IsDigits, stopped", [](const String& t) { S::IsDigits(t); }, "--X"},
+      {"IsDigits", [](const String& t) { S::IsDigits(String(t.size(), u'1')); }, "-XX"},
+      {"TruncateMiddle", [](const String& t) { S::TruncateMiddle(t, kMost); }, "---"},
+      {"GetToken", [](const String& t) { S::GetToken(t, t + u"a", 2); }, "---"}};
+  for (const auto& c : cases) {
+    std::string outcomes;
+    for (std::size_t size = 32766; size <= 32768; ++size) {
+      const std::string outcome = OutcomeOf([&] { return c.call(String(size, u'a')), 0; });
+      outcomes += outcome == "0" ? "-" : outcome == "failure 6" ? "X" : outcome;
+    }
+    EXPECT_EQ(outcomes, c.outcomes) << c.what;
+  }
+}
+
+TEST(Strings, TrimmingByTable) {
+  const struct {
+    StringView text, unit, right, left;
+  } cases[] = {{u"ax  ", u"x", u"a", u"ax  "},
+               {u"ax x", u"x", u"ax ", u"ax x"},
+               {u"xxx", u"x", u"", u""},
+               {u"xyxy", u"xy", u"xyxy", u"xyxy"},
+               {u"  a  ", u"", u"  a", u"a  "},
+               {u"  007", u"0", u"  007", u"7"},
+               {u"00 7", u"0", u"00 7", u" 7"},
+               {u"Xx", u"x", u"X", u"Xx"},
+               {u" \t a", u" ", u" \t a", u"\t a"},
+               {u"a\u00A0 ", u" ", u"a\u00A0", u"a\u00A0 "}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(S::RTrimEx(c.text, c.unit), c.right) << Utf8(c.text);
+    EXPECT_EQ(S::LTrimEx(c.text, c.unit), c.left) << Utf8(c.text);
+  }
+  EXPECT_TRUE(S::IsEmptyString(u"   "));
+  EXPECT_FALSE(S::IsEmptyString(u" \t "));
+}
+
+TEST(Strings, PaddingFillsOrCutsTheFarEnd) {
+  const String text = u"abcdef";
+  for (const int length : {0, 1, 5, 6, 7, 12, 32767}) {
+    const String run(static_cast<std::size_t>(length), u'x');
+    const auto size = static_cast<Int16>(length);
+    EXPECT_EQ(S::Padl(text, size, u"xyz"), (run + text).substr(text.size())) << length;
+    EXPECT_EQ(S::Padr(text, size, u"xyz"), (text + run).substr(0, run.size())) << length;
+  }
+  EXPECT_EQ(OutcomeOf([] { return S::Padl(u"a", -1); }), "failure 5");
+  EXPECT_EQ(OutcomeOf([] { return S::Padr(u"a", 0, u""); }), "failure 5");
+}
+
+TEST(Strings, TruncateMiddleAtEveryLength) {
+  const String text = u"abcdefghijklmnopqrstuvwxyz";
+  // Characters before the dots in the middle form, for each length from 5 on.
+  constexpr std::size_t kHeads[] = {2, 3, 4, 4,  4,  5,  6,  6,  6,  7, 8,
+                                    8, 8, 9, 10, 10, 10, 11, 12, 12, 12};
+  for (std::size_t length = 5; length < text.size(); ++length) {
+    for (std::size_t dots = 0; dots <= 30; ++dots) {
+      const std::size_t head = dots >= 6 && dots + 6 <= length ? dots : kHeads[length - 5];
+      const String tail = text.substr(text.size() - (length - head - 3));
+      EXPECT_EQ(S::TruncateMiddle(text, static_cast<Int16>(length), static_cast<Int16>(dots)),
+                text.substr(0, head) + u"..." + tail)
+          << length << ", " << dots;
+    }
+  }
+  for (const Int16 length : {Int16{26}, kMost}) EXPECT_EQ(S::TruncateMiddle(text, length), text);
+  EXPECT_EQ(OutcomeOf([] { return S::TruncateMiddle(u"abcde", 4); }), "failure 5");
+  EXPECT_EQ(OutcomeOf([] { return S::TruncateMiddle(u"", kLeast + 5); }), "failure 5");
+  EXPECT_EQ(OutcomeOf([] { return S::TruncateMiddle(u"", kLeast + 4); }), "failure 6");
+}
+
+TEST(Strings, WordFormsByTable) {
+  const struct {
+    StringView text, plural, proper;
+  } cases[] = {{u"mota", u"motas", u"Mota"},
+               {u"MOT", u"MOTS", u"Mot"},
+               {u" BRAS  ", u"BRAS", u" Bras  "},
+               {u"prix", u"prix", u"Prix"},
+               {u"ÉTÉ", u"ÉTÉs", u"Été"},
+               {u"42", u"42S", u"42"},
+               {u"z`", u"z`S", u"Z`"},
+               {u"", u"S", u""},
+               {u"  ", u"S", u"  "},
+               {u"l'école-du PORT", u"l'école-du PORTS", u"L'école-du Port"},
+               {u"a  éb", u"a  ébs", u"A  Éb"},
+               {u"ßa\tÿb ÿ", u"ßa\tÿb ÿs", u"ßa\tÿb Ÿ"}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(S::Pluriel(c.text), c.plural) << Utf8(c.text);
+    EXPECT_EQ(S::ProperCase(c.text), c.proper) << Utf8(c.text);
+  }
+  EXPECT_TRUE(S::IsVoyelle(u""));
+  EXPECT_FALSE(S::IsVoyelle(u" a"));
+}
+
+TEST(Strings, EveryCodeUnitFallsIntoItsClass) {
+  const StringView vowels = u"aàâäeéèêioôöuûüAÀÂÄEÉÈÊIİOÔÖUÛÜ";
+  for (std::uint32_t code = 0; code <= 0xFFFF; ++code) {
+    const String unit(1, static_cast<char16_t>(code)), text = u"x" + unit + u"1";
+    const bool digit = code >= 0x30 && code <= 0x39;
+    const bool letter = (code >= 0x41 && code <= 0x5A) || (code >= 0x61 && code <= 0x7A);
+    ASSERT_EQ(S::DigitsOf(text), (digit ? unit : u"") + u"1") << code;
+    ASSERT_EQ(S::AlphpabeticOf(text), u"x" + (letter ? unit : u"")) << code;
+    ASSERT_EQ(S::AphpaNumericOf(text), digit || letter ? text : u"x1") << code;
+    ASSERT_EQ(S::AlphpaNumericOf(text), digit || letter ? text : u"x1") << code;
+    ASSERT_EQ(S::IsDigits(unit), digit) << code;
+    ASSERT_EQ(S::IsVoyelle(unit), vowels.find(unit) != StringView::npos) << code;
+  }
+  EXPECT_TRUE(S::IsDigits(u""));
+}
+
+TEST(Strings, WinValReadsByTheCurrentLocale) {
+  const struct {
+    StringView locale, text;
+    Double number;
+  } cases[] = {{u"fr-FR", u"1,5", 1.5},
+               {u"fr-FR", u"1.5", 0},
+               {u"fr-FR", u"1 234,56", 1234.56},
+               {u"fr-FR", u"1\u00A0234,56", 1234.56},
+               {u"fr-FR", u"1,2,3", 0},
+               {u"fr-FR", u"1\u202F234,56", 1234.56},
+               {u"en-US", u"1.5", 1.5},
+               {u"en-US", u"1,5", 15},
+               {u"en-US", u"1 234.56", 0},
+               {u"en-US", u"1,234.56", 1234.56},
+               {u"nl-BE", u"1.234,56", 1234.56},
+               {u"de-CH", u"1'234.56", 1234.56},
+               {u"de-DE", u"  -12,25 ", -12.25},
+               {u"en-GB", u"12abc", 0},
+               {u"en-GB", u"  ", 0},
+               {u"en-GB", u"1E999", 0}};
+  for (const auto& c : cases) {
+    const LocaleScope scope(*Locale::Named(c.locale));
+    EXPECT_EQ(S::WinVal(c.text), c.number) << Utf8(c.locale) << " " << Utf8(c.text);
+  }
+}
+
+TEST(Strings, OnlyNullIsReplaced) {
+  for (const Variant& value : {Variant(Empty), Variant(Missing), Variant(Int16{0}), Variant(u"")}) {
+    EXPECT_EQ(S::IfIsNull(value, 5), value);
+  }
+  EXPECT_EQ(S::IfIsNull(Null, u"x"), Variant(u"x"));
+  EXPECT_EQ(S::IfIsNull(Null, Null), Variant(Null));
+}
+
+// The example of the class's header.
+TEST(Strings, HeaderExample) {
+  Strings strings;
+  EXPECT_EQ(Strings::GetToken(u"red;green;blue", u";", 2), u"green");
+  EXPECT_EQ(strings.NbrTokens(u"red;green;blue", u";"), u"3");
+  EXPECT_EQ(Strings::Padl(u"42", 8, u"0"), u"00000042");
+  EXPECT_EQ(Strings::ProperCase(u"JEAN DUPONT"), u"Jean Dupont");
+  EXPECT_EQ(Strings::DigitsOf(u"+32 2 555 01 20"), u"3225550120");
+}
+
+}  // namespace
+}  // namespace quorl

@@ -1,0 +1,89 @@
+// A store that passes everything on to another one, writes down which operations were called, and
+// makes one of them fail.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "quorl/store/store.hpp"
+
+namespace quorl {
+
+class RecordingStore final : public Store {
+ public:
+  explicit RecordingStore(Store& behind) : behind_(behind) {}
+
+  /// Forgets the calls so far; the `place`-th of those that follow, counted from 0, gives `code`.
+  void FailAt(std::size_t place, Int32 code) {
+    calls_.clear();
+    place_ = place;
+    code_ = code;
+  }
+  void FailNever() { FailAt(static_cast<std::size_t>(-1), kDone); }
+
+  /// The calls that may fail, by name; closing may not.
+  const std::vector<std::string>& Calls() const { return calls_; }
+
+  Int32 OpenKey(KeyHandle root, std::string_view path, Int32 access,
+                KeyHandle* key) noexcept override {
+    *key = 0;
+    const Int32 code = Note("OpenKey");
+    return code != kDone ? code : behind_.OpenKey(root, path, access, key);
+  }
+  Int32 CreateKey(KeyHandle root, std::string_view path, Int32 access, KeyHandle* key,
+                  bool* created) noexcept override {
+    *key = 0;
+    const Int32 code = Note("CreateKey");
+    return code != kDone ? code : behind_.CreateKey(root, path, access, key, created);
+  }
+  Int32 CloseKey(KeyHandle key) noexcept override { return behind_.CloseKey(key); }
+  Int32 QueryValue(KeyHandle key, std::string_view name, Int32* type,
+                   OutBuffer data) noexcept override {
+    const Int32 code = Note("QueryValue");
+    return code != kDone ? code : behind_.QueryValue(key, name, type, data);
+  }
+  Int32 SetValue(KeyHandle key, std::string_view name, Int32 type,
+                 std::string_view data) noexcept override {
+    const Int32 code = Note("SetValue");
+    return code != kDone ? code : behind_.SetValue(key, name, type, data);
+  }
+  Int32 DeleteValue(KeyHandle key, std::string_view name) noexcept override {
+    const Int32 code = Note("DeleteValue");
+    return code != kDone ? code : behind_.DeleteValue(key, name);
+  }
+  Int32 EnumValue(KeyHandle key, Int32 index, OutBuffer name, Int32* type,
+                  OutBuffer data) noexcept override {
+    const Int32 code = Note("EnumValue");
+    return code != kDone ? code : behind_.EnumValue(key, index, name, type, data);
+  }
+  Int32 EnumKey(KeyHandle key, Int32 index, OutBuffer name) noexcept override {
+    const Int32 code = Note("EnumKey");
+    return code != kDone ? code : behind_.EnumKey(key, index, name);
+  }
+  Int32 QueryInfo(KeyHandle key, KeyInfo* info) noexcept override {
+    const Int32 code = Note("QueryInfo");
+    return code != kDone ? code : behind_.QueryInfo(key, info);
+  }
+  Int32 CopyTree(KeyHandle root, std::string_view source, KeyHandle destination) noexcept override {
+    const Int32 code = Note("CopyTree");
+    return code != kDone ? code : behind_.CopyTree(root, source, destination);
+  }
+  Int32 DeleteTree(KeyHandle root, std::string_view path) noexcept override {
+    const Int32 code = Note("DeleteTree");
+    return code != kDone ? code : behind_.DeleteTree(root, path);
+  }
+  Int32 OpenKeyCount() const noexcept override { return behind_.OpenKeyCount(); }
+
+ private:
+  Int32 Note(const char* call) noexcept {
+    calls_.emplace_back(call);
+    return calls_.size() - 1 == place_ ? code_ : Int32{kDone};
+  }
+
+  Store& behind_;
+  std::vector<std::string> calls_;
+  std::size_t place_ = static_cast<std::size_t>(-1);
+  Int32 code_ = kDone;
+};
+
+}  // namespace quorl
