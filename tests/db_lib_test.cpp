@@ -192,7 +192,7 @@ TEST(DbLibTest, EntriesToFields) {
       {u"vrai", "Null", "Double 0", "Null"},
       {u"31/12/1999", "Null", "Double 31", "Date day 36525 (1999-12-31)|Null"},
       {u"12/31/1999", "Null", "Double 12", "Null|Date day 36525 (1999-12-31)"},
-      {u"2024-02-29 18:00", "Null", "Double 2024", "Date day 45351.8 (2024-02-29 18:00:00)"},
+      {u"2024-02-29 18:00", "Null", "Double 2024", "Date day 45351.75 (2024-02-29 18:00:00)"},
       {u"2023-02-29", "Null", "Double 2023", "Null"},
       {kZeroGuid, "Null", "Double 0", "Null"},
   };
