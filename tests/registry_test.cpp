@@ -13,8 +13,10 @@
 #include "quorl/runtime/utf.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
+#include "quorl/store/persistent_store.hpp"
 #include "tests/support/recording_store.hpp"
 #include "tests/support/registry_model.hpp"
+#include "tests/support/store_temporary_folder.hpp"
 
 namespace quorl {
 
@@ -537,6 +539,23 @@ TEST(RegistryWalk, AgreesWithTheModelInMemory) {
       SCOPED_TRACE("seed " + std::to_string(seed) + " step " + std::to_string(step));
       walk.Step();
       EXPECT_EQ(store.OpenKeyCount(), 0);
+    }
+  }
+}
+
+TEST(RegistryWalk, AgreesWithTheModelOnTheDisk) {
+  for (const std::uint32_t seed : {5U, 6U}) {
+    const TemporaryFolder folder;
+    RandomWalk walk(seed, seed % 2 == 0);
+    for (int opening = 0; opening < 20; ++opening) {
+      PersistentStore store(folder.Folders());
+      const ScopedStore guard(store);
+      for (int step = 0; step < 50 && !testing::Test::HasFailure(); ++step) {
+        SCOPED_TRACE("seed " + std::to_string(seed) + " opening " + std::to_string(opening) +
+                     " step " + std::to_string(step));
+        walk.Step();
+        EXPECT_EQ(store.OpenKeyCount(), 0);
+      }
     }
   }
 }
