@@ -49,7 +49,7 @@ Options:
   --unit, --units NAME    a unit of your own, one and several
   --subunit, --subunits   the same for its sub-unit
   --kind 0|1|2            gender of the names: FR un, une; DE eins, ein, eine
-  --decimals 0..9         power of ten of the sub-unit, 2 for a unit of your own
+  --decimals 0..9         power of ten of the sub-unit (your own: else 2)
 Amounts: a sign, digits, at most four decimals. Blanks and apostrophes group
 thousands. Of "," and ".": where both stand, the last is the decimal mark and
 the other groups; one that stands alone and once is the decimal mark (1,234 is

@@ -342,7 +342,7 @@ HRESULT SetErrorInfo(uint32_t reserved, void* info);
 
 /* "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}", either case on reading, with the braces. */
 HRESULT CLSIDFromString(const char16_t* text, GUID* out);
-/* Writes 38 characters and a zero; the number written, 0 if `capacity` is too small. */
+/* Writes 38 characters and a zero; gives 39, or 0 if `capacity` is too small. */
 int32_t StringFromGUID2(const GUID* guid, char16_t* buffer, int32_t capacity);
 
 /* Classes, by what is registered below HKEY_CLASSES_ROOT. `context` is not looked at. */

@@ -28,8 +28,9 @@ Double Divide(Double left, Double right);
 /// that is no number and whatever is no number at all.
 Variant Multiply(const Variant& left, const Variant& right);
 
-/// Variant division: a Double, or a Single where neither side is wider than that. Failures 6 and 11
-/// for division by zero as above; Null and 13 as for multiplication.
+/// Variant division: a Single where one side is a Single and the other a Single, an Int16 or
+/// narrower, otherwise a Double. Failures 6 and 11 for division by zero as above; Null and 13 as
+/// for multiplication.
 Variant Divide(const Variant& left, const Variant& right);
 
 }  // namespace quorl

@@ -1,0 +1,146 @@
+// The content of a store as a text that can be compared, and changes to a store as values.
+#pragma once
+
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "quorl/store/store.hpp"
+
+namespace quorl {
+
+/// Whether the long sweeps are to run.
+inline bool LongSweeps() { return std::getenv("QUORL_LONG") != nullptr; }
+
+/// A key that closes itself.
+class TestKey {
+ public:
+  TestKey(Store& store, KeyHandle root, std::string_view path, Int32 access = kAllAccess)
+      : store_(store), code_(store.OpenKey(root, path, access, &key_)) {}
+  TestKey(const TestKey&) = delete;
+  TestKey& operator=(const TestKey&) = delete;
+  ~TestKey() {
+    if (key_ != 0) store_.CloseKey(key_);
+  }
+  KeyHandle Handle() const { return key_; }
+  Int32 Code() const { return code_; }
+
+ private:
+  Store& store_;
+  KeyHandle key_ = 0;
+  Int32 code_;
+};
+
+/// Makes the key if need be and sets the value; the first code that is not 0.
+inline Int32 Save(Store& store, KeyHandle root, std::string_view path, std::string_view name,
+                  std::string_view data, Int32 type = 1) {
+  KeyHandle key = 0;
+  if (const Int32 code = store.CreateKey(root, path, kSetValues, &key, nullptr)) return code;
+  const Int32 code = store.SetValue(key, name, type, data);
+  store.CloseKey(key);
+  return code;
+}
+
+/// The value's data, or its failure as "code 2".
+inline std::string Load(Store& store, KeyHandle root, std::string_view path,
+                        std::string_view name) {
+  const TestKey key(store, root, path, kReadValues);
+  Int32 size = 0;
+  Int32 code = key.Code();
+  if (code == kDone) code = store.QueryValue(key.Handle(), name, nullptr, {nullptr, &size});
+  std::string data(static_cast<std::size_t>(size), '\0');
+  if (code == kDone) code = store.QueryValue(key.Handle(), name, nullptr, {data.data(), &size});
+  return code == kDone ? data : "code " + std::to_string(code);
+}
+
+/// The names of a key's subkeys, in the store's order.
+inline std::vector<std::string> SubkeyNames(Store& store, KeyHandle key) {
+  std::vector<std::string> names;
+  std::string name(256, '\0');
+  Int32 size = 256;
+  for (Int32 i = 0; store.EnumKey(key, i, {name.data(), &size}) == kDone; ++i, size = 256) {
+    names.push_back(name.substr(0, static_cast<std::size_t>(size)));
+  }
+  return names;
+}
+
+/// The values of a key, one a line, in the store's order.
+inline std::string ValuesText(Store& store, KeyHandle key) {
+  KeyInfo info;
+  store.QueryInfo(key, &info);
+  std::string text;
+  std::string name(static_cast<std::size_t>(info.longest_value_name) + 1, '\0');
+  std::string data(static_cast<std::size_t>(info.longest_data), '\0');
+  for (Int32 i = 0; i < info.values; ++i) {
+    Int32 name_size = static_cast<Int32>(name.size());
+    Int32 data_size = info.longest_data;
+    Int32 type = 0;
+    const Int32 code =
+        store.EnumValue(key, i, {name.data(), &name_size}, &type, {data.data(), &data_size});
+    text += code != kDone ? "  code " + std::to_string(code)
+                          : "  " + name.substr(0, static_cast<std::size_t>(name_size)) + " = " +
+                                std::to_string(type) + ":" +
+                                data.substr(0, static_cast<std::size_t>(data_size));
+    text += '\n';
+  }
+  return text;
+}
+
+/// Everything below a root key, or the failure to open it.
+inline std::string ContentOf(Store& store, KeyHandle root = kCurrentUser) {
+  std::string text;
+  std::vector<std::string> waiting{""};
+  while (!waiting.empty()) {
+    const std::string path = std::move(waiting.back());
+    waiting.pop_back();
+    const TestKey key(store, root, path);
+    text += "[" + path + "]\n";
+    if (key.Code() != kDone) return text + "code " + std::to_string(key.Code());
+    text += ValuesText(store, key.Handle());
+    const auto names = SubkeyNames(store, key.Handle());
+    for (auto name = names.rbegin(); name != names.rend(); ++name) {
+      waiting.push_back(path.empty() ? *name : path + "\\" + *name);
+    }
+  }
+  return text;
+}
+
+/// One change to a store.
+struct Action {
+  enum class Kind { Create, Set, Unset, Delete, Copy };
+  Kind kind = Kind::Set;
+  std::string path;
+  std::string name{};  ///< Of a value; of a copy, the destination.
+  std::string data{};
+  Int32 type = 1;
+};
+
+inline Int32 Do(Store& store, const Action& action) {
+  KeyHandle key = 0;
+  Int32 code = kDone;
+  switch (action.kind) {
+    case Action::Kind::Create:
+      code = store.CreateKey(kCurrentUser, action.path, kAllAccess, &key, nullptr);
+      break;
+    case Action::Kind::Set:
+      code = store.OpenKey(kCurrentUser, action.path, kSetValues, &key);
+      if (code == kDone) code = store.SetValue(key, action.name, action.type, action.data);
+      break;
+    case Action::Kind::Unset:
+      code = store.OpenKey(kCurrentUser, action.path, kSetValues, &key);
+      if (code == kDone) code = store.DeleteValue(key, action.name);
+      break;
+    case Action::Kind::Delete:
+      return store.DeleteTree(kCurrentUser, action.path);
+    case Action::Kind::Copy:
+      code = store.OpenKey(kCurrentUser, action.name, kAllAccess, &key);
+      if (code == kDone) code = store.CopyTree(kCurrentUser, action.path, key);
+      break;
+  }
+  if (key != 0) store.CloseKey(key);
+  return code;
+}
+
+}  // namespace quorl
