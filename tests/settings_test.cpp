@@ -235,6 +235,32 @@ TEST(RegistryTextReader, ForeignCharactersMayBeReplaced) {
             expected);
 }
 
+// Bytes replaced, cut out and doubled at random: the file reads as something or is refused.
+TEST(RegistryTextReader, DamagedFilesAreReadOrRefused) {
+  Random random(7);
+  const std::string good = kHeader +
+                           "[HKCU\\A\\B]\n@=\"a\\\\b\\\"\"\n\"x\"=dword:1f\n;c\n"
+                           "\"h\"=hex(2):41,00,\\\n  00,00\n[-HKLM\\C]\n[HKCU]\n\"z\"=-\n";
+  int refused = 0;
+  constexpr int kFiles = 5000;
+  for (int i = 0; i < kFiles; ++i) {
+    std::string file = i % 2 == 0 ? good : AsUtf16(good);
+    for (std::int64_t change = random.Whole(1, 3); change > 0; --change) {
+      const std::size_t at = random.Bits() % file.size();
+      const std::size_t length = random.Bits() % 8;
+      const std::string piece = file.substr(random.Bits() % file.size(), length);
+      file.replace(at, random.Bits() % 8, random.Whole(0, 3) == 0 ? std::string(1, '\xFF') : piece);
+    }
+    const Failure failure = FailureOf([&] { ReadRegistryText(file, u"f"); });
+    if (failure.number == 0) continue;
+    ++refused;
+    EXPECT_EQ(failure.number, 5000) << i;
+    EXPECT_TRUE(failure.description.starts_with(u"f:")) << i;
+  }
+  EXPECT_GT(refused, kFiles / 4);
+  EXPECT_LT(refused, kFiles);
+}
+
 TEST(RegistryTextWriter, WritesWhatOthersExpect) {
   const RegistryText text{{HKEY_CURRENT_USER,
                            "A\xE9",
@@ -428,17 +454,23 @@ TEST(RegistryImport, FailedImportLeavesTheFormerContent) {
   }
 }
 
+const std::string kHost = QUORL_BINARY_DIR "/examples/settings";
+
 // The host, run as a person does.
 class SettingsTest : public testing::Test {
  protected:
+  void SetUp() override {
+    if (!std::ifstream(kHost)) GTEST_SKIP() << kHost << " is not built";
+  }
+
   struct Result {
     int status;
     std::string output;  // standard error included
   };
 
   Result Run(const std::string& arguments) {
-    const std::string command = "XDG_DATA_HOME='" + folder_.Path() +
-                                "' '" QUORL_BINARY_DIR "/examples/settings' " + arguments + " 2>&1";
+    const std::string command =
+        "XDG_DATA_HOME='" + folder_.Path() + "' '" + kHost + "' " + arguments + " 2>&1";
     FILE* pipe = popen(command.c_str(), "r");
     if (pipe == nullptr) return {-1, "no shell"};
     std::string output;
