@@ -73,6 +73,9 @@ class ChangePreparation {
       case ChangeKind::Merge:
         Merge();
         break;
+      case ChangeKind::Replace:
+        Replace();
+        break;
       case ChangeKind::None:
         break;
     }
@@ -191,6 +194,16 @@ class ChangePreparation {
     }
   }
 
+  void Replace() {
+    Key* key = tree_.Find(change_.path);
+    if (key == nullptr) return;
+    prepared_.replaced_ = key;
+    prepared_.replacement_ = std::make_shared<Key>(key->Name(), key->PathBytes());
+    CopyBelow(*change_.content, *prepared_.replacement_);
+    prepared_.added_ -= WeightBelow(*key);
+    prepared_.added_ += WeightBelow(*prepared_.replacement_);
+  }
+
   void MergeValues(const Key& source, Key& into) {
     FillsBareKey(into);
     into.MakeRoomForValues(source.Values().size());
@@ -225,6 +238,7 @@ void PreparedChange::Apply(KeyTree& tree) noexcept {
   if (lost_value_ != nullptr) losing_key_->Remove(*lost_value_);
   if (lost_key_ != nullptr) losing_parent_->Remove(*lost_key_);
   if (cleared_ != nullptr) cleared_->Clear();
+  if (replaced_ != nullptr) replaced_->TakeContentOf(*replacement_);
 }
 
 PreparedChange Prepare(const KeyTree& tree, const Change& change) {

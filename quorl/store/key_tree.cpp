@@ -129,6 +129,15 @@ void Key::Clear() noexcept {
   DropSubkeys();
 }
 
+void Key::TakeContentOf(Key& other) noexcept {
+  Clear();
+  subkeys_.swap(other.subkeys_);
+  values_.swap(other.values_);
+  values_by_name_.swap(other.values_by_name_);
+  next_ordinal_ = other.next_ordinal_;
+  for (const auto& subkey : subkeys_) subkey->parent_ = this;
+}
+
 // Takes the tree below apart from its leaves upward, along the parent links: no recursion, and no
 // allocation, since a destructor may not fail. A key that an open handle still holds stays, empty.
 void Key::DropSubkeys() noexcept {

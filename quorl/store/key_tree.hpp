@@ -76,6 +76,8 @@ class Key : public std::enable_shared_from_this<Key> {
   void Remove(const Value& value) noexcept;
   /// Removes every value and every subkey; those below count as deleted.
   void Clear() noexcept;
+  /// Takes over what `other`, a key with a path of the same length, holds, in place of its own.
+  void TakeContentOf(Key& other) noexcept;
 
  private:
   void DropSubkeys() noexcept;
