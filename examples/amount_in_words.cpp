@@ -49,7 +49,7 @@ Options:
   --unit, --units NAME    a unit of your own, one and several
   --subunit, --subunits   the same for its sub-unit
   --kind 0|1|2            gender of the names: FR un, une; DE eins, ein, eine
-  --decimals 0..9         power of ten of the sub-unit, 2 for a unit of your own
+  --decimals 0..9         power of ten of the sub-unit (your own: else 2)
 Amounts: a sign, digits, at most four decimals. Blanks and apostrophes group
 thousands. Of "," and ".": where both stand, the last is the decimal mark and
 the other groups; one that stands alone and once is the decimal mark (1,234 is
@@ -479,30 +479,26 @@ bool PrintFile(const std::string& name) {
 class Options {
  public:
   explicit Options(const std::vector<String>& arguments) {
-    for (std::size_t at = 0; at < arguments.size(); ++at) {
-      const StringView argument = arguments[at];
-      if (argument == u"--help") {
+    for (auto at = arguments.begin(); at != arguments.end(); ++at) {
+      if (*at == u"--help") {
         help_ = true;
-      } else if (argument == u"-") {
-        values_[u"--file"] = argument;
-      } else if (IsAmount(argument)) {
-        amounts_.emplace_back(argument);
+      } else if (*at == u"-") {
+        values_[u"--file"] = *at;
+      } else if (IsAmount(*at)) {
+        amounts_.push_back(*at);
+      } else if (const std::size_t equals = at->find(u'='); equals != String::npos) {
+        ValueOf(at->substr(0, equals)) = at->substr(equals + 1);
       } else {
-        const std::size_t equals = argument.find(u'=');
-        const String name(argument.substr(0, equals));
-        if (std::ranges::find(kNamed, name) == std::end(kNamed)) {
-          Refuse<WrongUsage>("unknown option", name);
-        }
-        const bool attached = equals != StringView::npos;
-        if (!attached && ++at == arguments.size()) Refuse<WrongUsage>("value missing after", name);
-        values_[name] = attached ? String(argument.substr(equals + 1)) : arguments[at];
+        String& value = ValueOf(*at);
+        if (at + 1 == arguments.end()) Refuse<WrongUsage>("value missing after", *at);
+        value = *++at;
       }
     }
   }
 
   bool Help() const { return help_; }
   const std::vector<String>& Amounts() const { return amounts_; }
-  bool Any() const { return !values_.empty(); }
+  std::size_t Count() const { return values_.size(); }
   bool Has(const char16_t* name) const { return values_.contains(name); }
   String Value(const char16_t* name, StringView otherwise = u"") const {
     const auto found = values_.find(name);
@@ -527,6 +523,13 @@ class Options {
     if (!argument.starts_with(u'-')) return true;
     const StringView next = argument.substr(1, 1);
     return kDigits.find(next) != StringView::npos || kMarks.find(next) != StringView::npos;
+  }
+
+  String& ValueOf(const String& name) {
+    if (std::ranges::find(kNamed, name) == std::end(kNamed)) {
+      Refuse<WrongUsage>("unknown option", name);
+    }
+    return values_[name];
   }
 
   std::map<String, String> values_;
@@ -592,13 +595,15 @@ bool Run(const Options& options) {
     Print(kHelp);
     return true;
   }
-  const bool has_file = options.Has(u"--file");
-  if (options.Amounts().empty()) {
-    if (options.Any() && !has_file) throw WrongUsage("an amount is missing");
-    return PrintFile(has_file ? Utf8(options.Value(u"--file")) : QUORL_INVOICES);
+  if (!options.Has(u"--file")) {
+    if (!options.Amounts().empty()) return PrintAmounts(options);
+    if (options.Count() != 0) throw WrongUsage("an amount is missing");
+    return PrintFile(QUORL_INVOICES);
   }
-  if (has_file) throw WrongUsage("either a file or amounts");
-  return PrintAmounts(options);
+  if (options.Count() != 1 || !options.Amounts().empty()) {
+    throw WrongUsage("a file has its own amounts, currencies and languages");
+  }
+  return PrintFile(Utf8(options.Value(u"--file")));
 }
 
 }  // namespace

@@ -89,6 +89,9 @@ TEST(ComboBoxTest, PicksTheLowestMatch) {
       {"token -32768", ByToken(u"rome", -32768), "#6"},
       {"no second token", ByToken(u"", 2), "0"},
       {"no such token", ByToken(u"1000", 32767), "-1"},
+      {"a leading blank ends a token", ByToken(u"gand", 2), "8"},
+      {"so does each of two", ByToken(u"9", 4), "8"},
+      {"an empty first token", ByToken(u""), "4"},
       {"from 11", ByPart(u"1000", 11), "1"},
       {"4 from 2", ByPart(u"ruxe", 2, 4), "1"},
       {"the text is not cut", ByPart(u"arisien", 2, 5), "-1"},
@@ -105,8 +108,8 @@ TEST(ComboBoxTest, PicksTheLowestMatch) {
       {"half is no whole", ByData(2), "-1"},
   };
   Combo combo({u"Paris", u"Bruxelles 1000", u"Rome", u"bruxelles 1000", u"   ", u"\u00E9t\u00E9",
-               Int16{42}, Empty},
-              {Null, Int32{20}, 20.0, u"7", true, Empty, 2.5, 7.00});
+               Int16{42}, Empty, u" Gand  9"},
+              {Null, Int32{20}, 20.0, u"7", true, Empty, 2.5, 7.00, Int16{7}});
   for (const Case& c : cases) EXPECT_EQ(combo.After(c.pick), c.selected) << c.what;
 }
 

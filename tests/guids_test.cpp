@@ -28,6 +28,7 @@ enum class System { kWorks, kGivesNothing, kGivesSevenBytesAtATime, kIsInterrupt
 std::atomic<System> randomness = System::kWorks;
 std::atomic<int> random_calls = 0;
 std::atomic<bool> clears_on_fork = true;
+std::atomic<const char*> latest_stock = nullptr;
 
 }  // namespace
 
@@ -58,6 +59,7 @@ extern "C" int madvise(void* at, size_t size, int advice) noexcept {
     errno = EINVAL;
     return -1;
   }
+  if (advice == MADV_WIPEONFORK) latest_stock = static_cast<const char*>(at);
   return static_cast<int>(syscall(SYS_madvise, at, size, advice));
 }
 
@@ -191,6 +193,21 @@ TEST_F(GuidsTest, OneSystemCallServesManyWhereThatIsSafe) {
       EXPECT_TRUE(cleared ? calls <= 4 : calls == 1'000) << calls;
     }).join();
   }
+}
+
+TEST_F(GuidsTest, WhatWasGivenOutIsNoLongerInMemory) {
+  std::thread([] {
+    const std::vector<String> guids = Some(100);
+    const std::string_view stock(latest_stock, 4096);
+    EXPECT_GT(std::ranges::count_if(stock, [](char byte) { return byte != 0; }), 2'000);
+    for (const String& guid : guids) {
+      std::string first_bytes;
+      for (int shift = 56; shift >= 16; shift -= 8) {
+        first_bytes += static_cast<char>(BitsOf(guid).first >> shift & 0xFF);
+      }
+      ASSERT_EQ(stock.find(first_bytes), std::string_view::npos) << Utf8(guid);
+    }
+  }).join();
 }
 
 TEST_F(GuidsTest, ASystemThatGivesLittleAtATimeIsAskedAgain) {

@@ -39,29 +39,26 @@ typedef int32_t HRESULT;
 
 #define QUORL_CODE(bits) ((HRESULT)(uint32_t)(bits))
 
-enum {
-  S_OK = 0,
-  S_FALSE = 1
-};
+enum { S_OK = 0, S_FALSE = 1 };
 
-#define E_NOINTERFACE QUORL_CODE(0x80004002)           /* the object has no such interface */
-#define E_POINTER QUORL_CODE(0x80004003)               /* a null pointer where none may stand */
-#define E_UNEXPECTED QUORL_CODE(0x8000FFFF)            /* too late, or not in this state */
-#define E_OUTOFMEMORY QUORL_CODE(0x8007000E)           /* memory ran out */
-#define E_INVALIDARG QUORL_CODE(0x80070057)            /* an argument out of its contract */
-#define DISP_E_MEMBERNOTFOUND QUORL_CODE(0x80020003)   /* no such member, or not of this kind */
-#define DISP_E_PARAMNOTFOUND QUORL_CODE(0x80020004)    /* unknown named argument; also: Missing */
-#define DISP_E_TYPEMISMATCH QUORL_CODE(0x80020005)     /* a value of no known type */
-#define DISP_E_UNKNOWNNAME QUORL_CODE(0x80020006)      /* no member or argument of that name */
-#define DISP_E_EXCEPTION QUORL_CODE(0x80020009)        /* the member failed; see EXCEPINFO */
-#define DISP_E_BADINDEX QUORL_CODE(0x8002000B)         /* a subscript out of bounds */
-#define DISP_E_BADPARAMCOUNT QUORL_CODE(0x8002000E)    /* too many arguments */
-#define DISP_E_PARAMNOTOPTIONAL QUORL_CODE(0x8002000F) /* a required argument is absent */
-#define CLASS_E_NOAGGREGATION QUORL_CODE(0x80040110)   /* no object is made as part of another */
+#define E_NOINTERFACE QUORL_CODE(0x80004002)             /* the object has no such interface */
+#define E_POINTER QUORL_CODE(0x80004003)                 /* a null pointer where none may stand */
+#define E_UNEXPECTED QUORL_CODE(0x8000FFFF)              /* too late, or not in this state */
+#define E_OUTOFMEMORY QUORL_CODE(0x8007000E)             /* memory ran out */
+#define E_INVALIDARG QUORL_CODE(0x80070057)              /* an argument out of its contract */
+#define DISP_E_MEMBERNOTFOUND QUORL_CODE(0x80020003)     /* no such member, or not of this kind */
+#define DISP_E_PARAMNOTFOUND QUORL_CODE(0x80020004)      /* unknown named argument; also: Missing */
+#define DISP_E_TYPEMISMATCH QUORL_CODE(0x80020005)       /* a value of no known type */
+#define DISP_E_UNKNOWNNAME QUORL_CODE(0x80020006)        /* no member or argument of that name */
+#define DISP_E_EXCEPTION QUORL_CODE(0x80020009)          /* the member failed; see EXCEPINFO */
+#define DISP_E_BADINDEX QUORL_CODE(0x8002000B)           /* a subscript out of bounds */
+#define DISP_E_BADPARAMCOUNT QUORL_CODE(0x8002000E)      /* too many arguments */
+#define DISP_E_PARAMNOTOPTIONAL QUORL_CODE(0x8002000F)   /* a required argument is absent */
+#define CLASS_E_NOAGGREGATION QUORL_CODE(0x80040110)     /* no object is made as part of another */
 #define CLASS_E_CLASSNOTAVAILABLE QUORL_CODE(0x80040111) /* no such class; or it is not global */
-#define REGDB_E_CLASSNOTREG QUORL_CODE(0x80040154)     /* the class is not registered */
-#define CO_E_CLASSSTRING QUORL_CODE(0x800401F3)        /* malformed identifier or unknown name */
-#define QUORL_E_NOTLOADABLE QUORL_CODE(0x8007007E)     /* the component's library does not load */
+#define REGDB_E_CLASSNOTREG QUORL_CODE(0x80040154)       /* the class is not registered */
+#define CO_E_CLASSSTRING QUORL_CODE(0x800401F3)          /* malformed identifier or unknown name */
+#define QUORL_E_NOTLOADABLE QUORL_CODE(0x8007007E)       /* the component's library does not load */
 
 /* ----------------------------------------------------------------------------------- values -- */
 
@@ -122,7 +119,7 @@ typedef struct VARIANT {
     int32_t i4;
     float r4;
     double r8;
-    int64_t cy; /* ten-thousandths */
+    int64_t cy;  /* ten-thousandths */
     double date; /* days from 1899-12-30 */
     BSTR bstr;
     struct QuorlDispatch* dispatch;
@@ -175,24 +172,25 @@ enum {
 
 /* Every object is a pointer to a pointer to its table, whose slots 0 to 2 are these. QueryInterface
  * answers the identifiers below, each class's own, and every identifier the class ever had. */
-#define QUORL_UNKNOWN_SLOTS(Self)                                                 \
-  HRESULT (*QueryInterface)(Self * self, const GUID* identifier, void** out);     \
-  uint32_t (*AddRef)(Self * self);                                                \
+#define QUORL_UNKNOWN_SLOTS(Self)                                             \
+  HRESULT (*QueryInterface)(Self * self, const GUID* identifier, void** out); \
+  uint32_t (*AddRef)(Self * self);                                            \
   uint32_t (*Release)(Self * self)
 
 /* Slots 3 to 6. In GetIDsOfNames the first name is a member's, those behind it its arguments'; an
- * argument's identifier is its position from 0. Case does not count. `identifier` and `lcid` are not
- * looked at. The last three pointers of Invoke may be null; wrong_argument tells which element of
- * the array is meant by DISP_E_PARAMNOTFOUND. */
-#define QUORL_DISPATCH_SLOTS(Self)                                                              \
-  QUORL_UNKNOWN_SLOTS(Self);                                                                    \
-  HRESULT (*GetTypeInfoCount)(Self * self, uint32_t * count);                                   \
-  HRESULT (*GetTypeInfo)(Self * self, uint32_t index, uint32_t lcid, void** out);               \
-  HRESULT (*GetIDsOfNames)(Self * self, const GUID* identifier, const char16_t** names,         \
-                           uint32_t count, uint32_t lcid, int32_t* ids);                        \
-  HRESULT (*Invoke)(Self * self, int32_t id, const GUID* identifier, uint32_t lcid,             \
-                    uint16_t flags, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,   \
-                    uint32_t* wrong_argument)
+ * argument's identifier is its position from 0. Case does not count. `identifier` and `lcid` are
+ * not looked at. The last three pointers of Invoke may be null; wrong_argument tells which element
+ * of the array is meant by DISP_E_PARAMNOTFOUND. */
+#define QUORL_DISPATCH_SLOTS(Self)                                                             \
+  QUORL_UNKNOWN_SLOTS(Self);                                                                   \
+  HRESULT (*GetTypeInfoCount)(Self * self, uint32_t * count);                                  \
+  HRESULT (*GetTypeInfo)(Self * self, uint32_t index, uint32_t lcid, void** out);              \
+  HRESULT(*GetIDsOfNames)                                                                      \
+  (Self * self, const GUID* identifier, const char16_t** names, uint32_t count, uint32_t lcid, \
+   int32_t* ids);                                                                              \
+  HRESULT(*Invoke)                                                                             \
+  (Self * self, int32_t id, const GUID* identifier, uint32_t lcid, uint16_t flags,             \
+   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info, uint32_t* wrong_argument)
 
 #define QUORL_OBJECT(Name)                \
   typedef struct Name Name;               \
@@ -214,7 +212,8 @@ struct QuorlDispatchTable {
 QUORL_OBJECT(QuorlClassFactory);
 struct QuorlClassFactoryTable {
   QUORL_UNKNOWN_SLOTS(QuorlClassFactory);
-  HRESULT (*CreateInstance)(QuorlClassFactory* self, void* outer, const GUID* identifier, void** out);
+  HRESULT(*CreateInstance)
+  (QuorlClassFactory* self, void* outer, const GUID* identifier, void** out);
   HRESULT (*LockServer)(QuorlClassFactory* self, int32_t lock);
 };
 
@@ -264,9 +263,9 @@ typedef struct QuorlFunction {
 } QuorlFunction;
 
 typedef struct QuorlArgument {
-  uint16_t type;   /* a VT number, with VT_BYREF where the member writes back */
-  int16_t optional; /* -1 where it may be left out */
-  BSTR name;       /* the caller's to end */
+  uint16_t type;         /* a VT number, with VT_BYREF where the member writes back */
+  int16_t optional;      /* -1 where it may be left out */
+  BSTR name;             /* the caller's to end */
   VARIANT default_value; /* the caller's to end; Missing where there is none */
 } QuorlArgument;
 
@@ -276,18 +275,20 @@ struct QuorlTypeInfoTable {
   HRESULT (*GetTypeAttributes)(QuorlTypeInfo* self, QuorlTypeAttributes* out);
   /* The entry at a place of the table, from 0; DISP_E_BADINDEX behind the last. */
   HRESULT (*GetFunction)(QuorlTypeInfo* self, uint32_t index, QuorlFunction* out);
-  HRESULT (*GetArgument)(QuorlTypeInfo* self, uint32_t index, uint32_t argument,
-                         QuorlArgument* out);
+  HRESULT(*GetArgument)
+  (QuorlTypeInfo* self, uint32_t index, uint32_t argument, QuorlArgument* out);
   /* A member's name and help string by its identifier, the class's own for id -1. Each out pointer
    * may be null; the texts are the caller's to end. */
   HRESULT (*GetDocumentation)(QuorlTypeInfo* self, int32_t id, BSTR* name, BSTR* help);
   /* As the object's own GetIDsOfNames. */
-  HRESULT (*GetIDsOfNames)(QuorlTypeInfo* self, const char16_t** names, uint32_t count,
-                           int32_t* ids);
+  HRESULT(*GetIDsOfNames)
+  (QuorlTypeInfo* self, const char16_t** names, uint32_t count, int32_t* ids);
 };
 
-#define QUORL_SYSTEM_GUID(first) \
-  { first, 0, 0, { 0xC0, 0, 0, 0, 0, 0, 0, 0x46 } }
+#define QUORL_SYSTEM_GUID(first)                  \
+  {                                               \
+    first, 0, 0, { 0xC0, 0, 0, 0, 0, 0, 0, 0x46 } \
+  }
 
 static const GUID IID_IUnknown = QUORL_SYSTEM_GUID(0x00000000);
 static const GUID IID_IDispatch = QUORL_SYSTEM_GUID(0x00020400);
@@ -342,7 +343,7 @@ HRESULT SetErrorInfo(uint32_t reserved, void* info);
 
 /* "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}", either case on reading, with the braces. */
 HRESULT CLSIDFromString(const char16_t* text, GUID* out);
-/* Writes 38 characters and a zero; the number written, 0 if `capacity` is too small. */
+/* Writes 38 characters and a zero; gives 39, or 0 if `capacity` is too small. */
 int32_t StringFromGUID2(const GUID* guid, char16_t* buffer, int32_t capacity);
 
 /* Classes, by what is registered below HKEY_CLASSES_ROOT. `context` is not looked at. */
@@ -365,6 +366,299 @@ HRESULT QuorlSetStore(const char16_t* user_folder, const char16_t* machine_folde
 /* Loads a component and has it register or unregister itself. */
 HRESULT QuorlRegister(const char16_t* path);
 HRESULT QuorlUnregister(const char16_t* path);
+
+/* ---------------------------------------------------- the classes, from libquorl's catalogue -- */
+
+/* Generated by the program describe ("describe tables"); do not edit between the two marks. */
+/* begin generated */
+/* clang-format off */
+
+enum QuorlAlignentEnum {
+  qlAlignLeft = 0,
+  qlAlignRight = 1,
+  qlAlignCenter = 2,
+  qlAlignGeneral = 3
+};
+
+enum QuorlRegionalItemEnum {
+  riNumDecimalChar = 0,
+  riNumThousandChar = 1,
+  riMonDecimalChar = 2,
+  riMonThousandChar = 3
+};
+
+enum QuorlHKeyEnum {
+  HKEY_CLASSES_ROOT = -2147483647 - 1,
+  HKEY_CURRENT_USER = -2147483647,
+  HKEY_LOCAL_MACHINE = -2147483646,
+  HKEY_USERS = -2147483645,
+  HKEY_PERFORMANCE_DATA = -2147483644,
+  HKEY_CURRENT_CONFIG = -2147483643,
+  HKEY_DYN_DATA = -2147483642
+};
+
+enum QuorlRegTypeEnum {
+  REG_NONE = 0,
+  REG_SZ = 1,
+  REG_DWORD = 4,
+  REG_BINARY = 3
+};
+
+enum QuorlRegModeEnum {
+  qlWinRegCurrentUser = 0,
+  qlWinRegLocalMachine = 1
+};
+
+QUORL_OBJECT(QuorlMath);
+QUORL_OBJECT(QuorlDates);
+QUORL_OBJECT(QuorlStrings);
+QUORL_OBJECT(QuorlDbLib);
+QUORL_OBJECT(QuorlRollBuffer);
+QUORL_OBJECT(QuorlComboBoxEx);
+QUORL_OBJECT(QuorlForms);
+QUORL_OBJECT(QuorlGlobal);
+QUORL_OBJECT(QuorlRegional);
+QUORL_OBJECT(QuorlGUIDs);
+QUORL_OBJECT(QuorlRegistry);
+QUORL_OBJECT(QuorlMoney);
+
+/* Quorl.Math, a global class */
+static const GUID QUORL_CLSID_Math = {
+    0x6301BBFC, 0xCDDE, 0x4047, {0x8A, 0x6F, 0x7F, 0xB7, 0x7E, 0x3A, 0xA1, 0x5C}};
+static const GUID QUORL_IID_Math = {
+    0x7323691B, 0xC1B8, 0x4582, {0x9D, 0x2F, 0x2E, 0x8D, 0x4C, 0xC2, 0xAC, 0xEA}};
+struct QuorlMathTable {
+  QUORL_DISPATCH_SLOTS(QuorlMath);
+  HRESULT (*StdRound)(QuorlMath* self, VARIANT Nombre, int32_t Nombredecimales, VARIANT* result);
+  HRESULT (*FixRound)(QuorlMath* self, double Nombre, int32_t Nombredecimales, double* result);
+  HRESULT (*RoundSup)(QuorlMath* self, double Nombre, int32_t Nombredecimales, double* result);
+  HRESULT (*RoundInf)(QuorlMath* self, double Nombre, int32_t Nombredecimales, double* result);
+  HRESULT (*Min)(QuorlMath* self, VARIANT Expression1, VARIANT Expression2, VARIANT* result);
+  HRESULT (*Max)(QuorlMath* self, VARIANT Expression1, VARIANT Expression2, VARIANT* result);
+  HRESULT (*IsNullOrZero)(QuorlMath* self, VARIANT Value, VARIANT Default, VARIANT* result);
+  HRESULT (*ZeroAsNull)(QuorlMath* self, VARIANT Value, VARIANT* result);
+  HRESULT (*ZeroOrOneAsNull)(QuorlMath* self, VARIANT Value, VARIANT* result);
+  HRESULT (*NullOrZeroAsOne)(QuorlMath* self, VARIANT Value, VARIANT* result);
+  HRESULT (*StdTruncate)(QuorlMath* self, VARIANT Nombre, int32_t Nombredecimales, VARIANT* result);
+  HRESULT (*Round2019)(QuorlMath* self, VARIANT Nombre, VARIANT* result);
+};
+
+/* Quorl.Dates, a global class */
+static const GUID QUORL_CLSID_Dates = {
+    0x64CCDCF9, 0x43C4, 0x42F3, {0xA2, 0x91, 0x20, 0xBA, 0x6C, 0xFB, 0x93, 0xFE}};
+static const GUID QUORL_IID_Dates = {
+    0x37D047C9, 0x7357, 0x4153, {0xA4, 0xDA, 0x56, 0x52, 0x68, 0x22, 0xB3, 0x75}};
+struct QuorlDatesTable {
+  QUORL_DISPATCH_SLOTS(QuorlDates);
+  HRESULT (*IsDateOrEmpty)(QuorlDates* self, BSTR Text, int16_t* result);
+};
+
+/* Quorl.Strings, a global class */
+static const GUID QUORL_CLSID_Strings = {
+    0x98DAA4BF, 0x9001, 0x4DA6, {0x97, 0xB6, 0xCB, 0xDB, 0x5E, 0x6A, 0xEA, 0x04}};
+static const GUID QUORL_IID_Strings = {
+    0xA40F8266, 0x96AA, 0x4AED, {0xB7, 0xE1, 0xED, 0x68, 0xED, 0xB5, 0xA5, 0x0E}};
+struct QuorlStringsTable {
+  QUORL_DISPATCH_SLOTS(QuorlStrings);
+  HRESULT (*IsEmptyString)(QuorlStrings* self, BSTR Text, int16_t* result);
+  HRESULT (*IfIsNull)(QuorlStrings* self, VARIANT Value, VARIANT ReplaceValue, VARIANT* result);
+  HRESULT (*Padl)(QuorlStrings* self, BSTR Text, int32_t Length, BSTR PadChar, BSTR* result);
+  HRESULT (*Padr)(QuorlStrings* self, BSTR Text, int32_t Length, BSTR PadChar, BSTR* result);
+  HRESULT (*Pluriel)(QuorlStrings* self, BSTR Text, BSTR* result);
+  HRESULT (*ProperCase)(QuorlStrings* self, BSTR Text, BSTR* result);
+  HRESULT (*NbrTokens)(QuorlStrings* self, BSTR Text, BSTR Separator, BSTR* result);
+  HRESULT (*GetToken)(QuorlStrings* self, BSTR Text, BSTR Separator, int32_t Index, BSTR* result);
+  HRESULT (*StrCount)(QuorlStrings* self, BSTR Text, BSTR SubString, int32_t* result);
+  HRESULT (*StrTran)(QuorlStrings* self, BSTR Text, BSTR OldSubString, BSTR NewSubString, BSTR* result);
+  HRESULT (*AphpaNumericOf)(QuorlStrings* self, BSTR Text, BSTR* result);
+  HRESULT (*DigitsOf)(QuorlStrings* self, BSTR Text, BSTR* result);
+  HRESULT (*WinVal)(QuorlStrings* self, BSTR Text, double* result);
+  HRESULT (*AlphpaNumericOf)(QuorlStrings* self, BSTR Text, BSTR* result);
+  HRESULT (*AlphpabeticOf)(QuorlStrings* self, BSTR Text, BSTR* result);
+  HRESULT (*RTrimEx)(QuorlStrings* self, BSTR Text, BSTR Char, BSTR* result);
+  HRESULT (*LTrimEx)(QuorlStrings* self, BSTR Text, BSTR Char, BSTR* result);
+  HRESULT (*IsVoyelle)(QuorlStrings* self, BSTR Text, int16_t* result);
+  HRESULT (*IndexOf)(QuorlStrings* self, BSTR cText, BSTR cSubString, int32_t nStart, int32_t nCount, int16_t* result);
+  HRESULT (*Contains)(QuorlStrings* self, BSTR cText, BSTR cSubString, int32_t nStart, int32_t nCount, int16_t* result);
+  HRESULT (*IndexOfAny)(QuorlStrings* self, BSTR cText, BSTR cAnyOf, int32_t nStart, int32_t nCount, int16_t* result);
+  HRESULT (*ContainsAny)(QuorlStrings* self, BSTR cText, BSTR cAnyOf, int32_t nStart, int32_t nCount, int16_t* result);
+  HRESULT (*IsDigits)(QuorlStrings* self, BSTR Text, int16_t* result);
+  HRESULT (*TruncateMiddle)(QuorlStrings* self, BSTR Text, int32_t Length, int32_t DotsPosition, BSTR* result);
+};
+
+/* Quorl.DbLib, a global class */
+static const GUID QUORL_CLSID_DbLib = {
+    0x3AD8132F, 0x7B98, 0x4D84, {0x94, 0xE8, 0xF9, 0xA8, 0x11, 0xD6, 0x9E, 0x6C}};
+static const GUID QUORL_IID_DbLib = {
+    0xA6202E8E, 0x6D49, 0x4B63, {0x91, 0x04, 0x78, 0x3E, 0x54, 0xFA, 0x3E, 0x74}};
+struct QuorlDbLibTable {
+  QUORL_DISPATCH_SLOTS(QuorlDbLib);
+  HRESULT (*FieldPos)(QuorlDbLib* self, BSTR FieldName, VARIANT Fields, int16_t* result);
+  HRESULT (*StrFieldValue)(QuorlDbLib* self, VARIANT FieldValue, BSTR* result);
+  HRESULT (*GuidFieldValue)(QuorlDbLib* self, VARIANT GUID, BSTR* result);
+  HRESULT (*NumFieldValue)(QuorlDbLib* self, VARIANT FieldValue, VARIANT* result);
+  HRESULT (*DateFieldValue)(QuorlDbLib* self, VARIANT FieldValue, double* result);
+  HRESULT (*StrDateFieldValue)(QuorlDbLib* self, VARIANT FieldValue, BSTR* result);
+  HRESULT (*BoolFieldValue)(QuorlDbLib* self, VARIANT FieldValue, int16_t* result);
+  HRESULT (*TriStateFieldValue)(QuorlDbLib* self, VARIANT FieldValue, int16_t* result);
+  HRESULT (*StrToField)(QuorlDbLib* self, BSTR Text, VARIANT* result);
+  HRESULT (*StrGuidToField)(QuorlDbLib* self, BSTR Text, VARIANT* result);
+  HRESULT (*StrNumToField)(QuorlDbLib* self, BSTR Text, VARIANT* result);
+  HRESULT (*StrDateToField)(QuorlDbLib* self, BSTR Text, VARIANT* result);
+  HRESULT (*TriStateToBoolField)(QuorlDbLib* self, int32_t NumValue, VARIANT* result);
+  HRESULT (*DotStrFieldValue)(QuorlDbLib* self, VARIANT FieldValue, BSTR* result);
+  HRESULT (*DotStrNumToField)(QuorlDbLib* self, BSTR Text, VARIANT* result);
+  HRESULT (*DuplicateQuotte)(QuorlDbLib* self, BSTR Text, BSTR* result);
+  HRESULT (*SpaceIfEmptyOrNull)(QuorlDbLib* self, VARIANT xVar, BSTR* result);
+};
+
+/* Quorl.RollBuffer, made by its hosts */
+static const GUID QUORL_CLSID_RollBuffer = {
+    0x04B01553, 0x355D, 0x4895, {0xA2, 0x6A, 0x3C, 0xD3, 0xD0, 0x67, 0xFB, 0x90}};
+static const GUID QUORL_IID_RollBuffer = {
+    0x970A1A4F, 0x9A4F, 0x409A, {0x98, 0x91, 0x85, 0x90, 0x23, 0xEC, 0x99, 0xD1}};
+struct QuorlRollBufferTable {
+  QUORL_DISPATCH_SLOTS(QuorlRollBuffer);
+  HRESULT (*get_BufferSize)(QuorlRollBuffer* self, int32_t* result);
+  HRESULT (*put_BufferSize)(QuorlRollBuffer* self, int32_t New_BufferSize);
+  HRESULT (*get_Count)(QuorlRollBuffer* self, int32_t* result);
+  HRESULT (*get_Index)(QuorlRollBuffer* self, int32_t* result);
+  HRESULT (*put_Index)(QuorlRollBuffer* self, int32_t New_Index);
+  HRESULT (*get_CurrentItem)(QuorlRollBuffer* self, VARIANT* result);
+  HRESULT (*put_CurrentItem)(QuorlRollBuffer* self, VARIANT New_Item);
+  HRESULT (*get_Items)(QuorlRollBuffer* self, int32_t Index, VARIANT* result);
+  HRESULT (*get_BOF)(QuorlRollBuffer* self, int16_t* result);
+  HRESULT (*get_OnFirst)(QuorlRollBuffer* self, int16_t* result);
+  HRESULT (*get_OnLast)(QuorlRollBuffer* self, int16_t* result);
+  HRESULT (*get_EOF)(QuorlRollBuffer* self, int16_t* result);
+  HRESULT (*Clear)(QuorlRollBuffer* self);
+  HRESULT (*AddItem)(QuorlRollBuffer* self, VARIANT Item);
+  HRESULT (*MoveFirst)(QuorlRollBuffer* self);
+  HRESULT (*MoveLast)(QuorlRollBuffer* self);
+  HRESULT (*MoveNext)(QuorlRollBuffer* self);
+  HRESULT (*MovePrevious)(QuorlRollBuffer* self);
+};
+
+/* Quorl.ComboBoxEx, a global class */
+static const GUID QUORL_CLSID_ComboBoxEx = {
+    0xEEBB6992, 0xA8B7, 0x4074, {0x81, 0xB2, 0x4C, 0x0D, 0xFB, 0xF8, 0x0D, 0xF3}};
+static const GUID QUORL_IID_ComboBoxEx = {
+    0x6A28A832, 0x185F, 0x40F4, {0x8C, 0xC7, 0xD8, 0x4B, 0x01, 0x52, 0xE1, 0x45}};
+struct QuorlComboBoxExTable {
+  QUORL_DISPATCH_SLOTS(QuorlComboBoxEx);
+  HRESULT (*CmbSelectMatchString)(QuorlComboBoxEx* self, QuorlDispatch* Combo, BSTR Text, int32_t Length);
+  HRESULT (*CmbSelectMatchToken)(QuorlComboBoxEx* self, QuorlDispatch* Combo, BSTR Text, int32_t Index);
+  HRESULT (*CmbSelectMatchSubString)(QuorlComboBoxEx* self, QuorlDispatch* Combo, BSTR Text, int32_t Start, int32_t Length);
+  HRESULT (*CmbSelectItemData)(QuorlComboBoxEx* self, QuorlDispatch* Combo, int32_t ItemData);
+  HRESULT (*CmbCurrentItemData)(QuorlComboBoxEx* self, QuorlDispatch* Combo, int32_t DefValue, int32_t* result);
+};
+
+/* Quorl.Forms, a global class */
+static const GUID QUORL_CLSID_Forms = {
+    0x78B99E7A, 0x7BC2, 0x4EC3, {0x8D, 0x01, 0xC1, 0xF1, 0x31, 0x84, 0x74, 0x92}};
+static const GUID QUORL_IID_Forms = {
+    0x59A250C7, 0xDE4E, 0x4A24, {0x80, 0xC1, 0x76, 0x62, 0x63, 0x8B, 0x0E, 0xC8}};
+struct QuorlFormsTable {
+  QUORL_DISPATCH_SLOTS(QuorlForms);
+  HRESULT (*InitFormSettings)(QuorlForms* self, QuorlDispatch* Frm, QuorlDispatch* Container, double Width, double Height);
+  HRESULT (*SaveFormSettings)(QuorlForms* self, QuorlRegistry* Reg, QuorlDispatch* Frm, VARIANT FrmName);
+  HRESULT (*GetFormSettings)(QuorlForms* self, QuorlRegistry* Reg, QuorlDispatch* Frm, VARIANT FrmName);
+};
+
+/* Quorl.Global, a global class */
+static const GUID QUORL_CLSID_Global = {
+    0x5E5BD2A4, 0xC29D, 0x475F, {0x92, 0xBB, 0xEE, 0xF3, 0x7A, 0xF4, 0x29, 0x0B}};
+static const GUID QUORL_IID_Global = {
+    0x7A2514A3, 0xDD85, 0x43A6, {0x9E, 0x8F, 0x8F, 0xF3, 0xC7, 0xD4, 0x3B, 0xF6}};
+struct QuorlGlobalTable {
+  QUORL_DISPATCH_SLOTS(QuorlGlobal);
+};
+
+/* Quorl.Regional, a global class */
+static const GUID QUORL_CLSID_Regional = {
+    0xE60E8228, 0xF086, 0x4E47, {0x98, 0x9B, 0x00, 0xE9, 0x7C, 0x56, 0xE1, 0x34}};
+static const GUID QUORL_IID_Regional = {
+    0x9F592C2F, 0x6699, 0x4520, {0xA7, 0x81, 0x44, 0xB5, 0x7C, 0x1C, 0x5F, 0x1E}};
+struct QuorlRegionalTable {
+  QUORL_DISPATCH_SLOTS(QuorlRegional);
+  HRESULT (*get_DecimalChar)(QuorlRegional* self, BSTR* result);
+  HRESULT (*get_ThousandChar)(QuorlRegional* self, BSTR* result);
+  HRESULT (*GetRegional)(QuorlRegional* self);
+  HRESULT (*ConvertDecimalPoint)(QuorlRegional* self, int16_t* KeyAscii);
+  HRESULT (*get_NumDecimalChar)(QuorlRegional* self, BSTR* result);
+  HRESULT (*get_NumThousandChar)(QuorlRegional* self, BSTR* result);
+  HRESULT (*get_MonDecimalChar)(QuorlRegional* self, BSTR* result);
+  HRESULT (*get_MonThousandChar)(QuorlRegional* self, BSTR* result);
+  HRESULT (*CheckRegional)(QuorlRegional* self, int16_t* result);
+  HRESULT (*SetRegional)(QuorlRegional* self, int32_t regionalItem, BSTR Value);
+};
+
+/* Quorl.GUIDs, a global class */
+static const GUID QUORL_CLSID_GUIDs = {
+    0x02E7FC9A, 0x568B, 0x46D2, {0xAD, 0x39, 0xB0, 0x3B, 0xD8, 0x88, 0x13, 0x8F}};
+static const GUID QUORL_IID_GUIDs = {
+    0x937E5E4E, 0x17A5, 0x497E, {0x89, 0x83, 0xED, 0x6B, 0xD2, 0x37, 0x8B, 0xAA}};
+struct QuorlGUIDsTable {
+  QUORL_DISPATCH_SLOTS(QuorlGUIDs);
+  HRESULT (*CreateGUID)(QuorlGUIDs* self, BSTR* result);
+  HRESULT (*GetNullGUID)(QuorlGUIDs* self, BSTR* result);
+  HRESULT (*GetZeroGUID)(QuorlGUIDs* self, BSTR* result);
+  HRESULT (*GetNumGUID)(QuorlGUIDs* self, int32_t Number, BSTR* result);
+};
+
+/* Quorl.Registry, made by its hosts */
+static const GUID QUORL_CLSID_Registry = {
+    0x39C5FA8F, 0x7236, 0x4C1C, {0xAF, 0x82, 0xA4, 0x41, 0x05, 0xA9, 0xB7, 0x1D}};
+static const GUID QUORL_IID_Registry = {
+    0x4323591E, 0x72F8, 0x48A5, {0xBD, 0x24, 0x4A, 0x2D, 0xEA, 0xA3, 0xBA, 0x33}};
+struct QuorlRegistryTable {
+  QUORL_DISPATCH_SLOTS(QuorlRegistry);
+  HRESULT (*put_HKey)(QuorlRegistry* self, int32_t New_HKey);
+  HRESULT (*get_HKey)(QuorlRegistry* self, int32_t* result);
+  HRESULT (*put_RootKeyName)(QuorlRegistry* self, BSTR New_RootKeyName);
+  HRESULT (*get_RootKeyName)(QuorlRegistry* self, BSTR* result);
+  HRESULT (*InitAbsolute)(QuorlRegistry* self, int32_t New_HKey, BSTR New_RootKeyName);
+  HRESULT (*InitApp)(QuorlRegistry* self, BSTR Compagny, BSTR AppName, int32_t Mode);
+  HRESULT (*KeyFullName)(QuorlRegistry* self, VARIANT KeyName, BSTR* result);
+  HRESULT (*KeyExists)(QuorlRegistry* self, VARIANT KeyName, int16_t* result);
+  HRESULT (*GetValue)(QuorlRegistry* self, BSTR KeyName, BSTR ValueName, VARIANT Default, VARIANT* result);
+  HRESULT (*SaveValue)(QuorlRegistry* self, BSTR KeyName, BSTR ValueName, VARIANT Value, int32_t dataType);
+  HRESULT (*GetAllValues)(QuorlRegistry* self, BSTR KeyName, VARIANT* result);
+  HRESULT (*GetSubKeys)(QuorlRegistry* self, BSTR KeyName, int32_t Levels, VARIANT* result);
+  HRESULT (*DeleteKey)(QuorlRegistry* self, BSTR KeyName);
+  HRESULT (*DeleteValue)(QuorlRegistry* self, BSTR KeyName, BSTR ValueName);
+  HRESULT (*CopyKey)(QuorlRegistry* self, BSTR SourceKeyName, BSTR DestinationKeyName);
+};
+
+/* Quorl.Money, made by its hosts */
+static const GUID QUORL_CLSID_Money = {
+    0x0553AA64, 0xC47C, 0x467D, {0xB2, 0xDD, 0x13, 0xC6, 0x58, 0xFB, 0xCA, 0x74}};
+static const GUID QUORL_IID_Money = {
+    0xF503D1C2, 0x065D, 0x4814, {0xB9, 0xE9, 0xB6, 0x3B, 0x02, 0x6B, 0xDA, 0x21}};
+struct QuorlMoneyTable {
+  QUORL_DISPATCH_SLOTS(QuorlMoney);
+  HRESULT (*get_Value)(QuorlMoney* self, int64_t* result);
+  HRESULT (*put_Value)(QuorlMoney* self, int64_t New_Value);
+  HRESULT (*get_Unit)(QuorlMoney* self, BSTR* result);
+  HRESULT (*put_Unit)(QuorlMoney* self, BSTR New_Unit);
+  HRESULT (*get_Units)(QuorlMoney* self, BSTR* result);
+  HRESULT (*put_Units)(QuorlMoney* self, BSTR New_Units);
+  HRESULT (*get_SubUnit)(QuorlMoney* self, BSTR* result);
+  HRESULT (*put_SubUnit)(QuorlMoney* self, BSTR New_SubUnit);
+  HRESULT (*get_SubUnits)(QuorlMoney* self, BSTR* result);
+  HRESULT (*put_SubUnits)(QuorlMoney* self, BSTR New_SubUnits);
+  HRESULT (*get_UnitKind)(QuorlMoney* self, int16_t* result);
+  HRESULT (*put_UnitKind)(QuorlMoney* self, int32_t New_UnitKind);
+  HRESULT (*get_SubUnitKind)(QuorlMoney* self, int16_t* result);
+  HRESULT (*put_SubUnitKind)(QuorlMoney* self, int32_t New_SubUnitKind);
+  HRESULT (*get_SubUnitRow)(QuorlMoney* self, int16_t* result);
+  HRESULT (*put_SubUnitRow)(QuorlMoney* self, int32_t New_SubUnitRow);
+  HRESULT (*get_Language)(QuorlMoney* self, BSTR* result);
+  HRESULT (*put_Language)(QuorlMoney* self, BSTR New_Language);
+  HRESULT (*ToText)(QuorlMoney* self, int64_t Value, BSTR* result);
+};
+/* clang-format on */
+/* end generated */
 
 /* ----------------------------------------------------------------- exports of a component -- */
 

@@ -6,14 +6,13 @@
 #include "quorl/runtime/compare.hpp"
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/date_text.hpp"
+#include "quorl/runtime/guid_text.hpp"
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/raised_error.hpp"
 #include "quorl/runtime/text.hpp"
 
 namespace quorl {
 namespace {
-
-constexpr StringView kZeroGuid = u"{00000000-0000-0000-0000-000000000000}";
 
 // The third state of a truth value: no value.
 constexpr Int16 kNoState = 2;
@@ -51,7 +50,7 @@ Int16 DbLib::FieldPos(StringView FieldName, const Variant& Fields) {
 String DbLib::StrFieldValue(const Variant& FieldValue) { return TrimmedText(FieldValue, ToString); }
 
 String DbLib::GuidFieldValue(const Variant& GUID) {
-  return GUID.IsNull() ? CopyOf(kZeroGuid) : ToString(GUID);
+  return GUID.IsNull() ? CopyOf(kZeroGuidText) : ToString(GUID);
 }
 
 Variant DbLib::NumFieldValue(const Variant& FieldValue) {
@@ -82,7 +81,7 @@ Variant DbLib::StrToField(StringView Text) {
 }
 
 Variant DbLib::StrGuidToField(StringView Text) {
-  if (Text == kZeroGuid) return Null;
+  if (Text == kZeroGuidText) return Null;
   return CopyOf(Text);
 }
 

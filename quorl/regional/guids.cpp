@@ -10,46 +10,15 @@
 #include <optional>
 #include <span>
 
+#include "quorl/runtime/guid_text.hpp"
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/raised_error.hpp"
 
 namespace quorl {
 namespace {
 
-constexpr StringView kZeroGuid = u"{00000000-0000-0000-0000-000000000000}";
 constexpr StringView kAllOnesGuid = u"{FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF}";
 constexpr StringView kEightDigits = u"00000000";
-
-// In the order in which the text shows them.
-using GuidBytes = std::array<Byte, 16>;
-
-// Where the text shows each byte's two digits.
-constexpr auto kPlaces = [] {
-  std::array<std::size_t, GuidBytes{}.size()> places{};
-  std::size_t at = 0;
-  for (std::size_t& place : places) {
-    place = at = kZeroGuid.find(u"00", at);
-    at += 2;
-  }
-  return places;
-}();
-
-constexpr auto kDigitPairs = [] {
-  constexpr StringView kDigits = u"0123456789ABCDEF";
-  std::array<std::array<char16_t, 2>, 256> pairs{};
-  for (std::size_t byte = 0; byte < pairs.size(); ++byte) {
-    pairs[byte] = {kDigits[byte / 16], kDigits[byte % 16]};
-  }
-  return pairs;
-}();
-
-String TextOf(const GuidBytes& guid) {
-  String text(kZeroGuid);
-  for (std::size_t i = 0; i < guid.size(); ++i) {
-    std::ranges::copy(kDigitPairs[guid[i]], text.begin() + static_cast<std::ptrdiff_t>(kPlaces[i]));
-  }
-  return text;
-}
 
 // False if the system gives no randomness; `bytes` is then of no use.
 bool FillFromSystem(std::span<Byte> bytes) noexcept {
@@ -127,7 +96,7 @@ std::optional<GuidBytes> NewGuid() noexcept {
 String GUIDs::CreateGUID() {
   const std::optional<GuidBytes> guid = NewGuid();
   if (!guid) return {};
-  return WithinMemory([&] { return TextOf(*guid); });
+  return WithinMemory([&] { return WriteGuid(*guid); });
 }
 
 String GUIDs::GetNullGUID() {
@@ -135,14 +104,14 @@ String GUIDs::GetNullGUID() {
 }
 
 String GUIDs::GetZeroGUID() {
-  return WithinMemory([] { return String(kZeroGuid); });
+  return WithinMemory([] { return String(kZeroGuidText); });
 }
 
 String GUIDs::GetNumGUID(Int32 Number) {
   return WithinMemory([&] {
     String text(u"{");
     text.append(FormatNumber(Number, kEightDigits));
-    return text.append(kZeroGuid.substr(1 + kEightDigits.size()));
+    return text.append(kZeroGuidText.substr(1 + kEightDigits.size()));
   });
 }
 

@@ -1,7 +1,8 @@
 // `Regional`: the decimal and thousand separators that are in force, and those of the user's
 // settings.
 //
-// There are two sources, which need not agree: what the library itself reads and writes numbers with
+// There are two sources, which need not agree: what the library itself reads and writes numbers
+// with
 // (`Locale::Current()`, quorl/runtime/locale.hpp), and the text values "sDecimal", "sThousand",
 // "sMonDecimalSep" and "sMonThousandSep" of the key "Control Panel\International" below
 // HKEY_CURRENT_USER. An instance reads all six separators when it is made and keeps them: the
@@ -37,9 +38,9 @@ class Regional {
   String DecimalChar() const;
   String ThousandChar() const;
 
-  /// Reads all six separators afresh. A value that is absent from the settings gives the empty text,
-  /// one of another type the text that it converts to. Failures of `Registry::GetValue`, and 94 or
-  /// 13 for a value that has no text; what was read until then has changed.
+  /// Reads all six separators afresh. A value that is absent from the settings gives the empty
+  /// text, one of another type the text that it converts to. Failures of `Registry::GetValue`, and
+  /// 94 or 13 for a value that has no text; what was read until then has changed.
   void GetRegional();
 
   /// Turns a typed comma (44) or point (46) into the decimal separator: `KeyAscii` becomes the code

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "quorl/registry/key_reader.hpp"
 #include "quorl/registry/open_key.hpp"
 #include "quorl/registry/registry.hpp"
 #include "quorl/registry/store_failure.hpp"
@@ -19,27 +20,6 @@ namespace quorl {
 namespace {
 
 constexpr Int32 kColumns = 3;
-
-// One value as the store lists it. The buffers serve all rows: what a short value leaves of an
-// earlier one stays in them.
-struct ValueRow {
-  ValueRow(Int32 longest_name, Int32 longest_data)
-      : name(static_cast<std::size_t>(longest_name) + 1, '\0'),
-        data(static_cast<std::size_t>(longest_data) + 1) {}
-
-  Int32 Read(KeyHandle key, Int32 index) {
-    name_size = static_cast<Int32>(name.size());
-    data_size = static_cast<Int32>(data.size()) - 1;
-    return RegEnumValueA(key, index, name.data(), &name_size, nullptr, &type, data.data(),
-                         &data_size);
-  }
-
-  std::string name;
-  std::vector<Byte> data;
-  Int32 name_size = 0;
-  Int32 data_size = 0;
-  Int32 type = 0;
-};
 
 // The last subscript is counted in 16 bits.
 String BytesToStr(std::span<const Byte> bytes, Int32 length) {
@@ -59,37 +39,18 @@ Int32 BytesToLong(std::span<const Byte> bytes) {
 }
 
 Variant ContentOf(const ValueRow& row) {
-  switch (row.type) {
+  const std::vector<Byte>& bytes = row.Buffer();
+  switch (row.Type()) {
     case REG_SZ:
-      return BytesToStr(row.data, row.data_size);
+      return BytesToStr(bytes, row.Size());
     case REG_DWORD:
-      return BytesToLong(row.data);
+      return BytesToLong(bytes);
     default:
-      return Array::OfBytes({row.data.begin(), row.data.begin() + row.data_size});
+      return Array::OfBytes({bytes.begin(), bytes.begin() + row.Size()});
   }
 }
 
 bool IsKnown(Int32 type) { return type == REG_SZ || type == REG_BINARY || type == REG_DWORD; }
-
-std::string_view NameOf(const ValueRow& row) {
-  return std::string_view(row.name).substr(0, static_cast<std::size_t>(row.name_size));
-}
-
-struct KeyCounts {
-  Int32 subkeys = 0;
-  Int32 longest_subkey = 0;
-  Int32 values = 0;
-  Int32 longest_name = 0;
-  Int32 longest_data = 0;
-};
-
-Int32 QueryCounts(KeyHandle key, KeyCounts& counts) {
-  Int32 class_size = 0;
-  FileTime time;
-  return RegQueryInfoKeyA(key, "0", &class_size, nullptr, &counts.subkeys, &counts.longest_subkey,
-                          nullptr, &counts.values, &counts.longest_name, &counts.longest_data,
-                          nullptr, &time);
-}
 
 Variant ArrayOf(std::vector<String> texts) {
   Array array(VariantType::kString, {{0, static_cast<std::uint32_t>(texts.size())}});
@@ -109,12 +70,12 @@ Variant Registry::GetAllValues(StringView KeyName) {
     const auto rows = static_cast<std::size_t>(counts.values);
     Array table(VariantType::kVariant, {{0, static_cast<std::uint32_t>(rows)}, {0, kColumns}});
     const std::span<Variant> cells = table.WritableElements();
-    ValueRow row(counts.longest_name, counts.longest_data);
+    ValueRow row(counts);
     for (std::size_t i = 0; i < rows; ++i) {
       RequireDone(row.Read(key.Handle(), static_cast<Int32>(i)));
-      cells[i] = FromAnsi(NameOf(row));
+      cells[i] = FromAnsi(row.Name());
       cells[i + rows] = ContentOf(row);
-      cells[i + 2 * rows] = IsKnown(row.type) ? row.type : Int32{REG_NONE};
+      cells[i + 2 * rows] = IsKnown(row.Type()) ? row.Type() : Int32{REG_NONE};
     }
     return table;
   });
@@ -163,7 +124,7 @@ Variant Registry::GetSubKeys(StringView KeyName, Int32 Levels) {
 }
 
 void Registry::Enter(Walk& walk, String key_name) {
-  call_text_ = CallTextOf(u"doGetSubKeys", StringView(key_name));
+  call_text_ = CallTextOf(u"doGetSubKeys", key_name);
   OpenKey key = Open(key_name, kReadValues | kListSubkeys);
   const std::size_t place = walk.names.size();
   walk.names.push_back(std::move(key_name));

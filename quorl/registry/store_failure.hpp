@@ -2,6 +2,8 @@
 // that works on the store beside it. Internal to the library; free of threads' concerns.
 #pragma once
 
+#include <concepts>
+
 #include "quorl/runtime/concatenate.hpp"
 #include "quorl/runtime/types.hpp"
 #include "quorl/runtime/variant.hpp"
@@ -17,8 +19,14 @@ inline constexpr StringView kRegistrySource = u"qlWinRegistry";
 
 namespace detail {
 
-inline void AppendPiece(String& text, StringView piece) { text += piece; }
-inline void AppendPiece(String& text, const Variant& piece) { AppendText(text, piece); }
+template <class Piece>
+void AppendPiece(String& text, const Piece& piece) {
+  if constexpr (std::convertible_to<const Piece&, StringView>) {
+    text += StringView(piece);
+  } else {
+    AppendText(text, piece);
+  }
+}
 
 }  // namespace detail
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "quorl/runtime/raised_error.hpp"
+
 namespace quorl {
 namespace {
 
@@ -24,7 +26,7 @@ char16_t FromAnsi(unsigned char byte) noexcept {
 }
 
 String FromAnsi(std::string_view bytes) {
-  String text(bytes.size(), u'\0');
+  String text = WithinMemory([&] { return String(bytes.size(), u'\0'); });
   std::ranges::transform(bytes, text.begin(),
                          [](char byte) { return FromAnsi(static_cast<unsigned char>(byte)); });
   return text;
@@ -38,7 +40,7 @@ unsigned char ToAnsi(char16_t unit) noexcept {
 }
 
 std::string ToAnsi(StringView text) {
-  std::string bytes(text.size(), '\0');
+  std::string bytes = WithinMemory([&] { return std::string(text.size(), '\0'); });
   std::ranges::transform(text, bytes.begin(),
                          [](char16_t unit) { return static_cast<char>(ToAnsi(unit)); });
   return bytes;

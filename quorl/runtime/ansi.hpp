@@ -1,5 +1,6 @@
 // Single-byte text of the store: Windows-1252. The five bytes without a character there (81, 8D,
-// 8F, 90, 9D) stand for the control character of the same number, so that every byte comes back.
+// 8F, 90, 9D) stand for the control character of the same number, so that every byte comes back. A
+// result that memory does not hold raises failure 7.
 #pragma once
 
 #include <string>

@@ -12,7 +12,7 @@ Double RoundToDecimals(Double value, int decimals);
 /// Toward zero. Failure 6 if the cut value does not fit an Int32, and for NaN.
 Int32 TruncateToInt32(Double value);
 
-/// 10 to a power, as a Double; 0 far below 1. Failure 6 above 308.
+/// The Double nearest to 10 to a power; 0 below -323. Failure 6 above 308.
 Double PowerOfTen(int exponent);
 
 /// Failure 6 where the result is beyond the range.
@@ -28,8 +28,9 @@ Double Divide(Double left, Double right);
 /// that is no number and whatever is no number at all.
 Variant Multiply(const Variant& left, const Variant& right);
 
-/// Variant division: a Double, or a Single where neither side is wider than that. Failures 6 and 11
-/// for division by zero as above; Null and 13 as for multiplication.
+/// Variant division: a Single where one side is a Single and the other a Single, an Int16 or
+/// narrower, otherwise a Double. Failures 6 and 11 for division by zero as above; Null and 13 as
+/// for multiplication.
 Variant Divide(const Variant& left, const Variant& right);
 
 }  // namespace quorl

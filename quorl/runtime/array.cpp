@@ -1,5 +1,6 @@
 #include "quorl/runtime/array.hpp"
 
+#include <atomic>
 #include <limits>
 #include <utility>
 #include <variant>
@@ -11,9 +12,40 @@
 namespace quorl {
 
 struct Array::Storage {
+  using Elements = std::variant<std::vector<Byte>, std::vector<Variant>>;
+
+  Storage(VariantType element_type, std::vector<ArrayBound> dimensions, Elements content)
+      : element(element_type), bounds(std::move(dimensions)), elements(std::move(content)) {}
+  Storage(const Storage& other)
+      : element(other.element), bounds(other.bounds), elements(other.elements) {}
+  Storage& operator=(const Storage&) = delete;
+  // Arrays within arrays go one after the other: their depth must not become the stack's.
+  ~Storage() {
+    std::shared_ptr<Storage> doomed;
+    TakeLastReferencesTo(doomed);
+    while (doomed) {
+      const std::shared_ptr<Storage> current = std::move(doomed);
+      doomed = std::move(current->next_doomed);
+      current->TakeLastReferencesTo(doomed);
+    }
+  }
+
+  // Moves every array that only this one holds into the list.
+  void TakeLastReferencesTo(std::shared_ptr<Storage>& list) noexcept {
+    if (element != VariantType::kVariant) return;
+    for (Variant& held : std::get<std::vector<Variant>>(elements)) {
+      Array* const array = held.If<Array>();
+      if (array == nullptr || array->storage_.use_count() != 1) continue;
+      std::shared_ptr<Storage> taken = std::move(array->storage_);
+      taken->next_doomed = std::move(list);
+      list = std::move(taken);
+    }
+  }
+
   VariantType element;
   std::vector<ArrayBound> bounds;
-  std::variant<std::vector<Byte>, std::vector<Variant>> elements;
+  Elements elements;
+  std::shared_ptr<Storage> next_doomed;
 };
 
 namespace {
@@ -44,12 +76,18 @@ Variant ZeroOf(VariantType element) {
       return Empty;
     case VariantType::kObject:
       return Object();
-    case VariantType::kNull:
-    case VariantType::kMissing:
-    case VariantType::kArray:
-      Raise(FailureNumber::kInvalidArgument);
-    default:
+    case VariantType::kByte:
+    case VariantType::kInt16:
+    case VariantType::kInt32:
+    case VariantType::kSingle:
+    case VariantType::kDouble:
+    case VariantType::kCurrency:
+    case VariantType::kDate:
+    case VariantType::kString:
+    case VariantType::kBoolean:
       return ConvertTo(Empty, element);
+    default:
+      Raise(FailureNumber::kInvalidArgument);
   }
 }
 
@@ -64,13 +102,15 @@ Array::Array(VariantType element, std::span<const ArrayBound> bounds) {
   RequireBounds(bounds);
   const std::size_t size = ElementsWithin(bounds);
   WithinMemory([&] {
-    Storage storage{element, {bounds.begin(), bounds.end()}, {}};
+    const Variant zero = ZeroOf(element);
+    Storage::Elements elements;
     if (element == VariantType::kByte) {
-      storage.elements = std::vector<Byte>(size);
+      elements = std::vector<Byte>(size);
     } else {
-      storage.elements = std::vector<Variant>(size, ZeroOf(element));
+      elements = std::vector<Variant>(size, zero);
     }
-    storage_ = std::make_shared<Storage>(std::move(storage));
+    storage_ = std::make_shared<Storage>(
+        element, std::vector<ArrayBound>(bounds.begin(), bounds.end()), std::move(elements));
   });
 }
 
@@ -89,15 +129,16 @@ Array Array::WithBounds(VariantType element, Int32 lower, Int32 upper) {
 Array Array::OfBytes(std::vector<Byte> bytes) {
   const ArrayBound bound = CountedFromZero(bytes.size());
   return WithinMemory([&] {
-    return Array(std::make_shared<Storage>(Storage{VariantType::kByte, {bound}, std::move(bytes)}));
+    return Array(
+        std::make_shared<Storage>(VariantType::kByte, std::vector{bound}, std::move(bytes)));
   });
 }
 
 Array Array::OfStrings(std::span<const String> texts) {
   const ArrayBound bound = CountedFromZero(texts.size());
   return WithinMemory([&] {
-    return Array(std::make_shared<Storage>(
-        Storage{VariantType::kString, {bound}, std::vector<Variant>(texts.begin(), texts.end())}));
+    return Array(std::make_shared<Storage>(VariantType::kString, std::vector{bound},
+                                           std::vector<Variant>(texts.begin(), texts.end())));
   });
 }
 
@@ -140,8 +181,10 @@ std::size_t Array::Position(std::span<const Int32> subscripts) const {
 
 Variant Array::Get(std::span<const Int32> subscripts) const {
   const std::size_t position = Position(subscripts);
-  return std::visit([&](const auto& elements) { return Variant(elements[position]); },
-                    storage_->elements);
+  return WithinMemory([&] {
+    return std::visit([&](const auto& elements) { return Variant(elements[position]); },
+                      storage_->elements);
+  });
 }
 
 Variant Array::Get(std::initializer_list<Int32> subscripts) const {
@@ -177,7 +220,10 @@ std::span<const Variant> Array::Elements() const {
 
 Array::Storage& Array::Writable() {
   if (storage_.use_count() > 1) {
-    storage_ = WithinMemory([this] { return std::make_shared<Storage>(*storage_); });
+    storage_ = WithinMemory([this] { return std::make_shared<Storage>(std::as_const(*storage_)); });
+  } else {
+    // The former holder may have been another thread's copy: what it read, it has read.
+    std::atomic_thread_fence(std::memory_order_acquire);
   }
   return *storage_;
 }

@@ -26,12 +26,14 @@ struct ArrayBound {
   friend bool operator==(const ArrayBound&, const ArrayBound&) = default;
 };
 
-/// Holds bytes as bytes and every other element type as Variants of that type.
+/// Holds bytes as bytes and every other element type as Variants of that type. One that has been
+/// moved from may only be assigned to or destroyed.
 class Array {
  public:
   /// An array of `element` with every element at its type's zero: 0, the empty text, Empty.
   /// At least one dimension, and any count from 0 up. Failure 5 without a dimension or for an
-  /// element type that no element can have (Null, Missing); 7 for more elements than memory holds.
+  /// element type that no element can have (Empty, Null, Missing, an array); 7 for more elements
+  /// than memory holds; 9 for a dimension that reaches beyond the highest Int32.
   Array(VariantType element, std::span<const ArrayBound> bounds);
   Array(VariantType element, std::initializer_list<ArrayBound> bounds);
 
@@ -48,13 +50,14 @@ class Array {
   ArrayBound Bound(std::size_t dimension) const;
   std::span<const ArrayBound> Bounds() const noexcept;
   /// The lowest and highest subscript of a dimension; the highest of an empty one is below it.
+  /// Failure 9 as for `Bound`, and 6 for the highest of an empty one at the lowest Int32.
   Int32 LowerBound(std::size_t dimension = 0) const;
   Int32 UpperBound(std::size_t dimension = 0) const;
   /// The number of elements in all dimensions together.
   std::size_t Size() const noexcept;
 
   /// A copy of the element at the subscripts, leftmost first. Failure 9 for a subscript out of
-  /// bounds or a wrong number of them.
+  /// bounds or a wrong number of them, 7 where memory does not hold the copy.
   Variant Get(std::span<const Int32> subscripts) const;
   Variant Get(std::initializer_list<Int32> subscripts) const;
   /// Replaces an element; the value is converted to the element type. Failures: as `Get`, and those
@@ -68,7 +71,7 @@ class Array {
   /// The elements in storage order of an array of anything but bytes, valid as above. Failure 13
   /// for an array of bytes.
   std::span<const Variant> Elements() const;
-  /// The same for writing; the caller keeps to the element type.
+  /// The same for writing; the caller keeps to the element type and copies no array meanwhile.
   std::span<Byte> WritableBytes();
   std::span<Variant> WritableElements();
 

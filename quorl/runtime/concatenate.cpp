@@ -1,6 +1,7 @@
 #include "quorl/runtime/concatenate.hpp"
 
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/raised_error.hpp"
 
 namespace quorl {
 namespace {
@@ -12,10 +13,7 @@ void AppendBytes(String& text, std::span<const Byte> bytes) {
   }
 }
 
-}  // namespace
-
-void AppendText(String& text, const Variant& value) {
-  const Variant plain = value.Holds<Object>() ? PlainValueOf(value) : value;
+void AppendPlain(String& text, const Variant& plain) {
   if (plain.IsNull() || plain.IsEmpty()) return;
   const Array* array = plain.If<Array>();
   if (array != nullptr && array->ElementType() == VariantType::kByte) {
@@ -25,6 +23,15 @@ void AppendText(String& text, const Variant& value) {
   } else {
     text += ToString(plain);
   }
+}
+
+}  // namespace
+
+void AppendText(String& text, const Variant& value) {
+  WithinMemory([&] {
+    if (value.Holds<Object>()) return AppendPlain(text, PlainValueOf(value));
+    AppendPlain(text, value);
+  });
 }
 
 }  // namespace quorl

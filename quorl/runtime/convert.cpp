@@ -81,7 +81,11 @@ bool IsWord(StringView text, StringView word) { return LowerCase(text) == LowerC
 Boolean TruthOf(StringView text) {
   const Locale& locale = Locale::Current();
   Double number = 0;
-  if (ReadDouble(text, locale, number) == NumberReading::kGood) return number != 0;
+  const NumberReading reading = ReadDouble(text, locale, number);
+  if (reading != NumberReading::kNotANumber) {
+    DoubleReader::RequireGood(reading);
+    return number != 0;
+  }
   const StringView word = Trim(text);
   if (IsWord(word, locale.true_word) || IsWord(word, u"True")) return true;
   if (IsWord(word, locale.false_word) || IsWord(word, u"False")) return false;
@@ -216,10 +220,10 @@ Object RequireObject(const Variant& value) {
 }
 
 Variant ConvertTo(const Variant& value, VariantType type) {
-  if (value.Type() == type) return value;
+  if (value.Type() == type || type == VariantType::kVariant) {
+    return WithinMemory([&] { return value; });
+  }
   switch (type) {
-    case VariantType::kVariant:
-      return value;
     case VariantType::kByte:
       return ToByte(value);
     case VariantType::kInt16:
@@ -263,7 +267,7 @@ Variant DefaultValueOf(const Object& object) {
 
 Variant PlainValueOf(const Variant& value) {
   constexpr int kMostSteps = 16;
-  Variant plain = value;
+  Variant plain = WithinMemory([&] { return value; });
   for (int step = 0; plain.Holds<Object>(); ++step) {
     if (step == kMostSteps) Raise(FailureNumber::kTypeMismatch);
     plain = DefaultValueOf(Object(*plain.If<Object>()));

@@ -3,7 +3,8 @@
 // Common to all: Empty is 0, False or the empty text. Null raises failure 94. Missing and arrays
 // raise 13. An object gives the value of its default member; one without a default member, or an
 // empty reference, raises 13. Texts are read, and numbers and dates written, by
-// `Locale::Current()`; a text that cannot be read raises 13. True is -1 as a number.
+// `Locale::Current()`; a text that cannot be read raises 13. True is -1 as a number. A result that
+// memory does not hold raises 7.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +29,7 @@ Int32 CheckedInt32(std::int64_t value);
 /// A text's length or any other size as an Int16; failure 6 above 32767.
 Int16 LengthAsInt16(StringView text);
 
-/// The nearest single-precision number; failure 6 beyond its range.
+/// The single-precision number nearest to the value's Double; failure 6 beyond its range.
 Single ToSingle(const Variant& value);
 Single ToSingle(Double value);
 
@@ -49,7 +50,7 @@ Date ToDate(const Variant& value);
 Date ToDate(Double days);
 
 /// A number is True unless 0. A text is a number or a truth word of the locale, or True or False,
-/// in any case. Failure 6 for NaN.
+/// in any case. Failure 6 for NaN and for a text beyond the range of a Double.
 Boolean ToBoolean(const Variant& value);
 
 /// Numbers in shortest form: the fewest digits that read back as the same value, no exponent from

@@ -9,7 +9,7 @@
 // "am" or "pm" may follow a time of 1 to 12 hours. A year is four digits, or two: 00 to 29 is 2000
 // to 2029, 30 to 99 is 1930 to 1999. A date that begins with a four-digit year is year, month, day
 // in every locale. Blanks around are skipped. A date without a year is no date, and nothing is
-// swapped or guessed: what does not fit the order is refused.
+// swapped or guessed: what does not fit the order is refused. Blanks may follow a date's separator.
 #pragma once
 
 #include <optional>

@@ -14,7 +14,7 @@ std::atomic<const Locale*> current{nullptr};
 
 }  // namespace
 
-const Locale& Locale::Current() noexcept {
+const Locale& Locale::Current() {
   const Locale* locale = current.load(std::memory_order_acquire);
   return locale == nullptr ? System() : *locale;
 }

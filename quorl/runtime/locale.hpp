@@ -14,7 +14,8 @@ namespace quorl {
 
 enum class DateOrder { kDayMonthYear, kMonthDayYear, kYearMonthDay };
 
-/// A plain value; any separator may be empty or longer than one character.
+/// A plain value; any separator may be empty or longer than one character. Dates and times that are
+/// written with an empty separator cannot be read back.
 struct Locale {
   String decimal_separator = u".";
   String thousand_separator = u",";
@@ -35,8 +36,9 @@ struct Locale {
   static std::optional<Locale> Named(StringView name);
 
   /// What conversions use.
-  static const Locale& Current() noexcept;
-  /// Makes `locale` the current one until the next call.
+  static const Locale& Current();
+  /// Makes `locale` the current one until the next call. Not for use within a `LocaleScope`, whose
+  /// end brings back what was current before it.
   static void SetCurrent(Locale locale);
   /// Makes the system's the current one again.
   static void UseSystem() noexcept;

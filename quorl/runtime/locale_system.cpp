@@ -1,12 +1,15 @@
 #include <langinfo.h>
 #include <locale.h>
 
+#include <array>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/locale.hpp"
+#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/text.hpp"
 #include "quorl/runtime/utf.hpp"
 
 namespace quorl {
@@ -48,33 +51,49 @@ bool IsPlain(std::string_view name) {
   return name.empty() || name == "POSIX" || name == "C" || name.starts_with("C.");
 }
 
-// Reads order and separator from a format such as "%d/%m/%Y" or "%Y-%m-%d"; what has another form
-// leaves `locale` as it was.
-void ApplyDateFormat(StringView format, Locale& locale) {
+// A date format such as "%d/%m/%Y", taken apart: "dmY", and what stands behind its first field and
+// behind its second.
+struct DateFormat {
   String order;
-  String separator;
-  for (std::size_t i = 0; i < format.size(); ++i) {
-    if (format[i] == u'%' && i + 1 < format.size()) {
-      ++i;
-      if (format[i] == u'-' && i + 1 < format.size()) ++i;
-      order += format[i] == u'e' ? u'd' : format[i] == u'y' ? u'Y' : format[i];
-    } else if (order.size() == 1) {
-      separator += format[i];
+  std::array<String, 2> separators;
+
+  explicit DateFormat(StringView format) {
+    for (std::size_t i = 0; i < format.size(); ++i) {
+      if (format[i] == u'%' && i + 1 < format.size()) {
+        ++i;
+        if (format[i] == u'-' && i + 1 < format.size()) ++i;
+        order += format[i] == u'e' ? u'd' : format[i] == u'y' ? u'Y' : format[i];
+      } else if (order.size() == 1 || order.size() == 2) {
+        separators[order.size() - 1] += format[i];
+      }
     }
+    for (String& separator : separators) separator = Trim(separator);
   }
-  while (!separator.empty() && separator.back() == u' ') separator.pop_back();
-  if (order == u"dmY") {
-    locale.date_order = DateOrder::kDayMonthYear;
-  } else if (order == u"mdY" || order == u"D") {
+
+  bool HasOneSeparator() const {
+    return separators[0].size() == 1 && separators[0] == separators[1];
+  }
+};
+
+// Puts order and separator of a format in place; what has another form leaves `locale` as it was.
+void ApplyDateFormat(const DateFormat& format, Locale& locale) {
+  if (format.order == u"D") {  // month/day/year
     locale.date_order = DateOrder::kMonthDayYear;
-  } else if (order == u"Ymd" || order == u"F") {
+    locale.date_separator = u"/";
+  } else if (format.order == u"F") {  // year-month-day
     locale.date_order = DateOrder::kYearMonthDay;
-  } else {
-    return;
+    locale.date_separator = u"-";
+  } else if (format.HasOneSeparator()) {
+    if (format.order == u"dmY")
+      locale.date_order = DateOrder::kDayMonthYear;
+    else if (format.order == u"mdY")
+      locale.date_order = DateOrder::kMonthDayYear;
+    else if (format.order == u"Ymd")
+      locale.date_order = DateOrder::kYearMonthDay;
+    else
+      return;
+    locale.date_separator = format.separators[0];
   }
-  if (order == u"D") separator = String(1, u'/');
-  if (order == u"F") separator = String(1, u'-');
-  if (separator.size() == 1) locale.date_separator = separator;
 }
 
 void ApplyNumbers(Locale& locale) {
@@ -100,7 +119,7 @@ void ApplyDates(Locale& locale) {
     locale.date_order = named->date_order;
     locale.date_separator = named->date_separator;
   }
-  if (system.IsKnown()) ApplyDateFormat(system.Item(D_FMT), locale);
+  if (system.IsKnown()) ApplyDateFormat(DateFormat(system.Item(D_FMT)), locale);
 }
 
 void ApplyWords(Locale& locale) {
@@ -121,7 +140,7 @@ Locale ReadFromEnvironment() {
 }  // namespace
 
 const Locale& Locale::System() {
-  static const Locale locale = ReadFromEnvironment();
+  static const Locale locale = WithinMemory(ReadFromEnvironment);
   return locale;
 }
 

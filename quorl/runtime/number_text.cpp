@@ -1,9 +1,10 @@
 #include "quorl/runtime/number_text.hpp"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <limits>
-#include <string>
+#include <string_view>
 
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/decimal.hpp"
@@ -15,36 +16,67 @@ namespace {
 
 bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
-// The digits of a text on their way to a number: 0.digits times 10 to the power `point`.
-struct ScannedNumber {
+// The digits of a text on their way to a number: 0.digits times 10 to the power `point`. Reading
+// allocates nothing, however long the text is.
+class ScannedNumber {
+ public:
   bool negative = false;
   bool any_digit = false;
-  std::string digits;  // without zeros in front
   std::int64_t point = 0;
+
+  // The digits kept, without zeros in front; none for zero.
+  std::string_view Digits() const { return {digits_.data(), count_}; }
 
   void AddDigit(char16_t unit, bool behind_point) {
     any_digit = true;
-    if (!digits.empty() || unit != u'0') {
-      digits.push_back(static_cast<char>(unit));
-      if (!behind_point) ++point;
-    } else if (behind_point) {
-      --point;
+    if (count_ == 0 && unit == u'0') {
+      if (behind_point) --point;
+      return;
+    }
+    if (!behind_point) ++point;
+    if (count_ < kMostDigits) {
+      digits_[count_++] = static_cast<char>(unit);
+    } else if (unit != u'0' && digits_[kMostDigits - 1] == '0') {
+      digits_[kMostDigits - 1] = '1';  // something follows: enough to tell on which side of a tie
     }
   }
+
+  // "digits e exponent", with the point behind the last digit.
+  std::string_view WithExponent() {
+    char* const end = digits_.data() + count_;
+    *end = 'e';
+    const std::int64_t exponent = point - static_cast<std::int64_t>(count_);
+    const auto written = std::to_chars(end + 1, digits_.data() + digits_.size(), exponent);
+    return {digits_.data(), written.ptr};
+  }
+
+ private:
+  // No tie between two Doubles has more than 767 digits.
+  static constexpr std::size_t kMostDigits = 800;
+
+  std::array<char, kMostDigits + 24> digits_;
+  std::size_t count_ = 0;
 };
 
-// Walks a text from left to right.
+// Walks a text from left to right, as if the units of `passed_over` did not stand in it.
 class Scanner {
  public:
-  explicit Scanner(StringView text) : text_(text) {}
+  explicit Scanner(StringView text, StringView passed_over = {})
+      : text_(text), passed_over_(passed_over) {
+    PassOver();
+  }
 
   bool AtEnd() const { return at_ == text_.size(); }
   char16_t Unit() const { return text_[at_]; }
-  void Step() { ++at_; }
+  void Step() {
+    ++at_;
+    PassOver();
+  }
 
   bool Take(StringView expected) {
     if (expected.empty() || !text_.substr(at_).starts_with(expected)) return false;
     at_ += expected.size();
+    PassOver();
     return true;
   }
 
@@ -72,7 +104,14 @@ class Scanner {
   }
 
  private:
+  void PassOver() {
+    while (!passed_over_.empty() && !AtEnd() && passed_over_.find(Unit()) != StringView::npos) {
+      ++at_;
+    }
+  }
+
   StringView text_;
+  StringView passed_over_;
   std::size_t at_ = 0;
 };
 
@@ -122,14 +161,14 @@ bool Scan(StringView text, const Locale& locale, ScannedNumber& number) {
 }
 
 // The nearest Double; false beyond the range.
-bool ToNearestDouble(const ScannedNumber& number, Double& out) {
+bool ToNearest(ScannedNumber& number, Double& out) {
   constexpr std::int64_t kFarOut = 400;
+  const bool zero = number.Digits().empty();
   Double magnitude = 0;
-  if (number.point > kFarOut && !number.digits.empty()) return false;
-  if (!number.digits.empty() && number.point > -kFarOut) {
-    const std::int64_t exponent = number.point - static_cast<std::int64_t>(number.digits.size());
-    const std::string ascii = number.digits + 'e' + std::to_string(exponent);
-    const auto read = std::from_chars(ascii.data(), ascii.data() + ascii.size(), magnitude);
+  if (!zero && number.point > kFarOut) return false;
+  if (!zero && number.point > -kFarOut) {
+    const std::string_view text = number.WithExponent();
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), magnitude);
     if (read.ec == std::errc::result_out_of_range) {
       if (number.point > 0) return false;
       magnitude = 0;
@@ -140,24 +179,25 @@ bool ToNearestDouble(const ScannedNumber& number, Double& out) {
 }
 
 // Whether a number cut behind `kept` digits is rounded away from zero, ties to even.
-bool RoundsUp(const std::string& digits, std::size_t kept, bool odd) {
+bool RoundsUp(std::string_view digits, std::size_t kept, bool odd) {
   if (kept >= digits.size() || digits[kept] < '5') return false;
   if (digits[kept] > '5') return true;
-  return odd || digits.find_first_not_of('0', kept + 1) != std::string::npos;
+  return odd || digits.find_first_not_of('0', kept + 1) != std::string_view::npos;
 }
 
 // The nearest ten-thousandth; false beyond the range.
-bool ToNearestCurrency(const ScannedNumber& number, Currency& out) {
+bool ToNearest(ScannedNumber& number, Currency& out) {
   constexpr std::int64_t kMostDigits = 19;  // of the highest amount, in ten-thousandths
-  const std::int64_t kept = number.point + 4;
+  const std::string_view digits = number.Digits();
+  const std::int64_t kept = digits.empty() ? 0 : number.point + 4;
+  if (kept > kMostDigits) return false;
   std::uint64_t units = 0;
-  if (!number.digits.empty() && kept > kMostDigits) return false;
   for (std::int64_t i = 0; i < kept; ++i) {
     const auto index = static_cast<std::size_t>(i);
-    const char digit = index < number.digits.size() ? number.digits[index] : '0';
+    const char digit = index < digits.size() ? digits[index] : '0';
     units = units * 10 + static_cast<std::uint64_t>(digit - '0');
   }
-  if (kept >= 0 && RoundsUp(number.digits, static_cast<std::size_t>(kept), units % 2 != 0)) ++units;
+  if (kept >= 0 && RoundsUp(digits, static_cast<std::size_t>(kept), units % 2 != 0)) ++units;
   const std::uint64_t most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
   if (units > most + (number.negative ? 1 : 0)) return false;
   out =
@@ -166,23 +206,20 @@ bool ToNearestCurrency(const ScannedNumber& number, Currency& out) {
 }
 
 template <class Number>
-NumberReading Read(StringView text, const Locale& locale,
-                   bool (*nearest)(const ScannedNumber&, Number&), Number& out) {
+NumberReading Read(StringView text, const Locale& locale, Number& out) {
   ScannedNumber number;
-  if (!WithinMemory([&] { return Scan(text, locale, number); })) return NumberReading::kNotANumber;
-  return nearest(number, out) ? NumberReading::kGood : NumberReading::kOutOfRange;
+  if (!Scan(text, locale, number)) return NumberReading::kNotANumber;
+  return ToNearest(number, out) ? NumberReading::kGood : NumberReading::kOutOfRange;
 }
-
-bool IsPassedOver(char16_t unit) { return unit == u' ' || unit == u'\t' || unit == u'\n'; }
 
 }  // namespace
 
 NumberReading ReadDouble(StringView text, const Locale& locale, Double& out) {
-  return Read(text, locale, ToNearestDouble, out);
+  return Read(text, locale, out);
 }
 
 NumberReading ReadCurrency(StringView text, const Locale& locale, Currency& out) {
-  return Read(text, locale, ToNearestCurrency, out);
+  return Read(text, locale, out);
 }
 
 bool IsNumber(StringView text, const Locale& locale) {
@@ -191,10 +228,7 @@ bool IsNumber(StringView text, const Locale& locale) {
 }
 
 Double ReadLeadingNumber(StringView text) {
-  String dense;
-  WithinMemory([&] { dense.reserve(text.size()); });
-  std::ranges::remove_copy_if(text, std::back_inserter(dense), IsPassedOver);
-  Scanner scanner(dense);
+  Scanner scanner(text, u" \t\n");
   ScannedNumber number;
   bool behind_point = false;
   number.negative = scanner.TakeSign();
@@ -211,7 +245,7 @@ Double ReadLeadingNumber(StringView text) {
   if (!number.any_digit) return 0;
   number.point += scanner.TakeExponent();
   Double value = 0;
-  if (!ToNearestDouble(number, value)) Raise(FailureNumber::kOverflow);
+  if (!ToNearest(number, value)) Raise(FailureNumber::kOverflow);
   return value;
 }
 

@@ -37,10 +37,21 @@ static_assert(std::ranges::is_sorted(kSentences, std::less{}, &Sentence::number)
 
 }  // namespace
 
-RaisedError::RaisedError(Int32 number, StringView source, StringView description)
+namespace {
+
+// Made while there is memory, and thrown without asking for more when there is none left.
+const RaisedError kOutOfMemory(static_cast<Int32>(FailureNumber::kOutOfMemory), kRuntimeSource,
+                               DescriptionOf(FailureNumber::kOutOfMemory));
+
+}  // namespace
+
+RaisedError::RaisedError(Int32 number, StringView source, StringView description) try
     : record_(std::make_shared<const Record>(
           Record{number, String(source), String(description),
-                 Utf8(source) + " (" + std::to_string(number) + "): " + Utf8(description)})) {}
+                 Utf8(source) + " (" + std::to_string(number) + "): " + Utf8(description)})) {
+} catch (const std::bad_alloc&) {
+  throw kOutOfMemory;
+}
 
 Int32 RaisedError::Number() const noexcept { return record_->number; }
 const String& RaisedError::Source() const noexcept { return record_->source; }
@@ -49,10 +60,11 @@ const char* RaisedError::what() const noexcept { return record_->what.c_str(); }
 
 StringView DescriptionOf(FailureNumber number) noexcept {
   const auto* found = std::ranges::lower_bound(kSentences, number, std::less{}, &Sentence::number);
-  return found->text;
+  return found != kSentences.end() && found->number == number ? found->text : StringView{};
 }
 
 void Raise(FailureNumber number) {
+  if (number == FailureNumber::kOutOfMemory) throw kOutOfMemory;
   throw RaisedError(static_cast<Int32>(number), kRuntimeSource, DescriptionOf(number));
 }
 

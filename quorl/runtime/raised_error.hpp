@@ -27,7 +27,11 @@ namespace quorl {
 ///     }
 class RaisedError : public std::exception {
  public:
+  /// Raises the runtime's failure 7 where memory does not suffice for the record.
   RaisedError(Int32 number, StringView source, StringView description);
+  // There is no move, so that what a RaisedError is moved from stays whole.
+  RaisedError(const RaisedError&) noexcept = default;
+  RaisedError& operator=(const RaisedError&) noexcept = default;
 
   /// The failure's number: 5000 for a failed check of the library's own, the store's code for a
   /// failure of `Registry`, else one of `FailureNumber`.
@@ -67,7 +71,7 @@ inline constexpr StringView kRuntimeSource = u"Quorl.Runtime";
 /// Raises the runtime's failure of that number, with its Source and its French Description.
 [[noreturn]] void Raise(FailureNumber number);
 
-/// The runtime's French sentence for `number`.
+/// The runtime's French sentence for `number`; empty for a number that is none of its own.
 StringView DescriptionOf(FailureNumber number) noexcept;
 
 /// Runs `work` and turns the allocator's exceptions into failure 7, so that a size that a caller

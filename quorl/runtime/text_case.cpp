@@ -4,6 +4,8 @@
 #include <array>
 #include <cstddef>
 
+#include "quorl/runtime/raised_error.hpp"
+
 namespace quorl {
 namespace {
 
@@ -23,7 +25,7 @@ char16_t LowerCase(char16_t unit) noexcept { return Mapped(unit, kLowerIndex, kL
 char16_t UpperCase(char16_t unit) noexcept { return Mapped(unit, kUpperIndex, kUpperDeltas); }
 
 String LowerCase(StringView text) {
-  String lowered(text);
+  String lowered = WithinMemory([&] { return String(text); });
   MakeLowerCase(lowered);
   return lowered;
 }

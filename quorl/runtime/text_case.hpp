@@ -12,7 +12,8 @@ char16_t LowerCase(char16_t unit) noexcept;
 /// The upper-case form of one code unit; the unit itself where there is none.
 char16_t UpperCase(char16_t unit) noexcept;
 
-/// A copy of `text` with every code unit mapped; the length stays.
+/// A copy of `text` with every code unit mapped; the length stays. Failure 7 where memory does not
+/// hold it.
 String LowerCase(StringView text);
 /// Replaces every code unit of `text` by its lower-case form, in place.
 void MakeLowerCase(String& text) noexcept;

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstddef>
 
+#include "quorl/runtime/raised_error.hpp"
+
 namespace quorl {
 namespace {
 
@@ -87,7 +89,7 @@ void AppendUtf8(std::string& out, char32_t point) {
 
 String Utf16(std::string_view text) {
   String out;
-  out.reserve(text.size());
+  WithinMemory([&] { out.reserve(text.size()); });
   for (std::size_t at = 0; at < text.size();) {
     const Decoded decoded = DecodeUtf8(text, at);
     AppendUtf16(out, decoded.point);
@@ -97,14 +99,16 @@ String Utf16(std::string_view text) {
 }
 
 std::string Utf8(StringView text) {
-  std::string out;
-  out.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) {
-    const Decoded decoded = DecodeUtf16(text, at);
-    AppendUtf8(out, decoded.point);
-    at += decoded.length;
-  }
-  return out;
+  return WithinMemory([&] {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();) {
+      const Decoded decoded = DecodeUtf16(text, at);
+      AppendUtf8(out, decoded.point);
+      at += decoded.length;
+    }
+    return out;
+  });
 }
 
 }  // namespace quorl

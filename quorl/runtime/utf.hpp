@@ -1,5 +1,6 @@
 // Conversion between the library's UTF-16 texts and UTF-8, for a host's edge. Inside the library a
-// text is always a `String`. For single-byte text of the store see ansi.hpp.
+// text is always a `String`. For single-byte text of the store see ansi.hpp. A result that memory
+// does not hold raises failure 7.
 #pragma once
 
 #include <string>

@@ -79,9 +79,21 @@ class Variant {
   Variant(Date value) noexcept : state_(value) {}
   Variant(String value) noexcept : state_(std::move(value)) {}
   Variant(StringView value) : state_(String(value)) {}
-  Variant(const char16_t* value) : state_(String(value)) {}
+  /// A null pointer gives the empty text.
+  Variant(const char16_t* value) : state_(value == nullptr ? String() : String(value)) {}
   Variant(Object value) noexcept : state_(std::move(value)) {}
   Variant(Array value) noexcept : state_(std::move(value)) {}
+
+  Variant(const Variant&) = default;
+  Variant(Variant&&) noexcept = default;
+  ~Variant() = default;
+  // The new content is taken before the old one goes: it may be an element of it.
+  Variant& operator=(const Variant& other) { return *this = Variant(other); }
+  Variant& operator=(Variant&& other) noexcept {
+    auto taken = std::move(other.state_);
+    state_ = std::move(taken);
+    return *this;
+  }
 
   VariantType Type() const noexcept;
   bool IsEmpty() const noexcept { return Holds<EmptyState>(); }

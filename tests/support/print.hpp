@@ -3,6 +3,7 @@
 
 #include <array>
 #include <compare>
+#include <concepts>
 #include <ostream>
 #include <sstream>
 #include <string>
@@ -70,7 +71,8 @@ inline void PrintTo(const Variant& value, std::ostream* out) {
 }
 
 /// A Variant in a message that is put together by hand.
-inline std::string Shown(const Variant& value) {
+template <std::same_as<Variant> Value>
+std::string Shown(const Value& value) {
   std::ostringstream out;
   PrintTo(value, &out);
   return std::move(out).str();

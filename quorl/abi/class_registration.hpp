@@ -1,0 +1,17 @@
+// What hosts need of a class's registration: reading only. Components write it themselves.
+#pragma once
+
+#include <string>
+
+#include "quorl/abi/quorl.h"
+#include "quorl/runtime/types.hpp"
+
+namespace quorl::abi {
+
+/// The identifier under which a name is registered; false for none.
+bool FindClassIdentifier(StringView progid, GUID& out);
+
+/// The path of the library in which a class is; empty for a class that is not registered.
+std::string FindLibraryPath(const GUID& class_identifier);
+
+}  // namespace quorl::abi

@@ -1,0 +1,42 @@
+// One class of the catalogue.
+#pragma once
+
+#include <span>
+
+#include "quorl/abi/quorl.h"
+#include "quorl/frame/component_object.hpp"
+#include "quorl/frame/member_row.hpp"
+
+namespace quorl::frame {
+
+enum class ClassKind { kGlobal, kCreatable };
+
+/// What is written down once of a class. Constant.
+struct ClassRow {
+  StringView name;
+  ClassKind kind;
+  GUID identifier;
+  /// Interface identifiers, oldest first, the current one last; version 1.k has k + 1.
+  std::span<const GUID> interfaces;
+  /// The members in table order.
+  std::span<const MemberRow> members;
+  const QuorlDispatchTable* table;
+
+  /// Makes an instance; raises what its construction raises.
+  ComponentObject* (*make)(const ClassRow& row, Holder holder);
+  void (*end)(ComponentObject* object) noexcept;
+  void* (*instance)(ComponentObject* object) noexcept;
+
+  const GUID& CurrentInterface() const { return interfaces.back(); }
+  int MinorVersion() const { return static_cast<int>(interfaces.size()) - 1; }
+};
+
+/// The identifier by which a member is called: the gets and puts of a property share one. It is the
+/// place, from 1, of the first row of that name.
+std::int32_t IdentifierOf(const ClassRow& row, const MemberRow& member) noexcept;
+
+/// The row of a place in the table; null for a name or an identifier that the class has not. Of a
+/// property, its first row.
+const MemberRow* FindByName(const ClassRow& row, StringView name) noexcept;
+
+}  // namespace quorl::frame

@@ -1,0 +1,23 @@
+#include "quorl/frame/guarded.hpp"
+
+#include <new>
+
+#include "quorl/abi/errors.hpp"
+#include "quorl/runtime/raised_error.hpp"
+
+namespace quorl::frame {
+
+HRESULT Guarded(void (*work)(void* context), void* context) noexcept {
+  try {
+    // Anything else that the standard library throws is memory that ran out.
+    WithinMemory([&] { work(context); });
+    return S_OK;
+  } catch (const RaisedError& error) {
+    abi::SetErrorInfoOf(error);
+    return abi::CodeOf(error.Number());
+  } catch (...) {
+    return E_UNEXPECTED;
+  }
+}
+
+}  // namespace quorl::frame

@@ -1,0 +1,44 @@
+// The slow, obvious oracle for everything that rounds: decimal text, rounded digit by digit.
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+#include "quorl/runtime/types.hpp"
+
+namespace quorl {
+
+/// Every digit of the binary value: "0.1000000000000000055...", never an exponent.
+inline std::string ExactText(Double value) {
+  char text[1500];
+  std::snprintf(text, sizeof text, "%.1074f", value);
+  return text;
+}
+
+enum class Ties { kToEven, kAwayFromZero };
+
+/// A text such as "-12.345", rounded to exactly `places` decimals.
+inline std::string RoundedText(std::string number, std::size_t places, Ties ties) {
+  if (number.find('.') == std::string::npos) number += '.';
+  number += std::string(places + 1, '0');
+  const std::size_t end = number.find('.') + 1 + places;
+  const std::string rest = number.substr(end);
+  number.resize(end);
+  const bool above_half = rest > "5" && rest.find_first_not_of('0', 1) != std::string::npos;
+  const bool tie = rest[0] == '5' && !above_half;
+  if (number.back() == '.') number.pop_back();
+  const bool odd = (number.back() - '0') % 2 != 0;
+  if (!(tie ? odd || ties == Ties::kAwayFromZero : rest[0] >= '5')) return number;
+  std::size_t at = number.size();
+  while (at > 0 && (number[at - 1] == '9' || number[at - 1] == '.')) {
+    if (number[--at] == '9') number[at] = '0';
+  }
+  if (at == 0 || number[at - 1] == '-') {
+    number.insert(at, 1, '1');
+  } else {
+    ++number[at - 1];
+  }
+  return number;
+}
+
+}  // namespace quorl

@@ -1,0 +1,21 @@
+// Writes what is generated from the catalogue to standard output.
+//
+//   describe idl      the type description, docs/quorl.idl
+//   describe tables   the class tables of quorl/abi/quorl.h, between its two marks
+#include <iostream>
+#include <string_view>
+
+#include "quorl/frame/description.hpp"
+
+int main(int count, char** arguments) {
+  const std::string_view what = count == 2 ? arguments[1] : "";
+  if (what == "idl") {
+    std::cout << quorl::frame::TypeDescription();
+  } else if (what == "tables") {
+    std::cout << quorl::frame::HeaderTables();
+  } else {
+    std::cerr << "describe idl | tables\n";
+    return 2;
+  }
+  return 0;
+}

@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Writes anew what is generated from the catalogue: docs/quorl.idl and the class tables of
+# quorl/abi/quorl.h. Argument: the program describe as built.
+#
+#   tools/update_generated.sh build/test/tools/describe
+set -euo pipefail
+describe=$(realpath -- "$1")
+cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.."
+
+"$describe" idl > docs/quorl.idl
+
+header=quorl/abi/quorl.h
+tables=$(mktemp)
+trap 'rm -f "$tables"' EXIT
+"$describe" tables > "$tables"
+sed -i -e '/^\/\* begin generated \*\/$/,/^\/\* end generated \*\/$/{
+/^\/\* begin generated \*\/$/r '"$tables"'
+/^\/\* \(begin\|end\) generated \*\/$/!d
+}' "$header"
