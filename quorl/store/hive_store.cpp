@@ -85,10 +85,10 @@ bool IsNameBuffer(OutBuffer buffer) noexcept {
 
 KeyInfo InfoOf(const Key& key) noexcept {
   KeyInfo info{.subkeys = Size(key.Subkeys().size()), .values = Size(key.Values().size())};
-  for (const auto& subkey : key.Subkeys()) {
+  for (const Key* subkey : key.Subkeys()) {
     info.longest_subkey = std::max(info.longest_subkey, Size(subkey->Name().size()));
   }
-  for (const auto& value : key.Values()) {
+  for (const Value* value : key.Values()) {
     info.longest_value_name = std::max(info.longest_value_name, Size(value->name.size()));
     info.longest_data = std::max(info.longest_data, Size(value->data.size()));
   }

@@ -167,7 +167,7 @@ void RecordWriter::Append(const Change& change) {
 
 void RecordWriter::AppendKey(std::string_view path, const Key& key, bool more) {
   if (key.IsBare()) AppendRecord(ChangeKind::CreateKey, path, {}, {}, more);
-  for (const auto& value : key.Values()) {
+  for (const Value* value : key.Values()) {
     AppendValue(path, value->name, value->type, value->data, more);
   }
 }

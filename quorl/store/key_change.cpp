@@ -17,7 +17,7 @@ std::unique_ptr<Value> MakeValue(std::string_view name, Int32 type, std::string_
 
 void CopyValues(const Key& from, Key& to) {
   to.MakeRoomForValues(from.Values().size());
-  for (const auto& value : from.Values())
+  for (const Value* value : from.Values())
     to.Insert(MakeValue(value->name, value->type, value->data));
 }
 
@@ -29,9 +29,9 @@ void CopyBelow(const Key& from, Key& to) {
     waiting.pop_back();
     CopyValues(*source, *copy);
     copy->MakeRoomForSubkeys(source->Subkeys().size());
-    for (const auto& subkey : source->Subkeys()) {
+    for (const Key* subkey : source->Subkeys()) {
       auto made = std::make_shared<Key>(subkey->Name(), copy->SubkeyPathBytes(subkey->Name()));
-      waiting.emplace_back(subkey.get(), made.get());
+      waiting.emplace_back(subkey, made.get());
       copy->Insert(std::move(made));
     }
   }
@@ -184,9 +184,9 @@ class ChangePreparation {
       if (source == into || source->IsEmpty()) continue;
       MergeValues(*source, *into);
       into->MakeRoomForSubkeys(source->Subkeys().size());
-      for (const auto& subkey : source->Subkeys()) {
+      for (const Key* subkey : source->Subkeys()) {
         if (Key* there = into->FindSubkey(subkey->Name())) {
-          waiting.emplace_back(subkey.get(), there);
+          waiting.emplace_back(subkey, there);
         } else {
           GraftCopy(*into, *subkey);
         }
@@ -207,7 +207,7 @@ class ChangePreparation {
   void MergeValues(const Key& source, Key& into) {
     FillsBareKey(into);
     into.MakeRoomForValues(source.Values().size());
-    for (const auto& value : source.Values()) {
+    for (const Value* value : source.Values()) {
       PutValue(into, MakeValue(value->name, value->type, value->data));
     }
   }
