@@ -42,6 +42,8 @@ std::vector<Action> Scenario() {
       {Kind::Set, "App", "Bulk", bulk + "2"},
       {Kind::Set, "App", "Bulk", "small"},
       {Kind::Copy, "Backup", "App"},
+      {Kind::Set, "Backup\\Windows", "Only", "here"},
+      {Kind::Replace, "Backup", "App"},
       {Kind::Delete, "Backup"},
       {Kind::Set, "App", "Last", "1"},
   };

@@ -237,6 +237,8 @@ class PlainModel {
         return there ? kDone : kAbsent;
       case Action::Kind::Copy:
         return Copy(path, Levels(action.name));
+      case Action::Kind::Replace:
+        return Replace(path, Levels(action.name));
     }
     return kWrongArgument;
   }
@@ -325,6 +327,24 @@ class PlainModel {
     return kDone;
   }
 
+  Int32 Replace(const Path& source, const Path& destination) {
+    if (!keys_.contains(destination) || !keys_.contains(source)) return kAbsent;
+    if (source == destination) return kDone;
+    PlainModel former(*this);
+    std::erase_if(keys_, [&](const auto& key) {
+      return Below(key.first, destination) && key.first != destination;
+    });
+    keys_[destination].values.clear();
+    for (const auto& [path, key] : former.keys_) {
+      if (!Below(path, source)) continue;
+      Path into = destination;
+      into.insert(into.end(), path.begin() + static_cast<std::ptrdiff_t>(source.size()),
+                  path.end());
+      keys_.try_emplace(into, PlainKey{key.name, {}}).first->second.values = key.values;
+    }
+    return kDone;
+  }
+
   std::map<Path, PlainKey> keys_;
 };
 
@@ -349,7 +369,7 @@ Action RandomAction(Random& random) {
   }
   if (kind < 88) return {Action::Kind::Unset, path(), kLevels[random.Bits() % kLevels.size()]};
   if (kind < 92) return {Action::Kind::Delete, path()};
-  return {Action::Kind::Copy, path(), path()};
+  return {kind < 97 ? Action::Kind::Copy : Action::Kind::Replace, path(), path()};
 }
 
 TEST_P(Operations, AgreeWithAPlainModel) {
@@ -398,9 +418,11 @@ TEST(Weights, FollowEveryChange) {
         change.kind = ChangeKind::DeleteKey;
         break;
       case Action::Kind::Copy:
+      case Action::Kind::Replace:
         if (tree.TotalWeight().records > 300 || tree.Find(action.name) == nullptr) continue;
-        change.kind = ChangeKind::Merge;
+        change.kind = action.kind == Action::Kind::Copy ? ChangeKind::Merge : ChangeKind::Replace;
         change.content = tree.Find(action.name)->Self();
+        if (tree.Find(change.path) == change.content.get()) continue;
         break;
     }
     Prepare(tree, change).Apply(tree);
@@ -487,7 +509,7 @@ std::size_t LossesOf(const SimulatedFiles& disk, const Values& values,
 
 TEST(Damage, OfAnySingleBitLosesAtMostThatValue) {
   Values values;
-  SimulatedFiles files = SmallStore(values, 6);
+  SimulatedFiles files = SmallStore(values, 4);
   const std::size_t size = files.Bytes(kHivePath).size();
   std::size_t lost = 0;
   for (std::size_t bit = 0; bit < 8 * size && !testing::Test::HasFailure(); ++bit) {

@@ -195,7 +195,7 @@ class Rebuilding {
     };
     ForEachKey(*tree_.Root(), [&](const Key& key) {
       if (!of_value) return compare(key.Path());
-      for (const auto& value : key.Values()) compare(NamesOf(key.Path(), value->name));
+      for (const Value* value : key.Values()) compare(NamesOf(key.Path(), value->name));
     });
     return known;
   }
