@@ -7,6 +7,7 @@
 #include <string>
 
 #include "quorl/runtime/convert.hpp"
+#include "tests/support/cells.hpp"
 #include "tests/support/print.hpp"
 #include "tests/support/raises.hpp"
 #include "tests/support/random.hpp"
@@ -129,45 +130,12 @@ TEST(DateText, ReadsByTheLocalesOrderAndNoOther) {
     EXPECT_EQ(Read(c.text, kAmerican), c.american) << Shown(c.text);
     EXPECT_EQ(Read(c.text, kNeutral), c.neutral) << Shown(c.text);
   }
-  for (const StringView text : {u"",
-                                u" ",
-                                u"1",
-                                u"1/2",
-                                u"2/2024",
-                                u"1/2/3",
-                                u"1/2/024",
-                                u"1/2/20245",
-                                u"1/2/0099",
-                                u"0/1/2024",
-                                u"1/0/2024",
-                                u"31/4/2024",
-                                u"29/2/2023",
-                                u"29/2/1900",
-                                u"1/2-2024",
-                                u"1//2/2024",
-                                u"1/2/2024/",
-                                u"/1/2/2024",
-                                u"1/2/2024x",
-                                u"001/2/2024",
-                                u"1 /2/2024",
-                                u"1/2/2024 12",
-                                u"1/2/202412:30",
-                                u"1/2/2024 24:00",
-                                u"12:60",
-                                u"12:30:60",
-                                u"12:",
-                                u":30",
-                                u"12:3:",
-                                u"13:00 am",
-                                u"0:30 pm",
-                                u"12:30 xm",
-                                u"12:30 a",
-                                u"12 pm",
-                                u"-1:30",
-                                u"12:030",
-                                u"1/2/2024T12:30",
-                                u"12,5",
-                                u"\t1/2/2024"}) {
+  for (const String& text : Cells(
+           u"| |1|1/2|2/2024|1/2/3|1/2/024|1/2/20245|1/2/0099|0/1/2024|1/0/2024|31/4/2024|29/2/2023"
+           u"|29/2/1900|1/2-2024|1//2/2024|1/2/2024/|/1/2/2024|1/2/2024x|001/2/2024|1 /2/2024"
+           u"|1/2/2024 12|1/2/202412:30|1/2/2024 24:00|12:60|12:30:60|12:|:30|12:3:|13:00 am|0:30 "
+           u"pm"
+           u"|12:30 xm|12:30 a|12 pm|-1:30|12:030|1/2/2024T12:30|12,5|\t1/2/2024")) {
     EXPECT_EQ(Read(text, kFrench), "-") << Shown(text);
   }
 }

@@ -7,7 +7,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "quorl/runtime/convert.hpp"
@@ -19,10 +21,12 @@ namespace {
 // All of a locale on one line: "1,234.5 mdy/ 12:00 True/False".
 std::string Described(const Locale& locale) {
   static constexpr const char* kOrders[] = {"dmy", "mdy", "ymd"};
-  std::string text = "1" + Utf8(locale.thousand_separator) + "234" + Utf8(locale.decimal_separator);
-  text += "5 " + std::string(kOrders[static_cast<int>(locale.date_order)]);
-  text += Utf8(locale.date_separator + u" 12" + locale.time_separator + u"00 ");
-  return text + Utf8(locale.true_word + u'/' + locale.false_word);
+  std::ostringstream text;
+  text << '1' << Utf8(locale.thousand_separator) << "234" << Utf8(locale.decimal_separator) << "5 "
+       << kOrders[static_cast<int>(locale.date_order)] << Utf8(locale.date_separator) << " 12"
+       << Utf8(locale.time_separator) << "00 " << Utf8(locale.true_word) << '/'
+       << Utf8(locale.false_word);
+  return std::move(text).str();
 }
 
 TEST(Locale, EveryLanguageInEveryCountry) {

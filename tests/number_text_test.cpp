@@ -9,6 +9,7 @@
 #include <string>
 
 #include "quorl/runtime/convert.hpp"
+#include "tests/support/cells.hpp"
 #include "tests/support/decimal_text.hpp"
 #include "tests/support/holder.hpp"
 #include "tests/support/print.hpp"
@@ -59,9 +60,9 @@ TEST(NumberText, ReadsByTheLocale) {
       EXPECT_TRUE(number == expected || std::isnan(expected)) << Shown(c.text) << number;
     }
   }
-  for (const StringView text : {u"",    u" ",    u"-",   u"+-1", u"1-",    u"1-2",    u"12abc",
-                                u"abc", u"e5",   u"1e",  u"1e+", u"1e5.5", u"1e5e5",  u"&H10",
-                                u"\t1", u"0x10", u"inf", u"nan", u"1E 5",  u"\uFF11", u"--1"}) {
+  for (const String& text :
+       Cells(u"| |-|+-1|--1|1-|1-2|12abc|abc|e5|1e|1e+|1e5.5|1e5e5|1E 5|&H10|0x10"
+             u"|\t1|inf|nan|\uFF11")) {
     for (const Locale& locale : {kFrench, kEnglish, kGerman, kSwiss}) {
       EXPECT_FALSE(IsNumber(text, locale)) << Shown(text);
     }
@@ -113,33 +114,18 @@ TEST(NumberText, ManyDigitsDecideTiesBetweenDoubles) {
 
 TEST(NumberText, LeadingNumberStopsWhereItEnds) {
   const LocaleScope scope(kFrench);  // which plays no part
-  const std::pair<StringView, Double> cases[] = {
-      {u"", 0},
-      {u"abc", 0},
-      {u"-", 0},
-      {u"12abc", 12},
-      {u"12,5", 12},
-      {u"12.5.6", 12.5},
-      {u" 1 2\t3\n4 ", 1234},
-      {u"- 1 . 5 e + 2x", -150},
-      {u"1e", 1},
-      {u"1e+", 1},
-      {u"1ee5", 1},
-      {u".5", .5},
-      {u".", 0},
-      {u"-.e5", 0},
-      {u"+-5", 0},
-      {u"5-3", 5},
-      {u"0x1F", 0},
-      {u"1e-999", 0},
-      {u"0e999999999999999999999", 0},
-      {u"\u00A01", 0},
-      {u"\r1", 0},
-      {u"1e308", 1e308},
-      {u"00012", 12},
+  const std::pair<Double, StringView> cases[] = {
+      {0, u"|abc|-|.|-.e5|+-5|0x1F|1e-999|0e999999999999999999999|\u00A01|\r1"},
+      {1, u"1e|1e+|1ee5|1|+1|01|1,5|1e0x|1-3|\t\n 1"},
+      {12.5, u"12.5.6|1 2\t.\n5|125e-1|.125 e +2"},
+      {-150, u"- 1 . 5 e + 2x|-150abc"},
+      {1e308, u"1e308"},
   };
-  for (const auto& [text, expected] : cases)
-    EXPECT_EQ(ReadLeadingNumber(text), expected) << Shown(text);
+  for (const auto& [expected, texts] : cases) {
+    for (const String& text : Cells(texts)) {
+      EXPECT_EQ(ReadLeadingNumber(text), expected) << Shown(text);
+    }
+  }
   for (const StringView text : {u"1e309x", u"-9 e 99999999999999999999"}) {
     EXPECT_RAISES(ReadLeadingNumber(text), RuntimeFailure(6)) << Shown(text);
   }

@@ -392,11 +392,13 @@ const std::vector<ImportCase>& ImportCases() {
        "[HKCU\\A\\B]\n\"x\"=\"0\""},
       {"[HKCU\\A]\n\"x\"=\"0\"", "[HKCU\\A]\n\"x\"=\"1\"\n\"x\"=-\n\"y\"=-\n\"y\"=\"1\"",
        "[HKCU\\A]\n\"y\"=\"1\""},
-      {"[HKCU\\A]\n\"x\"=\"0\"\n[HKLM\\A]\n\"x\"=\"0\"\n[HKLM\\B\\C]\n\"v\"=\"0\"",
+      {"[HKCU\\A]\n\"x\"=\"0\"\n[HKCU\\D]\n\"o\"=\"0\"\n[HKLM\\A]\n\"x\"=\"0\"\n[HKLM\\B\\C]\n"
+       "\"v\"=\"0\"",
        "[HKCU\\A]\n\"x\"=\"1\"\n\"y\"=\"1\"\n[HKLM\\A]\n\"x\"=-\n\"n\"=\"1\"\n[-HKLM\\B]\n"
-       "[HKLM\\B\\D\\E]\n\"v\"=\"1\"\n[HKCR]\n@=\"1\"",
-       "[HKCR]\n@=\"1\"\n[HKCU\\A]\n\"x\"=\"1\"\n\"y\"=\"1\"\n[HKLM\\A]\n\"n\"=\"1\"\n"
-       "[HKLM\\B\\D\\E]\n\"v\"=\"1\""},
+       "[HKLM\\B\\D\\E]\n\"v\"=\"1\"\n[HKCR]\n@=\"1\"\n[HKCR\\N\\K]\n[-HKCU\\D]\n[HKCU\\D]\n"
+       "\"n\"=\"1\"",
+       "[HKCR]\n@=\"1\"\n[HKCR\\N\\K]\n[HKCU\\A]\n\"x\"=\"1\"\n\"y\"=\"1\"\n[HKCU\\D]\n"
+       "\"n\"=\"1\"\n[HKLM\\A]\n\"n\"=\"1\"\n[HKLM\\B\\D\\E]\n\"v\"=\"1\""},
   };
   return cases;
 }

@@ -28,16 +28,23 @@ bool CopyObject(void* destination, const void* source) noexcept {
   return true;
 }
 
+// The elements that are being copied on this thread, each within the one before.
+struct Nesting {
+  static constexpr int kMost = 64;
+  int depth = 0;
+  std::size_t room = 0;
+};
+thread_local constinit Nesting nesting;
+
 bool CopyVariant(void* destination, const void* source) noexcept {
-  // An array that holds itself would be copied without end.
-  constexpr int kMostNested = 64;
-  static thread_local int nested = 0;
+  constexpr std::size_t kMostNestedBytes = std::size_t{1} << 28;
+  if (nesting.depth == 0) nesting.room = kMostNestedBytes;
   VARIANT copy;
   VariantInit(&copy);
-  ++nested;
-  const bool copied =
-      nested <= kMostNested && VariantCopy(&copy, static_cast<const VARIANT*>(source)) == S_OK;
-  --nested;
+  ++nesting.depth;
+  const auto value = ValueAt<VARIANT>(source);
+  const bool copied = nesting.depth <= Nesting::kMost && VariantCopy(&copy, &value) == S_OK;
+  --nesting.depth;
   std::memcpy(destination, &copy, sizeof(copy));
   return copied;
 }
@@ -66,6 +73,13 @@ std::size_t ElementSize(std::uint16_t vt) noexcept {
     default:
       return 0;
   }
+}
+
+bool MayCopy(std::size_t bytes) noexcept {
+  if (nesting.depth == 0) return true;
+  if (bytes >= nesting.room) return false;
+  nesting.room -= bytes + 1;
+  return true;
 }
 
 bool CopyElement(std::uint16_t vt, void* destination, const void* source) noexcept {

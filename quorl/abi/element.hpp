@@ -16,6 +16,11 @@ std::size_t ElementSize(std::uint16_t vt) noexcept;
 /// once more. False, with zeros at `destination`, when memory ran out or the value is of no kind.
 bool CopyElement(std::uint16_t vt, void* destination, const void* source) noexcept;
 
+/// Whether an array of so many bytes may be copied now. Always for one of its own; arrays within an
+/// array that is being copied have 256 MiB together, so that one which holds itself comes to an
+/// end.
+bool MayCopy(std::size_t bytes) noexcept;
+
 /// Ends what the value owns and leaves zeros.
 void EndElement(std::uint16_t vt, void* element) noexcept;
 

@@ -1,6 +1,7 @@
 #include "quorl/abi/errors.hpp"
 
 #include <new>
+#include <utility>
 
 #include "quorl/abi/bstr.hpp"
 #include "quorl/abi/counted.hpp"
@@ -57,9 +58,19 @@ const QuorlErrorInfoTable ErrorInfo::kTable{QueryInterface, AddRef,        Relea
 
 using ErrorReference = Reference<QuorlErrorInfo>;
 
-ErrorReference& ThreadsError() noexcept {
-  static thread_local ErrorReference error;
-  return error;
+// A plain pointer, which is sound even while the thread ends; what it holds then goes with it.
+thread_local constinit QuorlErrorInfo* threads_error = nullptr;
+
+QuorlErrorInfo* TakeThreadsError() noexcept { return std::exchange(threads_error, nullptr); }
+
+struct EndWithThread {
+  ~EndWithThread() { ErrorReference::Adopt(TakeThreadsError()); }
+};
+
+void SetThreadsError(ErrorReference error) noexcept {
+  static thread_local const EndWithThread end;
+  const ErrorReference former = ErrorReference::Adopt(TakeThreadsError());
+  threads_error = error.Detach();
 }
 
 BSTR TextOrNull(const String& text) noexcept {
@@ -81,7 +92,7 @@ HRESULT CodeOf(Int32 number) noexcept {
 }
 
 void SetErrorInfoOf(const RaisedError& error) noexcept {
-  ThreadsError() = ErrorReference::Adopt(new (std::nothrow) ErrorInfo(error));
+  SetThreadsError(ErrorReference::Adopt(new (std::nothrow) ErrorInfo(error)));
 }
 
 void FillRecord(const RaisedError& error, EXCEPINFO& info) noexcept {
@@ -91,14 +102,16 @@ void FillRecord(const RaisedError& error, EXCEPINFO& info) noexcept {
   info.scode = CodeOf(error.Number());
 }
 
-RaisedError TakeRecord(EXCEPINFO& info) {
+RaisedError ReadRecord(EXCEPINFO& info) {
   if (info.fill_in != nullptr) info.fill_in(&info);
-  RaisedError error(NumberOf(info), ViewOf(info.source), ViewOf(info.description));
+  return RaisedError(NumberOf(info), ViewOf(info.source), ViewOf(info.description));
+}
+
+void EndRecord(EXCEPINFO& info) noexcept {
   SysFreeString(info.source);
   SysFreeString(info.description);
   SysFreeString(info.help_file);
   info = EXCEPINFO{};
-  return error;
 }
 
 }  // namespace quorl::abi
@@ -109,12 +122,12 @@ extern "C" {
 
 HRESULT GetErrorInfo(uint32_t, void** out) {
   if (out == nullptr) return E_POINTER;
-  *out = ThreadsError().Detach();
+  *out = TakeThreadsError();
   return *out == nullptr ? S_FALSE : S_OK;
 }
 
 HRESULT SetErrorInfo(uint32_t, void* info) {
-  ThreadsError() = ErrorReference::Share(static_cast<QuorlErrorInfo*>(info));
+  SetThreadsError(ErrorReference::Share(static_cast<QuorlErrorInfo*>(info)));
   return S_OK;
 }
 

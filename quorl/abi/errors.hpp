@@ -17,7 +17,10 @@ void SetErrorInfoOf(const RaisedError& error) noexcept;
 /// stay null.
 void FillRecord(const RaisedError& error, EXCEPINFO& info) noexcept;
 
-/// The failure that a host's record tells; the record's texts are ended.
-RaisedError TakeRecord(EXCEPINFO& info);
+/// The failure that a host's record tells, once the host has been asked to fill it.
+RaisedError ReadRecord(EXCEPINFO& info);
+
+/// Ends the texts of a host's record.
+void EndRecord(EXCEPINFO& info) noexcept;
 
 }  // namespace quorl::abi

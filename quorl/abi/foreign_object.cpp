@@ -56,6 +56,16 @@ class BinaryArguments {
   std::vector<VARIANT> passed_;
 };
 
+// What a host tells of its failure, ended on every way out.
+struct HostRecord {
+  HostRecord() = default;
+  HostRecord(const HostRecord&) = delete;
+  HostRecord& operator=(const HostRecord&) = delete;
+  ~HostRecord() { EndRecord(info); }
+
+  EXCEPINFO info{};
+};
+
 class ForeignObject final : public LateBound {
  public:
   explicit ForeignObject(QuorlDispatch* dispatch)
@@ -110,11 +120,11 @@ class ForeignObject final : public LateBound {
     const std::int32_t id = IdentifierOf(name);
     QuorlDispatch* object = dispatch_.Get();
     OwnedVariant result;
-    EXCEPINFO info{};
+    HostRecord record;
     std::uint32_t wrong_argument = 0;
     const HRESULT code = object->table->Invoke(object, id, &kNoIdentifier, 0, flags, &parameters,
-                                               result.Address(), &info, &wrong_argument);
-    if (code == DISP_E_EXCEPTION) throw TakeRecord(info);
+                                               result.Address(), &record.info, &wrong_argument);
+    if (code == DISP_E_EXCEPTION) throw ReadRecord(record.info);
     Require(code);
     return FromBinary(result.Get());
   }

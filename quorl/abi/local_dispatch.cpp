@@ -48,8 +48,11 @@ class LocalDispatch final : public Counted<LocalDispatch, QuorlDispatch> {
   static HRESULT Invoke(QuorlDispatch* self, std::int32_t id, const GUID*, std::uint32_t,
                         std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
                         EXCEPINFO* info, std::uint32_t*) {
+    if (result != nullptr) VariantClear(result);
     if (parameters == nullptr) return E_POINTER;
     if (parameters->argument_count != 0 && parameters->arguments == nullptr) return E_POINTER;
+    if (parameters->argument_count > kMostArguments) return DISP_E_BADPARAMCOUNT;
+    if (HasNamedArgument(flags, *parameters)) return DISP_E_PARAMNOTFOUND;
     try {
       const Variant given = From(self)->Perform(id, flags, *parameters);
       if (result != nullptr) *result = ToBinary(given);
@@ -64,6 +67,16 @@ class LocalDispatch final : public Counted<LocalDispatch, QuorlDispatch> {
   }
 
  private:
+  static constexpr std::uint32_t kMostArguments = 255;
+
+  // Arguments have no names here, but for the new value of a put.
+  static bool HasNamedArgument(std::uint16_t flags, const DISPPARAMS& parameters) {
+    const bool is_put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+    if (parameters.named_count == 0) return false;
+    return !is_put || parameters.named_count != 1 || parameters.named == nullptr ||
+           *parameters.named != QUORL_PUT_VALUE;
+  }
+
   static bool IsUnknownMember(const RaisedError& error) {
     return error.Number() == static_cast<Int32>(FailureNumber::kNoSuchMember) &&
            error.Source() == kRuntimeSource;

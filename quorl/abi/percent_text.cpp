@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::string_view kDigits = "0123456789ABCDEF";
 
-bool StandsForItself(unsigned char byte) { return byte > 0x20 && byte < 0x7F && byte != '%'; }
+bool StandsForItself(unsigned char byte) { return byte >= 0x20 && byte < 0x7F && byte != '%'; }
 
 }  // namespace
 

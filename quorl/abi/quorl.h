@@ -84,12 +84,21 @@ typedef struct QuorlBound {
 
 typedef struct SAFEARRAY {
   uint16_t dimensions;
-  uint16_t features; /* kept by the library */
+  uint16_t features; /* kept by the library: see QUORL_ARRAY_OF_TEXTS; a host leaves it alone */
   uint32_t element_size;
   uint32_t locks;
   void* data;
   QuorlBound bounds[1]; /* as many as there are dimensions */
 } SAFEARRAY;
+
+/* Features of arrays whose elements own something; the four highest bits are the library's, and 0
+ * in an array that a host laid out by itself. Such an array may be an argument; the functions below
+ * refuse it with E_INVALIDARG. */
+enum {
+  QUORL_ARRAY_OF_TEXTS = 0x100,
+  QUORL_ARRAY_OF_OBJECTS = 0x400,
+  QUORL_ARRAY_OF_VARIANTS = 0x800
+};
 
 /* What a VARIANT holds. */
 enum {
@@ -321,7 +330,7 @@ HRESULT VariantCopy(VARIANT* destination, const VARIANT* source);
 /* Arrays of any VT number of a single value, or VT_VARIANT. `bounds` stand leftmost dimension
  * first. Null when an argument is out of its contract or memory ran out. */
 SAFEARRAY* SafeArrayCreate(uint16_t vt, uint32_t dimensions, const QuorlBound* bounds);
-/* Ends the elements, the data and the array. Fails with E_UNEXPECTED while data is accessed. */
+/* Ends the elements, the data and the array; takes null. E_UNEXPECTED while data is accessed. */
 HRESULT SafeArrayDestroy(SAFEARRAY* array);
 uint32_t SafeArrayGetDim(SAFEARRAY* array);
 /* Dimensions count from 1, leftmost first; DISP_E_BADINDEX for any other. */

@@ -7,10 +7,28 @@
 
 #include "quorl/abi/element.hpp"
 
-// The element type stands in `features`: 0 in an array that a host laid out by itself.
-
 namespace quorl::abi {
 namespace {
+
+// `features` keeps the element type in its four highest bits, which are 0 in an array that a host
+// laid out by itself, and below them what kind of thing has to be ended.
+constexpr int kTypeShift = 12;
+constexpr std::uint16_t kBytesAsType = 13;
+
+std::uint16_t FeaturesFor(std::uint16_t vt) {
+  const unsigned type = vt == VT_UI1 ? kBytesAsType : vt;
+  const unsigned ending = vt == VT_BSTR       ? QUORL_ARRAY_OF_TEXTS
+                          : vt == VT_DISPATCH ? QUORL_ARRAY_OF_OBJECTS
+                          : vt == VT_VARIANT  ? QUORL_ARRAY_OF_VARIANTS
+                                              : 0;
+  return static_cast<std::uint16_t>(type << kTypeShift | ending);
+}
+
+// The type that the array was made for; 0 in an array of a host's own.
+std::uint16_t TypeOf(const SAFEARRAY& array) {
+  const auto type = static_cast<std::uint16_t>(array.features >> kTypeShift);
+  return type == kBytesAsType ? std::uint16_t{VT_UI1} : type;
+}
 
 constexpr std::size_t kMostBytes = std::numeric_limits<std::int32_t>::max();
 
@@ -51,7 +69,7 @@ SAFEARRAY* NewArray(std::uint16_t vt, std::span<const QuorlBound> bounds) {
     return nullptr;
   }
   array->dimensions = static_cast<std::uint16_t>(bounds.size());
-  array->features = vt;
+  array->features = FeaturesFor(vt);
   array->element_size = static_cast<std::uint32_t>(size);
   array->data = data;
   std::memcpy(FirstBound(*array), bounds.data(), bounds.size_bytes());
@@ -60,8 +78,8 @@ SAFEARRAY* NewArray(std::uint16_t vt, std::span<const QuorlBound> bounds) {
 
 void EndArray(SAFEARRAY* array, std::size_t count) {
   auto* element = static_cast<char*>(array->data);
-  for (std::size_t i = 0; i < count; ++i)
-    EndElement(array->features, element + i * array->element_size);
+  const std::uint16_t vt = TypeOf(*array);
+  for (std::size_t i = 0; i < count; ++i) EndElement(vt, element + i * array->element_size);
   std::free(array->data);
   std::free(array);
 }
@@ -82,7 +100,7 @@ char* PlaceOf(const SAFEARRAY& array, const std::int32_t* subscripts) {
 }
 
 bool IsOurs(const SAFEARRAY* array) {
-  return array != nullptr && ElementCount(*array, array->features).has_value();
+  return array != nullptr && ElementCount(array, TypeOf(*array)).has_value();
 }
 
 const QuorlBound* BoundAt(const SAFEARRAY* array, std::uint32_t dimension) {
@@ -96,25 +114,28 @@ std::span<const QuorlBound> BoundsOf(const SAFEARRAY& array) noexcept {
   return {FirstBound(const_cast<SAFEARRAY&>(array)), array.dimensions};
 }
 
-std::optional<std::size_t> ElementCount(const SAFEARRAY& array, std::uint16_t vt) noexcept {
+std::optional<std::size_t> ElementCount(const SAFEARRAY* array, std::uint16_t vt) noexcept {
   const std::size_t size = ElementSize(vt);
-  if (size == 0 || array.element_size != size) return std::nullopt;
-  if (array.dimensions == 0 || array.dimensions > kMostDimensions) return std::nullopt;
-  const std::optional<std::size_t> count = Product(BoundsOf(array), size);
-  if (count && *count != 0 && array.data == nullptr) return std::nullopt;
+  if (array == nullptr || size == 0 || array->element_size != size) return std::nullopt;
+  const bool is_made_for_others = TypeOf(*array) != 0 && TypeOf(*array) != vt;
+  if (is_made_for_others || array->dimensions == 0 || array->dimensions > kMostDimensions) {
+    return std::nullopt;
+  }
+  const std::optional<std::size_t> count = Product(BoundsOf(*array), size);
+  if (count && *count != 0 && array->data == nullptr) return std::nullopt;
   return count;
 }
 
-HRESULT CopyArray(const SAFEARRAY* source, SAFEARRAY** copy) noexcept {
+HRESULT CopyArray(std::uint16_t vt, const SAFEARRAY* source, SAFEARRAY** copy) noexcept {
   *copy = nullptr;
   if (source == nullptr) return S_OK;
-  const std::optional<std::size_t> count = ElementCount(*source, source->features);
-  if (!count) return E_INVALIDARG;
-  SAFEARRAY* made = NewArray(source->features, BoundsOf(*source));
+  const std::optional<std::size_t> count = ElementCount(source, vt);
+  if (!count || !MayCopy(*count * source->element_size)) return E_INVALIDARG;
+  SAFEARRAY* made = NewArray(vt, BoundsOf(*source));
   if (made == nullptr) return E_OUTOFMEMORY;
   for (std::size_t i = 0; i < *count; ++i) {
     const std::size_t at = i * source->element_size;
-    if (!CopyElement(source->features, static_cast<char*>(made->data) + at,
+    if (!CopyElement(vt, static_cast<char*>(made->data) + at,
                      static_cast<const char*>(source->data) + at)) {
       EndArray(made, *count);
       return E_OUTOFMEMORY;
@@ -139,9 +160,10 @@ SAFEARRAY* SafeArrayCreate(uint16_t vt, uint32_t dimensions, const QuorlBound* b
 }
 
 HRESULT SafeArrayDestroy(SAFEARRAY* array) {
+  if (array == nullptr) return S_OK;
   if (!IsOurs(array)) return E_INVALIDARG;
   if (array->locks != 0) return E_UNEXPECTED;
-  EndArray(array, *ElementCount(*array, array->features));
+  EndArray(array, *ElementCount(array, TypeOf(*array)));
   return S_OK;
 }
 
@@ -167,8 +189,8 @@ HRESULT SafeArrayGetUBound(SAFEARRAY* array, uint32_t dimension, int32_t* bound)
 
 HRESULT SafeArrayGetVartype(SAFEARRAY* array, uint16_t* vt) {
   if (vt == nullptr) return E_POINTER;
-  if (array == nullptr || ElementSize(array->features) == 0) return E_INVALIDARG;
-  *vt = array->features;
+  if (array == nullptr || ElementSize(TypeOf(*array)) == 0) return E_INVALIDARG;
+  *vt = TypeOf(*array);
   return S_OK;
 }
 
@@ -177,23 +199,24 @@ HRESULT SafeArrayGetElement(SAFEARRAY* array, const int32_t* subscripts, void* e
   if (!IsOurs(array)) return E_INVALIDARG;
   const char* place = PlaceOf(*array, subscripts);
   if (place == nullptr) return DISP_E_BADINDEX;
-  return CopyElement(array->features, element, place) ? S_OK : E_OUTOFMEMORY;
+  return CopyElement(TypeOf(*array), element, place) ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT SafeArrayPutElement(SAFEARRAY* array, const int32_t* subscripts, void* element) {
   if (subscripts == nullptr) return E_POINTER;
   if (!IsOurs(array)) return E_INVALIDARG;
-  const bool is_pointer = array->features == VT_BSTR || array->features == VT_DISPATCH;
+  const std::uint16_t vt = TypeOf(*array);
+  const bool is_pointer = vt == VT_BSTR || vt == VT_DISPATCH;
   if (element == nullptr && !is_pointer) return E_POINTER;
   char* place = PlaceOf(*array, subscripts);
   if (place == nullptr) return DISP_E_BADINDEX;
   alignas(VARIANT) char copy[sizeof(VARIANT)];
   const void* source = is_pointer ? static_cast<const void*>(&element) : element;
-  if (!CopyElement(array->features, copy, source)) return E_OUTOFMEMORY;
+  if (!CopyElement(vt, copy, source)) return E_OUTOFMEMORY;
   alignas(VARIANT) char former[sizeof(VARIANT)];
   std::memcpy(former, place, array->element_size);
   std::memcpy(place, copy, array->element_size);
-  EndElement(array->features, former);
+  EndElement(vt, former);
   return S_OK;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 #include "quorl/abi/bstr.hpp"
@@ -14,10 +15,10 @@
 namespace quorl::abi {
 namespace {
 
-// References and arrays nested deeper than this are taken for endless.
+// References and arrays nested deeper than this are taken for endless, and so are arrays within an
+// array that hold more: one that stands in many places may be a small thing with no end.
 constexpr int kMostNested = 64;
-
-Variant ReadVariant(const VARIANT& value, int depth);
+constexpr std::size_t kMostNestedBytes = std::size_t{1} << 28;
 
 template <class Value>
 Value At(const void* place) {
@@ -31,38 +32,6 @@ Variant ReadError(std::int32_t code) {
   return Missing;
 }
 
-// A value of a plain type at a place in memory.
-Variant ReadValue(std::uint16_t vt, const void* place, int depth) {
-  switch (vt) {
-    case VT_I2:
-      return At<Int16>(place);
-    case VT_I4:
-      return At<Int32>(place);
-    case VT_R4:
-      return At<Single>(place);
-    case VT_R8:
-      return At<Double>(place);
-    case VT_CY:
-      return Currency::FromTenThousandths(At<std::int64_t>(place));
-    case VT_DATE:
-      return Date(At<Double>(place));
-    case VT_BSTR:
-      return ViewOf(At<BSTR>(place));
-    case VT_DISPATCH:
-      return ObjectOf(At<QuorlDispatch*>(place));
-    case VT_ERROR:
-      return ReadError(At<std::int32_t>(place));
-    case VT_BOOL:
-      return At<std::int16_t>(place) != 0;
-    case VT_UI1:
-      return At<Byte>(place);
-    case VT_VARIANT:
-      return ReadVariant(*static_cast<const VARIANT*>(place), depth + 1);
-    default:
-      Raise(FailureNumber::kTypeMismatch);
-  }
-}
-
 std::vector<ArrayBound> LeftmostFirst(std::span<const QuorlBound> bounds) {
   std::vector<ArrayBound> result;
   for (std::size_t i = bounds.size(); i-- > 0;) {
@@ -71,44 +40,105 @@ std::vector<ArrayBound> LeftmostFirst(std::span<const QuorlBound> bounds) {
   return result;
 }
 
-Variant ReadArray(std::uint16_t vt, const SAFEARRAY* array, int depth) {
-  if (array == nullptr) Raise(FailureNumber::kTypeMismatch);
-  const bool is_other = array->features != 0 && array->features != vt;
-  const std::optional<std::size_t> count = ElementCount(*array, vt);
-  if (is_other || !count || vt == VT_ERROR) Raise(FailureNumber::kTypeMismatch);
-  Array result(static_cast<VariantType>(vt), LeftmostFirst(BoundsOf(*array)));
-  if (vt == VT_UI1) {
-    std::copy_n(static_cast<const Byte*>(array->data), *count, result.WritableBytes().begin());
+// Reads one value with all that it leads to.
+class Reader {
+ public:
+  Variant Read(const VARIANT& value) {
+    if (value.vt == VT_EMPTY) return Empty;
+    if (value.vt == VT_NULL) return Null;
+    const auto type = static_cast<std::uint16_t>(value.vt & ~(VT_BYREF | VT_ARRAY));
+    if ((value.vt & VT_BYREF) != 0) {
+      return ReadReference(type, (value.vt & VT_ARRAY) != 0, value.value.reference);
+    }
+    if ((value.vt & VT_ARRAY) != 0) return ReadArray(type, value.value.array);
+    if (type == VT_VARIANT) Raise(FailureNumber::kTypeMismatch);
+    return ReadValue(type, &value.value);
+  }
+
+ private:
+  // Counts one level as long as it lives.
+  class Level {
+   public:
+    explicit Level(int& depth) : depth_(depth) {
+      if (depth >= kMostNested) Raise(FailureNumber::kTypeMismatch);
+      ++depth_;
+    }
+    ~Level() { --depth_; }
+    Level(const Level&) = delete;
+    Level& operator=(const Level&) = delete;
+
+   private:
+    int& depth_;
+  };
+
+  Variant ReadReference(std::uint16_t type, bool is_array, const void* place) {
+    if (place == nullptr) Raise(FailureNumber::kTypeMismatch);
+    return is_array ? ReadArray(type, At<SAFEARRAY*>(place)) : ReadValue(type, place);
+  }
+
+  // A value of a single type at a place in memory.
+  Variant ReadValue(std::uint16_t type, const void* place) {
+    switch (type) {
+      case VT_I2:
+        return At<Int16>(place);
+      case VT_I4:
+        return At<Int32>(place);
+      case VT_R4:
+        return At<Single>(place);
+      case VT_R8:
+        return At<Double>(place);
+      case VT_CY:
+        return Currency::FromTenThousandths(At<std::int64_t>(place));
+      case VT_DATE:
+        return Date(At<Double>(place));
+      case VT_BSTR:
+        return ViewOf(At<BSTR>(place));
+      case VT_DISPATCH:
+        return ObjectOf(At<QuorlDispatch*>(place));
+      case VT_ERROR:
+        return ReadError(At<std::int32_t>(place));
+      case VT_BOOL:
+        return At<std::int16_t>(place) != 0;
+      case VT_UI1:
+        return At<Byte>(place);
+      case VT_VARIANT: {
+        const Level level(depth_);
+        return Read(At<VARIANT>(place));
+      }
+      default:
+        Raise(FailureNumber::kTypeMismatch);
+    }
+  }
+
+  Variant ReadArray(std::uint16_t type, const SAFEARRAY* array) {
+    const std::optional<std::size_t> count = ElementCount(array, type);
+    if (!count || type == VT_ERROR) Raise(FailureNumber::kTypeMismatch);
+    TakeRoom(type == VT_UI1 ? *count : *count * sizeof(Variant));
+    const Level level(array_depth_);
+    Array result(static_cast<VariantType>(type), LeftmostFirst(BoundsOf(*array)));
+    const auto* place = static_cast<const char*>(array->data);
+    if (type == VT_UI1) {
+      std::copy_n(reinterpret_cast<const Byte*>(place), *count, result.WritableBytes().begin());
+      return result;
+    }
+    for (Variant& element : result.WritableElements()) {
+      element = ReadValue(type, place);
+      place += array->element_size;
+    }
     return result;
   }
-  const std::span<Variant> elements = result.WritableElements();
-  for (std::size_t i = 0; i < *count; ++i) {
-    elements[i] =
-        ReadValue(vt, static_cast<const char*>(array->data) + i * array->element_size, depth + 1);
-  }
-  return result;
-}
 
-Variant ReadReference(std::uint16_t vt, const void* place, int depth) {
-  if (place == nullptr) Raise(FailureNumber::kTypeMismatch);
-  if ((vt & VT_ARRAY) == 0) return ReadValue(vt, place, depth);
-  return ReadArray(static_cast<std::uint16_t>(vt & ~VT_ARRAY), At<SAFEARRAY*>(place), depth);
-}
+  // The outermost array may be as large as memory.
+  void TakeRoom(std::size_t bytes) {
+    if (array_depth_ == 0) return;
+    if (bytes >= room_) Raise(FailureNumber::kTypeMismatch);
+    room_ -= bytes + 1;
+  }
 
-Variant ReadVariant(const VARIANT& value, int depth) {
-  if (depth > kMostNested) Raise(FailureNumber::kTypeMismatch);
-  if (value.vt == VT_EMPTY) return Empty;
-  if (value.vt == VT_NULL) return Null;
-  if ((value.vt & VT_BYREF) != 0) {
-    return ReadReference(static_cast<std::uint16_t>(value.vt & ~VT_BYREF), value.value.reference,
-                         depth);
-  }
-  if ((value.vt & VT_ARRAY) != 0) {
-    return ReadArray(static_cast<std::uint16_t>(value.vt & ~VT_ARRAY), value.value.array, depth);
-  }
-  if (value.vt == VT_VARIANT) Raise(FailureNumber::kTypeMismatch);
-  return ReadValue(value.vt, &value.value, depth);
-}
+  int depth_ = 0;
+  int array_depth_ = 0;
+  std::size_t room_ = kMostNestedBytes;
+};
 
 struct Writer {
   VARIANT& out;
@@ -167,10 +197,20 @@ void Writer::operator()(const Array& value) const {
   }
 }
 
+bool IsReference(const VARIANT& value) {
+  return (value.vt & VT_BYREF) != 0 && value.value.reference != nullptr;
+}
+
+// Whether what it points to is a VARIANT that is a reference again.
+bool LeadsToReference(const VARIANT& value) {
+  return value.vt == (VT_BYREF | VT_VARIANT) && IsReference(value) &&
+         IsReference(At<VARIANT>(value.value.reference));
+}
+
 }  // namespace
 
 Variant FromBinary(const VARIANT& value) {
-  return WithinMemory([&] { return ReadVariant(value, 0); });
+  return WithinMemory([&] { return Reader().Read(value); });
 }
 
 VARIANT ToBinary(const Variant& value) {
@@ -181,15 +221,18 @@ VARIANT ToBinary(const Variant& value) {
 }
 
 void WriteBack(const VARIANT& reference, const Variant& value) {
-  if ((reference.vt & VT_BYREF) == 0 || reference.value.reference == nullptr) return;
-  const auto vt = static_cast<std::uint16_t>(reference.vt & ~VT_BYREF);
-  const bool to_variant = vt == VT_VARIANT;
-  if (!to_variant && ElementSize(vt) == 0) Raise(FailureNumber::kTypeMismatch);
-  const Variant converted = to_variant ? value : ConvertTo(value, static_cast<VariantType>(vt));
+  VARIANT target = reference;
+  for (int i = 0; i < kMostNested && LeadsToReference(target); ++i) {
+    target = At<VARIANT>(target.value.reference);
+  }
+  const auto type = static_cast<std::uint16_t>(target.vt & ~VT_BYREF);
+  if (!IsReference(target) || ElementSize(type) == 0) return;
+  const Variant converted =
+      type == VT_VARIANT ? value : ConvertTo(value, static_cast<VariantType>(type));
   alignas(VARIANT) char former[sizeof(VARIANT)];
-  std::memcpy(former, reference.value.reference, ElementSize(vt));
-  WriteElement(vt, reference.value.reference, converted);
-  EndElement(vt, former);
+  std::memcpy(former, target.value.reference, ElementSize(type));
+  WriteElement(type, target.value.reference, converted);
+  EndElement(type, former);
 }
 
 }  // namespace quorl::abi

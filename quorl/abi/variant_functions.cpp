@@ -46,7 +46,8 @@ HRESULT VariantCopy(VARIANT* destination, const VARIANT* source) {
   VARIANT copy = *source;
   if ((source->vt & VT_BYREF) == 0 && !IsStateless(source->vt)) {
     if (IsArray(source->vt)) {
-      const HRESULT result = quorl::abi::CopyArray(source->value.array, &copy.value.array);
+      const auto vt = static_cast<std::uint16_t>(source->vt & ~VT_ARRAY);
+      const HRESULT result = quorl::abi::CopyArray(vt, source->value.array, &copy.value.array);
       if (result != S_OK) return result;
     } else if (!IsSingleValue(source->vt)) {
       return DISP_E_TYPEMISMATCH;

@@ -321,13 +321,21 @@ Registry& RegistryBehind(QuorlDispatch* pointer) {
   return InstanceOf<Registry>::In(pointer);
 }
 
+Registry& RegistryBehind(const Object& object) {
+  QuorlDispatch* pointer = abi::ForeignPointerOf(object);
+  // A host's object in C++ has no pointer to a table.
+  if (pointer == nullptr && object) Raise(FailureNumber::kTypeMismatch);
+  return RegistryBehind(pointer);
+}
+
+bool IsSameName(StringView a, StringView b) noexcept {
+  const auto lower = [](char16_t unit) { return LowerCase(unit); };
+  return std::ranges::equal(a, b, {}, lower, lower);
+}
+
 const MemberRow* FindByName(const ClassRow& row, StringView name) noexcept {
-  const auto same_name = [&](const MemberRow& member) {
-    return std::ranges::equal(
-        member.name, name, {}, [](char16_t unit) { return LowerCase(unit); },
-        [](char16_t unit) { return LowerCase(unit); });
-  };
-  const auto found = std::ranges::find_if(row.members, same_name);
+  const auto found = std::ranges::find_if(
+      row.members, [&](const MemberRow& member) { return IsSameName(member.name, name); });
   return found == row.members.end() ? nullptr : &*found;
 }
 

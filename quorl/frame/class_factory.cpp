@@ -16,12 +16,29 @@ using abi::operator==;
 
 constexpr std::size_t kClassCount = 12;
 
+// Both are sound before any code of the library runs and until its memory is gone.
+constinit std::mutex hidden_guard;
+constinit std::array<ComponentObject*, kClassCount> hidden_instances{};
+
+// Ends the hidden instances when the library is unloaded. One that a host still holds stays: where
+// the whole process ends, the host may let go of it after this, and may even ask for it again.
+struct EndWithLibrary {
+  ~EndWithLibrary() {
+    const std::scoped_lock lock(hidden_guard);
+    for (ComponentObject*& instance : hidden_instances) {
+      if (instance == nullptr || instance->count.load() > 1) continue;
+      instance->row.end(instance);
+      instance = nullptr;
+    }
+  }
+};
+
 // The hidden instance of a class, made at the first use; a failure to make it is tried again.
 ComponentObject* HiddenInstance(const ClassRow& row) {
-  static std::mutex guard;
-  static std::array<ComponentObject*, kClassCount> instances{};
-  const std::scoped_lock lock(guard);
-  ComponentObject*& instance = instances[static_cast<std::size_t>(&row - Catalogue().data())];
+  static const EndWithLibrary end;
+  const std::scoped_lock lock(hidden_guard);
+  ComponentObject*& instance =
+      hidden_instances[static_cast<std::size_t>(&row - Catalogue().data())];
   if (instance == nullptr) instance = row.make(row, Holder::kLibrary);
   return instance;
 }

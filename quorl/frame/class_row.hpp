@@ -24,6 +24,7 @@ struct ClassRow {
 
   /// Makes an instance; raises what its construction raises.
   ComponentObject* (*make)(const ClassRow& row, Holder holder);
+  /// Ends an instance and, where the library does not hold it itself, gives its memory back.
   void (*end)(ComponentObject* object) noexcept;
   void* (*instance)(ComponentObject* object) noexcept;
 
@@ -34,6 +35,9 @@ struct ClassRow {
 /// The identifier by which a member is called: the gets and puts of a property share one. It is the
 /// place, from 1, of the first row of that name.
 std::int32_t IdentifierOf(const ClassRow& row, const MemberRow& member) noexcept;
+
+/// Whether two names of members or arguments are the same: case does not count.
+bool IsSameName(StringView a, StringView b) noexcept;
 
 /// The row of a place in the table; null for a name or an identifier that the class has not. Of a
 /// property, its first row.

@@ -84,7 +84,14 @@ class Described {
     alignas(Made) static std::byte place[sizeof(Made)];
     return new (place) Made(row, holder);
   }
-  static void End(ComponentObject* object) noexcept { delete static_cast<Made*>(object); }
+  static void End(ComponentObject* object) noexcept {
+    auto* made = static_cast<Made*>(object);
+    if (made->held_by == Holder::kHost) {
+      delete made;
+    } else {
+      made->~Made();
+    }
+  }
   static void* Instance(ComponentObject* object) noexcept {
     return &static_cast<Made*>(object)->instance;
   }

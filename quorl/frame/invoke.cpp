@@ -14,6 +14,9 @@ namespace {
 
 constexpr std::uint32_t kNotGiven = UINT32_MAX;
 
+// More names than any member has arguments are no question but a damaged count.
+constexpr std::uint32_t kMostNames = 64;
+
 // For each argument of the member, where it stands in the caller's array.
 struct Placing {
   std::array<std::uint32_t, kMostArguments> given;
@@ -60,6 +63,10 @@ std::uint32_t PositionOf(const MemberRow& member, std::int32_t named) {
   return named >= 0 && named < count ? static_cast<std::uint32_t>(named) : kNotGiven;
 }
 
+bool MustBeGiven(const MemberRow& member, std::size_t position) {
+  return !member.arguments.elements[position].IsOptional();
+}
+
 Placing PlaceArguments(const MemberRow& member, const DISPPARAMS& parameters) {
   Placing placing;
   if (parameters.argument_count > member.arguments.count ||
@@ -78,15 +85,18 @@ Placing PlaceArguments(const MemberRow& member, const DISPPARAMS& parameters) {
     if (placing.given[position] != kNotGiven) return placing.Fail(DISP_E_PARAMNOTFOUND, i);
     placing.given[position] = i;
   }
+  for (std::size_t i = 0; i < member.arguments.count; ++i) {
+    const bool is_given = placing.given[i] != kNotGiven;
+    if (!is_given && MustBeGiven(member, i)) return placing.Fail(DISP_E_PARAMNOTOPTIONAL);
+  }
   return placing;
 }
 
-// An argument that may be absent in the sense of a call by name: a Variant takes Missing as it is.
-bool MustBeGiven(const MemberRow& member, std::size_t position) {
-  return !member.arguments.elements[position].IsOptional();
+// What is given as Missing counts as left out, but for a required Variant, which takes it as it is.
+bool PassesMissing(const MemberRow& member, std::size_t position) {
+  return MustBeGiven(member, position) &&
+         member.types.elements[position].type == VariantType::kVariant;
 }
-
-bool TakesAnything(const TypeRow& type) { return type.type == VariantType::kVariant; }
 
 HRESULT ReadArguments(const MemberRow& member, const DISPPARAMS& parameters, const Placing& placing,
                       std::span<Variant> values) {
@@ -94,13 +104,9 @@ HRESULT ReadArguments(const MemberRow& member, const DISPPARAMS& parameters, con
     const std::uint32_t place = placing.given[i];
     values[i] =
         place == kNotGiven ? Variant(Missing) : abi::FromBinary(parameters.arguments[place]);
-    if (!values[i].IsMissing()) continue;
-    const bool passes_as_it_is = place != kNotGiven && TakesAnything(member.types.elements[i]);
-    if (MustBeGiven(member, i)) {
-      if (!passes_as_it_is) return DISP_E_PARAMNOTOPTIONAL;
-    } else {
-      values[i] = DefaultOf(member.arguments.elements[i], member.types.elements[i]);
-    }
+    if (!values[i].IsMissing() || PassesMissing(member, i)) continue;
+    if (MustBeGiven(member, i)) return DISP_E_PARAMNOTOPTIONAL;
+    values[i] = DefaultOf(member.arguments.elements[i], member.types.elements[i]);
   }
   return S_OK;
 }
@@ -139,11 +145,6 @@ HRESULT PerformGuarded(ComponentObject& object, const MemberRow& member,
   }
 }
 
-bool IsSameName(StringView name, StringView asked) {
-  const auto lower = [](char16_t unit) { return LowerCase(unit); };
-  return std::ranges::equal(name, asked, {}, lower, lower);
-}
-
 // The position of an argument of the member called `name`, in its get or its put; -1 for none.
 std::int32_t ArgumentNamed(const ClassRow& row, StringView name, StringView argument) {
   for (const MemberRow& member : row.members) {
@@ -176,6 +177,7 @@ HRESULT IdentifiersOf(const ClassRow& row, const char16_t** names, std::uint32_t
                       std::int32_t* ids) noexcept {
   if (count == 0) return S_OK;
   if (names == nullptr || ids == nullptr) return E_POINTER;
+  if (count > kMostNames) return E_INVALIDARG;
   if (std::any_of(names, names + count, [](const char16_t* name) { return name == nullptr; })) {
     return E_POINTER;
   }
@@ -192,7 +194,9 @@ HRESULT IdentifiersOf(const ClassRow& row, const char16_t** names, std::uint32_t
 HRESULT InvokeMember(ComponentObject& object, std::int32_t id, std::uint16_t flags,
                      const DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,
                      std::uint32_t* wrong_argument) noexcept {
-  if (result != nullptr) VariantClear(result);
+  // Cleared at once, and ended behind the call: an argument may be the same text.
+  const auto former =
+      result == nullptr ? abi::OwnedVariant() : abi::OwnedVariant::TakenFrom(result);
   const MemberRow* member = FindMember(object.row, id, flags);
   if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
   if (parameters == nullptr || HasNullArray(*parameters)) return E_POINTER;

@@ -148,7 +148,7 @@ struct SlotOf {
   static HRESULT Call(QuorlDispatch* self, typename Wire<P>::In... in,
                       typename Wire<Result>::Out* result) noexcept {
     if (result == nullptr) return E_POINTER;
-    Wire<Result>::Clear(result);
+    const typename Wire<Result>::Former former(result);
     return Guarded([&] {
       const KeptAlive kept(self);
       InOrder<typename Wire<P>::FromSlot...> held(in...);
@@ -162,6 +162,7 @@ struct SlotOf {
 template <class Class, class Way, class... P>
 struct SlotOf<Class, Way, void, P...> {
   static HRESULT Call(QuorlDispatch* self, typename Wire<P>::In... in) noexcept {
+    if ((false || ... || IsAbsent(in))) return E_POINTER;
     return Guarded([&] {
       const KeptAlive kept(self);
       InOrder<typename Wire<P>::FromSlot...> held(in...);

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <cstdlib>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,7 @@
 #include "quorl/registry/registry.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/raised_error.hpp"
-#include "quorl/store/status.hpp"
+#include "quorl/store/operations.hpp"
 
 namespace quorl::frame {
 namespace {
@@ -25,12 +26,16 @@ struct Entry {
   String value;
 };
 
+void RequireDone(Int32 code) {
+  if (code != kDone) throw RaisedError(code, kLibraryName, u"");
+}
+
 // The path of the library that this function is in.
 String OwnPath() {
   Dl_info info{};
-  if (dladdr(reinterpret_cast<const void*>(&OwnPath), &info) == 0) return {};
+  if (dladdr(reinterpret_cast<const void*>(&OwnPath), &info) == 0) RequireDone(kAbsent);
   char* resolved = realpath(info.dli_fname, nullptr);
-  if (resolved == nullptr) return {};
+  if (resolved == nullptr) RequireDone(kAbsent);
   const std::string path(resolved);
   std::free(resolved);
   return FromAnsi(abi::PercentEscaped(path));
@@ -42,10 +47,7 @@ String VersionOf(const ClassRow& row) {
   return u"1." + String(1, static_cast<char16_t>(u'0' + row.MinorVersion()));
 }
 
-const String& LibraryKey() {
-  static const String text = abi::GuidText(kLibraryIdentifier);
-  return text;
-}
+String LibraryKey() { return abi::GuidText(kLibraryIdentifier); }
 
 // Top-level keys of a class, each with all that belongs below it.
 std::vector<String> KeysOf(const ClassRow& row) {
@@ -82,22 +84,54 @@ std::vector<Entry> AllEntries() {
   return entries;
 }
 
-Registry ClassesRoot() {
-  Registry registry;
-  registry.InitAbsolute(HKEY_CLASSES_ROOT, u"");
-  return registry;
-}
-
-void RemoveAll(Registry& registry) {
-  for (const ClassRow& row : Catalogue()) {
-    for (const String& key : KeysOf(row)) registry.DeleteKey(u"\\" + key);
+// The registration is put together where it lives in memory only, and taken over in one change, so
+// that nobody ever sees half of it.
+class Draft {
+ public:
+  Draft() {
+    Clear();
+    Registry registry;
+    registry.InitAbsolute(HKEY_DYN_DATA, FromAnsi(kPlace));
+    for (const Entry& entry : AllEntries()) {
+      registry.SaveValue(entry.key, entry.name, entry.value, REG_SZ);
+    }
   }
-  registry.DeleteKey(u"\\TypeLib\\" + LibraryKey());
+  Draft(const Draft&) = delete;
+  Draft& operator=(const Draft&) = delete;
+  ~Draft() { Clear(); }
+
+  void TakeOver() const { RequireDone(SHCopyKeyA(kDynData, kPlace, kClassesRoot, 0)); }
+
+ private:
+  static constexpr const char* kPlace = "Quorl.Registration";
+
+  static void Clear() noexcept { SHDeleteKeyA(kDynData, kPlace); }
+};
+
+void Remove(StringView key) {
+  const Int32 code = SHDeleteKeyA(kClassesRoot, ToAnsi(key));
+  if (code != kAbsent) RequireDone(code);
 }
 
-void WriteAll(Registry& registry) {
-  for (const Entry& entry : AllEntries()) {
-    registry.SaveValue(entry.key, entry.name, entry.value, REG_SZ);
+bool IsBare(StringView path) {
+  KeyHandle key = 0;
+  if (RegOpenKeyExA(kClassesRoot, ToAnsi(path), 0, kReadValues, &key) != kDone) return false;
+  Int32 subkeys = 0;
+  Int32 values = 0;
+  const Int32 code = RegQueryInfoKeyA(key, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr,
+                                      &values, nullptr, nullptr, nullptr, nullptr);
+  RegCloseKey(key);
+  return code == kDone && subkeys == 0 && values == 0;
+}
+
+void RemoveAll() {
+  for (const ClassRow& row : Catalogue()) {
+    for (const String& key : KeysOf(row)) Remove(key);
+  }
+  Remove(u"TypeLib\\" + LibraryKey());
+  // The keys that all components share go with the last one.
+  for (const StringView shared : {u"CLSID", u"Interface", u"TypeLib"}) {
+    if (IsBare(shared)) Remove(shared);
   }
 }
 
@@ -120,20 +154,11 @@ HRESULT AsCode(Work&& work) noexcept {
 }  // namespace
 
 HRESULT RegisterLibrary() noexcept {
-  const HRESULT written = AsCode([] {
-    Registry registry = ClassesRoot();
-    RemoveAll(registry);
-    WriteAll(registry);
-  });
-  if (written != S_OK) UnregisterLibrary();
-  return written;
+  static std::mutex one_at_a_time;
+  const std::scoped_lock lock(one_at_a_time);
+  return AsCode([] { Draft().TakeOver(); });
 }
 
-HRESULT UnregisterLibrary() noexcept {
-  return AsCode([] {
-    Registry registry = ClassesRoot();
-    RemoveAll(registry);
-  });
-}
+HRESULT UnregisterLibrary() noexcept { return AsCode(RemoveAll); }
 
 }  // namespace quorl::frame

@@ -3,7 +3,9 @@
 //
 // For a parameter: `In` is the slot's argument, `FromSlot` holds it as C++ wants it, `FromVariant`
 // the same from a Variant; both convert to the parameter. For a result: `Out` is what the slot's
-// result pointer points to, `Clear` and `Write` serve it. `kType` is what the description says.
+// result pointer points to, `Write` fills it, and `Former` is what stood there: the slot is cleared
+// at once, but a caller may have lent the very same text as an argument, so that it is ended only
+// behind the call. `kType` is what the description says.
 #pragma once
 
 #include <type_traits>
@@ -41,8 +43,10 @@ struct PlainWire {
     explicit FromVariant(const Variant& variant) : value(Wire<Type>::Convert(variant)) {}
     operator Type() const { return value; }
   };
-  template <class Out>
-  static void Clear(Out*) {}
+  struct Former {
+    template <class Out>
+    explicit Former(Out*) {}
+  };
 };
 
 template <>
@@ -140,7 +144,16 @@ struct Wire<StringView> {
 template <>
 struct Wire<String> : Wire<StringView> {
   using Out = BSTR;
-  static void Clear(Out* out) { SysFreeString(std::exchange(*out, nullptr)); }
+  class Former {
+   public:
+    explicit Former(Out* out) : text_(std::exchange(*out, nullptr)) {}
+    Former(const Former&) = delete;
+    Former& operator=(const Former&) = delete;
+    ~Former() { SysFreeString(text_); }
+
+   private:
+    BSTR text_;
+  };
   static void Write(Out* out, const String& value) { *out = abi::NewBstr(value); }
 };
 
@@ -148,7 +161,10 @@ template <>
 struct Wire<Variant> {
   static constexpr TypeRow kType{VariantType::kVariant};
   using Out = VARIANT;
-  static void Clear(Out* out) { VariantClear(out); }
+  struct Former {
+    abi::OwnedVariant value;
+    explicit Former(Out* out) : value(abi::OwnedVariant::TakenFrom(out)) {}
+  };
   static void Write(Out* out, const Variant& value) { *out = abi::ToBinary(value); }
 };
 
@@ -191,9 +207,7 @@ struct Wire<Int16&> {
   using In = std::int16_t*;
   struct FromSlot {
     Int16* place;
-    explicit FromSlot(In in) : place(in) {
-      if (in == nullptr) Raise(FailureNumber::kInvalidArgument);
-    }
+    explicit FromSlot(In in) : place(in) {}
     operator Int16&() const { return *place; }
   };
   struct FromVariant {
@@ -207,6 +221,13 @@ struct Wire<Int16&> {
   };
 };
 
+/// Whether a slot lacks the place where it is to write an argument back.
+template <class In>
+bool IsAbsent(const In&) {
+  return false;
+}
+inline bool IsAbsent(std::int16_t* const& place) { return place == nullptr; }
+
 template <>
 struct Wire<Registry&> {
   static constexpr TypeRow kType{VariantType::kObject, u"Registry"};
@@ -218,8 +239,7 @@ struct Wire<Registry&> {
   };
   struct FromVariant {
     Registry& value;
-    explicit FromVariant(Variant& variant)
-        : value(RegistryBehind(abi::ForeignPointerOf(ToObject(variant)))) {}
+    explicit FromVariant(Variant& variant) : value(RegistryBehind(ToObject(variant))) {}
     operator Registry&() const { return value; }
   };
 };

@@ -129,10 +129,10 @@ class FormerContent {
     }
   }
 
+  // What stands in a deleted key by then is new, and goes as a new key or a value.
   void PutBack() const {
     for (const Place& place : new_keys_) DeleteKey(place);
     for (std::size_t i = 0; i < deleted_keys_.size(); ++i) {
-      DeleteKey(deleted_keys_[i]);
       CopyKeyIfThere(copies_.Below(std::to_string(i)), deleted_keys_[i]);
     }
     for (const RegistryTextKey& key : values_) {

@@ -251,9 +251,11 @@ Double ReadLeadingNumber(StringView text) {
 
 String DottedNumber(const Variant& value) {
   const Decimal decimal = DecimalOf(value);
-  String text = decimal.negative ? u"" : u" ";
-  AppendShortest(text, decimal, u".", LeadingZero::kLeftOut);
-  return text;
+  return WithinMemory([&] {
+    String text = decimal.negative ? u"" : u" ";
+    AppendShortest(text, decimal, u".", LeadingZero::kLeftOut);
+    return text;
+  });
 }
 
 }  // namespace quorl
