@@ -57,6 +57,7 @@ class Survey {
       if (!fresh && finding.IsWhole() && !place->second.IsWhole()) place->second = finding;
     }
     std::vector<Finding> sorted;
+    sorted.reserve(by_number.size());
     for (const auto& [number, finding] : by_number) sorted.push_back(finding);
     return sorted;
   }

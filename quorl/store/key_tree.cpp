@@ -1,6 +1,7 @@
 #include "quorl/store/key_tree.hpp"
 
 #include <algorithm>
+#include <compare>
 #include <utility>
 
 #include "quorl/store/key_name.hpp"
@@ -15,7 +16,7 @@ constexpr std::size_t kJoinerBytes = 1;
 constexpr auto kNameOfKey = [](const Key* key) -> std::string_view { return key->Name(); };
 constexpr auto kNameOfValue = [](const Value* value) -> std::string_view { return value->name; };
 constexpr auto kBefore = [](std::string_view left, std::string_view right) {
-  return CompareNames(left, right) < 0;
+  return std::is_lt(CompareNames(left, right));
 };
 
 // Room for `more` elements that grows in steps, so that a growing list costs no more than its
@@ -60,13 +61,14 @@ std::size_t Key::SubkeyPathBytes(std::string_view name) const noexcept {
 
 Key* Key::FindSubkey(std::string_view name) const noexcept {
   const auto found = std::ranges::lower_bound(subkeys_, name, kBefore, kNameOfKey);
-  return found != subkeys_.end() && CompareNames((*found)->name_, name) == 0 ? *found : nullptr;
+  return found != subkeys_.end() && std::is_eq(CompareNames((*found)->name_, name)) ? *found
+                                                                                    : nullptr;
 }
 
 Value* Key::FindValue(std::string_view name) const noexcept {
   const auto found = std::ranges::lower_bound(values_by_name_, name, kBefore, kNameOfValue);
-  return found != values_by_name_.end() && CompareNames((*found)->name, name) == 0 ? *found
-                                                                                   : nullptr;
+  return found != values_by_name_.end() && std::is_eq(CompareNames((*found)->name, name)) ? *found
+                                                                                          : nullptr;
 }
 
 bool Key::IsBare() const noexcept { return path_bytes_ != 0 && IsEmpty(); }

@@ -42,7 +42,7 @@ class Key : public std::enable_shared_from_this<Key> {
   ~Key();
 
   /// A share of the key, for an open handle. Every key is held by shared pointers.
-  std::shared_ptr<const Key> Self() const noexcept { return shared_from_this(); }
+  std::shared_ptr<const Key> Self() const noexcept { return weak_from_this().lock(); }
 
   const std::string& Name() const noexcept { return name_; }
   /// The levels from the root to here with backslashes between them, and its length.
@@ -122,9 +122,7 @@ void ForEachKey(const Key& top, Visit visit) {
     waiting.pop_back();
     visit(*key);
     const auto subkeys = key->Subkeys();
-    for (auto subkey = subkeys.rbegin(); subkey != subkeys.rend(); ++subkey) {
-      waiting.push_back(*subkey);
-    }
+    waiting.insert(waiting.end(), subkeys.rbegin(), subkeys.rend());
   }
 }
 
