@@ -82,37 +82,36 @@ const std::array<Language, 4>& Languages() {
 // A currency in a language.
 struct Names {
   StringView currency, language;
-  Int16 decimals;
   StringView unit, units, sub_unit, sub_units;
-  Int16 unit_kind, sub_unit_kind;
+  Int16 decimals, unit_kind, sub_unit_kind;
 };
 
-constexpr Names kNames[] = {
-    {u"EUR", u"FR", 2, u"euro", u"euros", u"cent", u"cents", 0, 0},
-    {u"EUR", u"UK", 2, u"euro", u"euros", u"cent", u"cents", 0, 0},
-    {u"EUR", u"NL", 2, u"euro", u"euro", u"cent", u"cent", 0, 0},
-    {u"EUR", u"DE", 2, u"Euro", u"Euro", u"Cent", u"Cent", 1, 1},
-    {u"CHF", u"FR", 2, u"franc", u"francs", u"centime", u"centimes", 0, 0},
-    {u"CHF", u"UK", 2, u"franc", u"francs", u"centime", u"centimes", 0, 0},
-    {u"CHF", u"NL", 2, u"frank", u"frank", u"rappen", u"rappen", 0, 0},
-    {u"CHF", u"DE", 2, u"Franken", u"Franken", u"Rappen", u"Rappen", 1, 1},
-    {u"GBP", u"FR", 2, u"livre", u"livres", u"penny", u"pence", 1, 0},
-    {u"GBP", u"UK", 2, u"pound", u"pounds", u"penny", u"pence", 0, 0},
-    {u"GBP", u"NL", 2, u"pond", u"pond", u"penny", u"pence", 0, 0},
-    {u"GBP", u"DE", 2, u"Pfund", u"Pfund", u"Penny", u"Pence", 1, 1},
-    {u"USD", u"FR", 2, u"dollar", u"dollars", u"cent", u"cents", 0, 0},
-    {u"USD", u"UK", 2, u"dollar", u"dollars", u"cent", u"cents", 0, 0},
-    {u"USD", u"NL", 2, u"dollar", u"dollar", u"cent", u"cent", 0, 0},
-    {u"USD", u"DE", 2, u"Dollar", u"Dollar", u"Cent", u"Cent", 1, 1},
-    {u"JPY", u"FR", 0, u"yen", u"yens", u"", u"", 0, 0},
-    {u"JPY", u"UK", 0, u"yen", u"yen", u"", u"", 0, 0},
-    {u"JPY", u"NL", 0, u"yen", u"yen", u"", u"", 0, 0},
-    {u"JPY", u"DE", 0, u"Yen", u"Yen", u"", u"", 1, 1},
-    {u"TND", u"FR", 3, u"dinar", u"dinars", u"millime", u"millimes", 0, 0},
-    {u"TND", u"UK", 3, u"dinar", u"dinars", u"millime", u"millimes", 0, 0},
-    {u"TND", u"NL", 3, u"dinar", u"dinar", u"millime", u"millime", 0, 0},
-    {u"TND", u"DE", 3, u"Dinar", u"Dinar", u"Millime", u"Millime", 1, 1},
-};
+constexpr auto kNames = std::to_array<Names>({
+    {u"EUR", u"FR", u"euro", u"euros", u"cent", u"cents", 2, 0, 0},
+    {u"EUR", u"UK", u"euro", u"euros", u"cent", u"cents", 2, 0, 0},
+    {u"EUR", u"NL", u"euro", u"euro", u"cent", u"cent", 2, 0, 0},
+    {u"EUR", u"DE", u"Euro", u"Euro", u"Cent", u"Cent", 2, 1, 1},
+    {u"CHF", u"FR", u"franc", u"francs", u"centime", u"centimes", 2, 0, 0},
+    {u"CHF", u"UK", u"franc", u"francs", u"centime", u"centimes", 2, 0, 0},
+    {u"CHF", u"NL", u"frank", u"frank", u"rappen", u"rappen", 2, 0, 0},
+    {u"CHF", u"DE", u"Franken", u"Franken", u"Rappen", u"Rappen", 2, 1, 1},
+    {u"GBP", u"FR", u"livre", u"livres", u"penny", u"pence", 2, 1, 0},
+    {u"GBP", u"UK", u"pound", u"pounds", u"penny", u"pence", 2, 0, 0},
+    {u"GBP", u"NL", u"pond", u"pond", u"penny", u"pence", 2, 0, 0},
+    {u"GBP", u"DE", u"Pfund", u"Pfund", u"Penny", u"Pence", 2, 1, 1},
+    {u"USD", u"FR", u"dollar", u"dollars", u"cent", u"cents", 2, 0, 0},
+    {u"USD", u"UK", u"dollar", u"dollars", u"cent", u"cents", 2, 0, 0},
+    {u"USD", u"NL", u"dollar", u"dollar", u"cent", u"cent", 2, 0, 0},
+    {u"USD", u"DE", u"Dollar", u"Dollar", u"Cent", u"Cent", 2, 1, 1},
+    {u"JPY", u"FR", u"yen", u"yens", u"", u"", 0, 0, 0},
+    {u"JPY", u"UK", u"yen", u"yen", u"", u"", 0, 0, 0},
+    {u"JPY", u"NL", u"yen", u"yen", u"", u"", 0, 0, 0},
+    {u"JPY", u"DE", u"Yen", u"Yen", u"", u"", 0, 1, 1},
+    {u"TND", u"FR", u"dinar", u"dinars", u"millime", u"millimes", 3, 0, 0},
+    {u"TND", u"UK", u"dinar", u"dinars", u"millime", u"millimes", 3, 0, 0},
+    {u"TND", u"NL", u"dinar", u"dinar", u"millime", u"millime", 3, 0, 0},
+    {u"TND", u"DE", u"Dinar", u"Dinar", u"Millime", u"Millime", 3, 1, 1},
+});
 
 // --- Problems: of one amount or line, and of the command line ---
 
@@ -316,11 +315,11 @@ class Progress {
     if (shown_ && isatty(STDOUT_FILENO) != 0) Hide();
     if (line % kEvery != 0 || !terminal_) return;
     Require(std::fflush(stdout) == 0);
-    std::fprintf(stderr, "\r%zu lines", line);
+    std::cerr << '\r' << line << " lines";
     shown_ = true;
   }
   void Hide() {
-    if (shown_) std::fputs("\r\033[K", stderr);
+    if (shown_) std::cerr << "\r\033[K";
     shown_ = false;
   }
 
@@ -453,8 +452,8 @@ class InvoiceFile {
   void Tell(const std::string& message) {
     progress_.Hide();
     good_ = false;
-    const std::string place = name_ + ":" + std::to_string(number_) + ": ";
-    std::fputs((place + Utf8(Printable(Utf16(message))) + "\n").c_str(), stderr);
+    std::cerr << name_ + ":" + std::to_string(number_) + ": " + Utf8(Printable(Utf16(message))) +
+                     "\n";
   }
 
   std::istream& in_;
@@ -470,7 +469,7 @@ bool PrintFile(const std::string& name) {
   if (name == "-") return InvoiceFile(std::cin, name).Print();
   std::ifstream in(name);
   if (in) return InvoiceFile(in, name).Print();
-  std::fprintf(stderr, "amount_in_words: %s: %s\n", name.c_str(), std::strerror(errno));
+  std::cerr << "amount_in_words: " + name + ": " + std::strerror(errno) + "\n";
   return false;
 }
 
@@ -479,30 +478,26 @@ bool PrintFile(const std::string& name) {
 class Options {
  public:
   explicit Options(const std::vector<String>& arguments) {
-    for (std::size_t at = 0; at < arguments.size(); ++at) {
-      const StringView argument = arguments[at];
-      if (argument == u"--help") {
+    for (auto at = arguments.begin(); at != arguments.end(); ++at) {
+      if (*at == u"--help") {
         help_ = true;
-      } else if (argument == u"-") {
-        values_[u"--file"] = argument;
-      } else if (IsAmount(argument)) {
-        amounts_.emplace_back(argument);
+      } else if (*at == u"-") {
+        values_[u"--file"] = *at;
+      } else if (IsAmount(*at)) {
+        amounts_.push_back(*at);
+      } else if (const std::size_t equals = at->find(u'='); equals != String::npos) {
+        ValueOf(at->substr(0, equals)) = at->substr(equals + 1);
       } else {
-        const std::size_t equals = argument.find(u'=');
-        const String name(argument.substr(0, equals));
-        if (std::ranges::find(kNamed, name) == std::end(kNamed)) {
-          Refuse<WrongUsage>("unknown option", name);
-        }
-        const bool attached = equals != StringView::npos;
-        if (!attached && ++at == arguments.size()) Refuse<WrongUsage>("value missing after", name);
-        values_[name] = attached ? String(argument.substr(equals + 1)) : arguments[at];
+        String& value = ValueOf(*at);
+        if (at + 1 == arguments.end()) Refuse<WrongUsage>("value missing after", *at);
+        value = *++at;
       }
     }
   }
 
   bool Help() const { return help_; }
   const std::vector<String>& Amounts() const { return amounts_; }
-  bool Any() const { return !values_.empty(); }
+  std::size_t Count() const { return values_.size(); }
   bool Has(const char16_t* name) const { return values_.contains(name); }
   String Value(const char16_t* name, StringView otherwise = u"") const {
     const auto found = values_.find(name);
@@ -518,15 +513,22 @@ class Options {
   }
 
  private:
-  static constexpr StringView kNamed[] = {u"--file",     u"--language", u"--currency",
-                                          u"--unit",     u"--units",    u"--subunit",
-                                          u"--subunits", u"--kind",     u"--decimals"};
+  static constexpr std::array<StringView, 9> kNamed{u"--file",     u"--language", u"--currency",
+                                                    u"--unit",     u"--units",    u"--subunit",
+                                                    u"--subunits", u"--kind",     u"--decimals"};
 
   // "-5" and "-,50" are amounts, "-five" is an option.
   static bool IsAmount(StringView argument) {
     if (!argument.starts_with(u'-')) return true;
     const StringView next = argument.substr(1, 1);
     return kDigits.find(next) != StringView::npos || kMarks.find(next) != StringView::npos;
+  }
+
+  String& ValueOf(const String& name) {
+    if (std::ranges::find(kNamed, name) == kNamed.end()) {
+      Refuse<WrongUsage>("unknown option", name);
+    }
+    return values_[name];
   }
 
   std::map<String, String> values_;
@@ -581,7 +583,7 @@ bool PrintAmounts(const Options& options) {
   for (const String& text : options.Amounts()) {
     const std::string problem = ProblemOf([&] { PrintAmount(wordings, ReadAmount(text)); });
     if (problem.empty()) continue;
-    std::fprintf(stderr, "amount_in_words: %s\n", problem.c_str());
+    std::cerr << "amount_in_words: " + problem + "\n";
     good = false;
   }
   return good;
@@ -592,20 +594,22 @@ bool Run(const Options& options) {
     Print(kHelp);
     return true;
   }
-  const bool has_file = options.Has(u"--file");
-  if (options.Amounts().empty()) {
-    if (options.Any() && !has_file) throw WrongUsage("an amount is missing");
-    return PrintFile(has_file ? Utf8(options.Value(u"--file")) : QUORL_INVOICES);
+  if (!options.Has(u"--file")) {
+    if (!options.Amounts().empty()) return PrintAmounts(options);
+    if (options.Count() != 0) throw WrongUsage("an amount is missing");
+    return PrintFile(QUORL_INVOICES);
   }
-  if (has_file) throw WrongUsage("either a file or amounts");
-  return PrintAmounts(options);
+  if (options.Count() != 1 || !options.Amounts().empty()) {
+    throw WrongUsage("a file has its own amounts, currencies and languages");
+  }
+  return PrintFile(Utf8(options.Value(u"--file")));
 }
 
 }  // namespace
 
 int main(int count, char** values) {
-  std::signal(SIGPIPE, SIG_IGN);
-  std::setlocale(LC_CTYPE, "C.UTF-8");  // for the widths of characters alone
+  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+  static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));  // for the widths of characters alone
   std::ios::sync_with_stdio(false);
   std::vector<String> arguments;
   for (int at = 1; at < count; ++at) arguments.push_back(Utf16(values[at]));
@@ -614,7 +618,7 @@ int main(int count, char** values) {
     Require(std::fflush(stdout) == 0);
     return good ? 0 : 1;
   } catch (const WrongUsage& wrong) {
-    std::fprintf(stderr, "amount_in_words: %s; see --help\n", wrong.what());
+    std::cerr << "amount_in_words: " << wrong.what() << "; see --help\n";
     return 2;
   }
 }

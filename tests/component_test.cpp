@@ -1215,7 +1215,7 @@ TEST_F(Component, TypeInfoTellsTheCatalogue) {
 
 TEST(ComponentHosts, TheHostInCPrintsWhatIsExpected) {
   EXPECT_EQ(OutputOf(QUORL_BINARY_DIR "/examples/component_host " + std::string(kComponentPath)),
-            ContentOfFile(QUORL_SOURCE_DIR "/examples/component_host.txt"));
+            ContentOfFile(QUORL_SOURCE_DIR "/examples/component_host.out"));
 }
 
 TEST(ComponentHosts, TheHostInPythonPrintsWhatIsExpected) {
@@ -1226,7 +1226,7 @@ TEST(ComponentHosts, TheHostInPythonPrintsWhatIsExpected) {
     GTEST_SKIP() << "there is no python3 here";
   const std::string folder = QUORL_SOURCE_DIR "/examples/python/";
   EXPECT_EQ(OutputOf("PYTHONIOENCODING=utf-8 python3 -B " + folder + "demo.py " QUORL_BINARY_DIR),
-            ContentOfFile(folder + "demo.txt"));
+            ContentOfFile(folder + "demo.out"));
 }
 
 TEST(ComponentFiles, GeneratedTextsAreUpToDate) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "quorl/runtime/date_text.hpp"
+#include "tests/support/cells.hpp"
 #include "tests/support/decimal_text.hpp"
 #include "tests/support/holder.hpp"
 #include "tests/support/print.hpp"
@@ -45,79 +46,66 @@ std::string Outcome(const Variant& value, VariantType type) {
 
 TEST(Convert, EveryStateAndTypeToEveryType) {
   using enum VariantType;
-  static constexpr std::array kColumns{kByte,     kInt16, kInt32,   kSingle, kDouble,
-                                       kCurrency, kDate,  kBoolean, kString};
-  struct Row {
-    Variant value;
-    std::array<const char*, kColumns.size()> expected;
-  };
-  const char* const zero = "day 0 (00:00:00)";
-  const char* const one = "day 1 (1899-12-31)";
-  const Row rows[] = {
-      {Empty, {"0", "0", "0", "0", "0", "0/10000", zero, "false", ""}},
-      {Null, {"!94", "!94", "!94", "!94", "!94", "!94", "!94", "!94", "!94"}},
-      {Missing, {"!13", "!13", "!13", "!13", "!13", "!13", "!13", "!13", "!13"}},
-      {Array::OfBytes({1}), {"!13", "!13", "!13", "!13", "!13", "!13", "!13", "!13", "!13"}},
-      {Object(), {"!13", "!13", "!13", "!13", "!13", "!13", "!13", "!13", "!13"}},
-      {MakeObject<LateBound>(), {"!13", "!13", "!13", "!13", "!13", "!13", "!13", "!13", "!13"}},
-      {MakeObject<Holder>(Null), {"!94", "!94", "!94", "!94", "!94", "!94", "!94", "!94", "!94"}},
-      {MakeObject<Holder>(1), {"1", "1", "1", "1", "1", "10000/10000", one, "true", "1"}},
-      {Byte{1}, {"1", "1", "1", "1", "1", "10000/10000", one, "true", "1"}},
-      {Int16{-300},
-       {"!6", "-300", "-300", "-300", "-300", "-3000000/10000", "day -300 (1899-03-05)", "true",
-        "-300"}},
-      {70000,
-       {"!6", "!6", "70000", "70000", "70000", "700000000/10000", "day 70000 (2091-08-25)", "true",
-        "70000"}},
-      {2.5F,
-       {"2", "2", "2", "2.5", "2.5", "25000/10000", "day 2.5 (1900-01-01 12:00:00)", "true",
-        "2.5"}},
+  constexpr std::array kColumns{kByte,     kInt16, kInt32,   kSingle, kDouble,
+                                kCurrency, kDate,  kBoolean, kString};
+  // A cell a column; one cell alone counts for all of them.
+  const std::pair<Variant, StringView> rows[] = {
+      {Empty, u"0|0|0|0|0|0/10000|day 0 (00:00:00)|false|"},
+      {Null, u"!94"},
+      {Missing, u"!13"},
+      {Array::OfBytes({1}), u"!13"},
+      {Object(), u"!13"},
+      {MakeObject<LateBound>(), u"!13"},
+      {MakeObject<Holder>(Null), u"!94"},
+      {MakeObject<Holder>(1), u"1|1|1|1|1|10000/10000|day 1 (1899-12-31)|true|1"},
+      {Byte{1}, u"1|1|1|1|1|10000/10000|day 1 (1899-12-31)|true|1"},
+      {Int16{-300}, u"!6|-300|-300|-300|-300|-3000000/10000|day -300 (1899-03-05)|true|-300"},
+      {70000, u"!6|!6|70000|70000|70000|700000000/10000|day 70000 (2091-08-25)|true|70000"},
+      {2.5F, u"2|2|2|2.5|2.5|25000/10000|day 2.5 (1900-01-01 12:00:00)|true|2.5"},
       {0.1F,
-       {"0", "0", "0", "0.10000000149011612", "0.10000000149011612", "1000/10000",
-        "day 0.10000000149011612 (02:24:00)", "true", "0.1"}},
+       u"0|0|0|0.10000000149011612|0.10000000149011612|1000/10000|day 0.10000000149011612 "
+       u"(02:24:00)|true|0.1"},
       {-0.00005,
-       {"0", "0", "0", "-4.9999998736893758e-05", "-5.0000000000000002e-05", "-1/10000",
-        "day -5.0000000000000002e-05 (00:00:04)", "true", "-0.00005"}},
-      {1e300, {"!6", "!6", "!6", "!6", "1.0000000000000001e+300", "!6", "!6", "true", "1E+300"}},
-      {kNaN, {"!6", "!6", "!6", "!6", "nan", "!6", "!6", "!6", "!6"}},
-      {kInfinity, {"!6", "!6", "!6", "!6", "inf", "!6", "!6", "true", "!6"}},
-      {1.5_cy,
-       {"2", "2", "2", "1.5", "1.5", "15000/10000", "day 1.5 (1899-12-31 12:00:00)", "true",
-        "1.5"}},
+       u"0|0|0|-4.9999998736893758e-05|-5.0000000000000002e-05|-1/10000|day "
+       u"-5.0000000000000002e-05 (00:00:04)|true|-0.00005"},
+      {1e300, u"!6|!6|!6|!6|1.0000000000000001e+300|!6|!6|true|1E+300"},
+      {kNaN, u"!6|!6|!6|!6|nan|!6|!6|!6|!6"},
+      {kInfinity, u"!6|!6|!6|!6|inf|!6|!6|true|!6"},
+      {1.5_cy, u"2|2|2|1.5|1.5|15000/10000|day 1.5 (1899-12-31 12:00:00)|true|1.5"},
       {Currency::Lowest(),
-       {"!6", "!6", "!6", "-922337180385280", "-922337203685477.62", "-9223372036854775808/10000",
-        "!6", "true", "-922337203685477.5808"}},
+       u"!6|!6|!6|-922337180385280|-922337203685477.62|-9223372036854775808/"
+       u"10000|!6|true|-922337203685477.5808"},
       {Date(-1.25),
-       {"!6", "-1", "-1", "-1.25", "-1.25", "-12500/10000", "day -1.25 (1899-12-29 06:00:00)",
-        "true", "1899-12-29 06:00:00"}},
-      {Date(kNaN), {"!6", "!6", "!6", "!6", "nan", "!6", "day nan", "!6", "!6"}},
-      {false, {"0", "0", "0", "0", "0", "0/10000", zero, "false", "False"}},
-      {true, {"!6", "-1", "-1", "-1", "-1", "-10000/10000", "day -1 (1899-12-29)", "true", "True"}},
-      {u" 2.5 ", {"2", "2", "2", "2.5", "2.5", "25000/10000", "!13", "true", " 2.5 "}},
-      {u"0", {"0", "0", "0", "0", "0", "0/10000", "!13", "false", "0"}},
-      {u"1E400", {"!6", "!6", "!6", "!6", "!6", "!6", "!13", "!6", "1E400"}},
-      {u"-1E309", {"!6", "!6", "!6", "!6", "!6", "!6", "!13", "!6", "-1E309"}},
-      {u" tRUE ", {"!13", "!13", "!13", "!13", "!13", "!13", "!13", "true", " tRUE "}},
-      {u"", {"!13", "!13", "!13", "!13", "!13", "!13", "!13", "!13", ""}},
-      {u"1900-01-01",
-       {"!13", "!13", "!13", "!13", "!13", "!13", "day 2 (1900-01-01)", "!13", "1900-01-01"}},
+       u"!6|-1|-1|-1.25|-1.25|-12500/10000|day -1.25 (1899-12-29 06:00:00)|true|1899-12-29 "
+       u"06:00:00"},
+      {Date(kNaN), u"!6|!6|!6|!6|nan|!6|day nan|!6|!6"},
+      {false, u"0|0|0|0|0|0/10000|day 0 (00:00:00)|false|False"},
+      {true, u"!6|-1|-1|-1|-1|-10000/10000|day -1 (1899-12-29)|true|True"},
+      {u" 2.5 ", u"2|2|2|2.5|2.5|25000/10000|!13|true| 2.5 "},
+      {u"0", u"0|0|0|0|0|0/10000|!13|false|0"},
+      {u"1E400", u"!6|!6|!6|!6|!6|!6|!13|!6|1E400"},
+      {u"-1E309", u"!6|!6|!6|!6|!6|!6|!13|!6|-1E309"},
+      {u" tRUE ", u"!13|!13|!13|!13|!13|!13|!13|true| tRUE "},
+      {u"", u"!13|!13|!13|!13|!13|!13|!13|!13|"},
+      {u"1900-01-01", u"!13|!13|!13|!13|!13|!13|day 2 (1900-01-01)|!13|1900-01-01"},
   };
-  for (const Row& row : rows) {
+  for (const auto& [source, expected] : rows) {
+    const Variant& value = source;
+    const std::vector<String> cells = Cells(expected);
     for (std::size_t i = 0; i < kColumns.size(); ++i) {
-      EXPECT_EQ(Outcome(row.value, kColumns[i]), row.expected[i])
-          << Shown(row.value) << " to " << ::testing::PrintToString(kColumns[i]);
+      EXPECT_EQ(Outcome(value, kColumns[i]), Utf8(cells[cells.size() == 1 ? 0 : i]))
+          << Shown(value) << " to " << ::testing::PrintToString(kColumns[i]);
     }
     // What is no conversion at all: a copy, an object, and the states and types that nothing
     // becomes.
-    if (!row.value.Holds<Double>() && !row.value.Holds<Date>()) {
-      EXPECT_EQ(ConvertTo(row.value, kVariant), row.value);
+    if (!value.Holds<Double>() && !value.Holds<Date>()) {
+      EXPECT_EQ(ConvertTo(value, kVariant), value);
     }
     for (const VariantType type : {kObject, kEmpty, kNull, kMissing, kArray}) {
-      if (row.value.Type() == type) continue;
-      EXPECT_RAISES(ConvertTo(row.value, type), RuntimeFailure(13)) << Shown(row.value);
+      if (value.Type() == type) continue;
+      EXPECT_RAISES(ConvertTo(value, type), RuntimeFailure(13)) << Shown(value);
     }
-    EXPECT_RAISES(RequireObject(row.value),
-                  row.value.Holds<Object>() ? Failure{} : RuntimeFailure(424));
+    EXPECT_RAISES(RequireObject(value), value.Holds<Object>() ? Failure{} : RuntimeFailure(424));
   }
 }
 

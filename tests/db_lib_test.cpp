@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <limits>
 #include <random>
 
@@ -28,8 +29,7 @@ std::string Plain(const Result& result) {
   if constexpr (std::is_same_v<Result, Int16>) return std::to_string(result);
   if constexpr (std::is_same_v<Result, Date>) return Plain(result.Days());
   if constexpr (std::is_same_v<Result, Double>) {
-    const std::string shown = ShownNumber("", result);
-    return shown.substr(1);
+    return Shown(Variant(result)).substr(std::strlen("Double "));
   }
 }
 
@@ -190,9 +190,9 @@ TEST(DbLibTest, EntriesToFields) {
       {u"1e999", "Null", "#6", "Null"},
       {u"1,2,3", "Null|Double 123", "Double 1", "Null"},
       {u"vrai", "Null", "Double 0", "Null"},
-      {u"31/12/1999", "Null", "Double 31", "Date 36525|Null"},
-      {u"12/31/1999", "Null", "Double 12", "Null|Date 36525"},
-      {u"2024-02-29 18:00", "Null", "Double 2024", "Date 45351.75"},
+      {u"31/12/1999", "Null", "Double 31", "Date day 36525 (1999-12-31)|Null"},
+      {u"12/31/1999", "Null", "Double 12", "Null|Date day 36525 (1999-12-31)"},
+      {u"2024-02-29 18:00", "Null", "Double 2024", "Date day 45351.75 (2024-02-29 18:00:00)"},
       {u"2023-02-29", "Null", "Double 2023", "Null"},
       {kZeroGuid, "Null", "Double 0", "Null"},
   };

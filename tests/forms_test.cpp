@@ -48,7 +48,7 @@ class FormsTest : public testing::Test {
   template <class Work>
   Journal Noted(Work work) {
     journal.clear();
-    if (const Int32 failure = NumberRaised(work)) journal.push_back("#" + std::to_string(failure));
+    if (const Int32 failure = NumberRaised(work)) journal.push_back(ShownFailure(failure));
     return journal;
   }
   void Store(StringView name, const Variant& value, RegTypeEnum type = REG_DWORD) {

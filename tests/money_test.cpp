@@ -14,13 +14,14 @@ namespace {
 std::size_t allocations = 0;
 }  // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined, lest the compiler see malloc on one side and delete on the other.
+[[gnu::noinline]] void* operator new(std::size_t size) {
   ++allocations;
   if (void* memory = std::malloc(size != 0 ? size : 1)) return memory;
   throw std::bad_alloc();
 }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace quorl {
 namespace {

@@ -5,7 +5,6 @@
 
 #include <functional>
 #include <ostream>
-#include <random>
 #include <string>
 
 #include "quorl/runtime/ansi.hpp"
@@ -13,30 +12,22 @@
 #include "quorl/runtime/utf.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
+#include "quorl/store/persistent_store.hpp"
+#include "tests/support/print.hpp"
+#include "tests/support/raises.hpp"
+#include "tests/support/random.hpp"
 #include "tests/support/recording_store.hpp"
 #include "tests/support/registry_model.hpp"
+#include "tests/support/store_temporary_folder.hpp"
 
 namespace quorl {
-
-// Printed by the test framework.
-void PrintTo(const Variant& value, std::ostream* out) {
-  *out << "type " << static_cast<int>(value.Type());
-  if (const String* text = value.If<String>()) *out << " \"" << Utf8(*text) << '"';
-  if (const Int32* number = value.If<Int32>()) *out << ' ' << *number;
-  const Array* array = value.If<Array>();
-  if (array == nullptr) return;
-  *out << " of " << static_cast<int>(array->ElementType()) << " {";
-  if (array->ElementType() == VariantType::kByte) {
-    for (const Byte byte : array->Bytes()) *out << ' ' << int{byte};
-  } else {
-    for (const Variant& element : array->Elements()) PrintTo(element, &(*out << ' '));
-  }
-  *out << " }";
-}
 
 void PrintTo(const CallOutcome& outcome, std::ostream* out) {
   *out << '#' << outcome.number << ' ';
   PrintTo(outcome.value, out);
+  const Array* array = outcome.value.If<Array>();
+  if (array == nullptr || array->ElementType() == VariantType::kByte) return;
+  for (const Variant& element : array->Elements()) PrintTo(element, &(*out << ", "));
 }
 
 namespace {
@@ -90,19 +81,11 @@ class RegistryTest : public testing::Test {
   Registry registry_;
 };
 
-std::string DescriptionRaised(const std::function<void()>& work, Int32 number) {
-  try {
-    work();
-  } catch (const RaisedError& error) {
-    EXPECT_EQ(error.Number(), number);
-    EXPECT_EQ(error.Source(), u"qlWinRegistry");
-    return Utf8(error.Description());
-  }
-  return "nothing raised";
-}
-
-std::string Described(const std::string& call, const std::string& sentence) {
-  return "Erreur d'accès au registre windows dans la fonction " + call + "\n\n" + sentence;
+Failure StoreFailure(Int32 code, StringView call) {
+  const StringView sentence = SentenceOf(code);
+  return {code, u"qlWinRegistry",
+          u"Erreur d'accès au registre windows dans la fonction " + String(call) + u"\n\n" +
+              String(sentence.empty() ? u"Erreur inconnue" : sentence)};
 }
 
 TEST_F(RegistryTest, RootsAreSetAndNotTouched) {
@@ -121,7 +104,7 @@ TEST_F(RegistryTest, RootsAreSetAndNotTouched) {
     EXPECT_FALSE(fresh.KeyExists(u"")) << c.mode;
   }
   fresh.HKey(static_cast<HKeyEnum>(12345));
-  EXPECT_EQ(OutcomeOf([&] { return Variant(fresh.KeyExists(u"")); }).number, kWrongHandle);
+  EXPECT_RAISES(fresh.KeyExists(u""), StoreFailure(kWrongHandle, u"KeyExists()"));
 }
 
 TEST_F(RegistryTest, KeyFullNameJoinsRootAndKey) {
@@ -138,11 +121,11 @@ TEST_F(RegistryTest, KeyFullNameJoinsRootAndKey) {
   };
   for (const Case& c : cases) {
     registry_.RootKeyName(c.root);
-    EXPECT_EQ(registry_.KeyFullName(c.key), c.full) << testing::PrintToString(c.key);
+    EXPECT_EQ(registry_.KeyFullName(c.key), c.full) << Shown(c.key);
   }
   const Variant texts = Array::OfStrings({});
-  EXPECT_EQ(OutcomeOf([&] { return Variant(registry_.KeyFullName(texts)); }).number, kTypeMismatch);
-  EXPECT_EQ(OutcomeOf([&] { return Variant(registry_.KeyExists(Missing)); }).number, kTypeMismatch);
+  EXPECT_RAISES(registry_.KeyFullName(texts), RuntimeFailure(kTypeMismatch));
+  EXPECT_RAISES(registry_.KeyExists(Missing), RuntimeFailure(kTypeMismatch));
 }
 
 TEST_F(RegistryTest, SaveValueWritesByTypeOrRaises) {
@@ -153,6 +136,8 @@ TEST_F(RegistryTest, SaveValueWritesByTypeOrRaises) {
     Int32 number = 0;
   };
   const Variant none = Array::OfBytes({});
+  Array shifted(VariantType::kByte, {{5, 2}});
+  shifted.Set({6}, Byte{7});
   const Case cases[] = {
       {u"ab", 0, "1:ab\0"s},
       {u"", 0, "1:\0"s},
@@ -163,6 +148,7 @@ TEST_F(RegistryTest, SaveValueWritesByTypeOrRaises) {
       {Byte{200}, 0, "4:\xC8\0\0\0"s},
       {true, 0, "4:\xFF\xFF\xFF\xFF"s},
       {BytesOf({0, 255}), 0, "3:\0\xFF"s},
+      {shifted, 0, "3:\0\7"s},
       {2.5, 0, "-", kTypeMismatch},
       {Currency(1), 0, "-", kTypeMismatch},
       {Date(1), 0, "-", kTypeMismatch},
@@ -192,22 +178,11 @@ TEST_F(RegistryTest, SaveValueWritesByTypeOrRaises) {
   int key = 0;
   for (const Case& c : cases) {
     const String name = FromAnsi(std::to_string(key++));
-    const Int32 number =
-        OutcomeOf([&] {
-          registry_.SaveValue(name, u"v", c.value, static_cast<RegTypeEnum>(c.type));
-          return Variant();
-        }).number;
-    EXPECT_EQ(number, c.number) << testing::PrintToString(c.value) << " as " << c.type;
-    EXPECT_EQ(Raw(ToAnsi(name), "v"), c.stored)
-        << testing::PrintToString(c.value) << " as " << c.type;
+    EXPECT_RAISES(registry_.SaveValue(name, u"v", c.value, static_cast<RegTypeEnum>(c.type)),
+                  c.number == 0 ? Failure{} : RuntimeFailure(c.number))
+        << Shown(c.value) << " as " << c.type;
+    EXPECT_EQ(Raw(ToAnsi(name), "v"), c.stored) << Shown(c.value) << " as " << c.type;
   }
-}
-
-TEST_F(RegistryTest, ArrayOfBytesCountsFromItsLowerBound) {
-  Array bytes(VariantType::kByte, {{5, 2}});
-  bytes.Set({6}, Byte{7});
-  registry_.SaveValue(u"", u"v", bytes);
-  EXPECT_EQ(registry_.GetValue(u"", u"V", Null), BytesOf({0, 7}));
 }
 
 TEST_F(RegistryTest, ValuesReadByStoredType) {
@@ -268,7 +243,7 @@ TEST_F(RegistryTest, LongTextsAreListedUpToTheLimit) {
   SetRaw("K", "v", 1, std::string(32767, 'x') + '\0');
   EXPECT_EQ(registry_.GetAllValues(u"K").If<Array>()->Get({0, 1}), Variant(String(32767, u'x')));
   SetRaw("K", "v", 1, std::string(32768, 'x') + '\0');
-  EXPECT_EQ(OutcomeOf([&] { return registry_.GetAllValues(u"K"); }).number, kOverflow);
+  EXPECT_RAISES(registry_.GetAllValues(u"K"), RuntimeFailure(kOverflow));
   EXPECT_EQ(registry_.GetValue(u"K", u"v", Null), Variant(String(32768, u'x')));
 }
 
@@ -321,7 +296,7 @@ TEST_F(RegistryTest, DeepTreeIsWalkedOnASmallStack) {
 struct FaultCase {
   struct Step {
     std::string call;
-    std::string text;
+    StringView text;
     bool absent_is_fine = false;
   };
   std::function<void(Registry&)> work;
@@ -331,51 +306,43 @@ struct FaultCase {
 const std::vector<FaultCase>& FaultCases() {
   static const std::vector<FaultCase> cases{
       {[](Registry& r) { EXPECT_FALSE(r.KeyExists(u"A\\no")); },
-       {{"OpenKey", "KeyExists(A\\no)", true}}},
+       {{"OpenKey", u"KeyExists(A\\no)", true}}},
       {[](Registry& r) { r.GetValue(u"A", u"v", 2.5); },
-       {{"OpenKey", "GetValue(A, v, 2,5)", true},
-        {"QueryValue", "GetValue(A, v, 2,5)", true},
-        {"QueryValue", "GetValue(A, v, 2,5)"}}},
+       {{"OpenKey", u"GetValue(A, v, 2,5)", true},
+        {"QueryValue", u"GetValue(A, v, 2,5)", true},
+        {"QueryValue", u"GetValue(A, v, 2,5)"}}},
       {[](Registry& r) { r.SaveValue(u"A", u"v", true); },
-       {{"CreateKey", "SaveValue(A, v, Vrai, 0)"}, {"SetValue", "SaveValue(A, v, Vrai, 0)"}}},
+       {{"CreateKey", u"SaveValue(A, v, Vrai, 0)"}, {"SetValue", u"SaveValue(A, v, Vrai, 0)"}}},
       {[](Registry& r) {
          r.SaveValue(u"A", u"w", BytesOf({0xE9, 0, 0x41}), REG_BINARY);
        },
-       {{"CreateKey", "SaveValue(A, w, é, 3)"}, {"SetValue", "SaveValue(A, w, é, 3)"}}},
+       {{"CreateKey", u"SaveValue(A, w, é, 3)"}, {"SetValue", u"SaveValue(A, w, é, 3)"}}},
       {[](Registry& r) { r.GetAllValues(u"A"); },
-       {{"OpenKey", "GetAllValues(A)"},
-        {"QueryInfo", "GetAllValues(A)"},
-        {"EnumValue", "GetAllValues(A)"},
-        {"EnumValue", "GetAllValues(A)"}}},
+       {{"OpenKey", u"GetAllValues(A)"},
+        {"QueryInfo", u"GetAllValues(A)"},
+        {"EnumValue", u"GetAllValues(A)"},
+        {"EnumValue", u"GetAllValues(A)"}}},
       {[](Registry& r) { r.GetSubKeys(u"A", 2); },
-       {{"OpenKey", "doGetSubKeys(A)"},
-        {"QueryInfo", "doGetSubKeys(A)"},
-        {"EnumKey", "doGetSubKeys(A)"},
-        {"OpenKey", "doGetSubKeys(A\\B)"},
-        {"QueryInfo", "doGetSubKeys(A\\B)"},
-        {"EnumKey", "doGetSubKeys(A\\B)"},
-        {"OpenKey", "doGetSubKeys(A\\B\\X)"},
-        {"EnumKey", "doGetSubKeys(A\\B\\X)"},
-        {"OpenKey", "doGetSubKeys(A\\C)"},
-        {"QueryInfo", "doGetSubKeys(A\\C)"}}},
+       {{"OpenKey", u"doGetSubKeys(A)"},
+        {"QueryInfo", u"doGetSubKeys(A)"},
+        {"EnumKey", u"doGetSubKeys(A)"},
+        {"OpenKey", u"doGetSubKeys(A\\B)"},
+        {"QueryInfo", u"doGetSubKeys(A\\B)"},
+        {"EnumKey", u"doGetSubKeys(A\\B)"},
+        {"OpenKey", u"doGetSubKeys(A\\B\\X)"},
+        {"EnumKey", u"doGetSubKeys(A\\B\\X)"},
+        {"OpenKey", u"doGetSubKeys(A\\C)"},
+        {"QueryInfo", u"doGetSubKeys(A\\C)"}}},
       {[](Registry& r) { r.DeleteValue(u"A", u"v"); },
-       {{"OpenKey", "DeleteValue(A, v)"}, {"DeleteValue", "DeleteValue(A, v)"}}},
+       {{"OpenKey", u"DeleteValue(A, v)"}, {"DeleteValue", u"DeleteValue(A, v)"}}},
       {[](Registry& r) { r.CopyKey(u"A", u"D"); },
-       {{"CreateKey", "CopyKey(A, D)"}, {"CopyTree", "CopyKey(A, D)"}}},
-      {[](Registry& r) { r.DeleteKey(u"A"); }, {{"DeleteTree", "DeleteKey(A)", true}}},
+       {{"CreateKey", u"CopyKey(A, D)"}, {"CopyTree", u"CopyKey(A, D)"}}},
+      {[](Registry& r) { r.DeleteKey(u"A"); }, {{"DeleteTree", u"DeleteKey(A)", true}}},
   };
   return cases;
 }
 
 TEST_F(RegistryTest, EveryFailedStoreCallIsReportedWhole) {
-  struct Code {
-    Int32 code;
-    std::string sentence;
-  };
-  const Code codes[] = {{kAbsent, Utf8(SentenceOf(kAbsent))},
-                        {kAccessDenied, Utf8(SentenceOf(kAccessDenied))},
-                        {kEndOfList, Utf8(SentenceOf(kEndOfList))},
-                        {4711, "Erreur inconnue"}};
   const LocaleScope french(*Locale::Named(u"fr-BE"));
   SetRaw("A", "v", 4, "\1\0\0\0"s);
   SetRaw("A", "w", 1, "");
@@ -386,50 +353,28 @@ TEST_F(RegistryTest, EveryFailedStoreCallIsReportedWhole) {
   for (const FaultCase& c : FaultCases()) {
     for (std::size_t i = 0; i < c.steps.size(); ++i) {
       const FaultCase::Step& step = c.steps[i];
-      for (const Code& code : codes) {
-        faulty.FailAt(i, code.code);
-        const bool is_fine = code.code == kAbsent && step.absent_is_fine;
-        const std::string expected =
-            is_fine ? "nothing raised" : Described(step.text, code.sentence);
-        EXPECT_EQ(DescriptionRaised([&] { c.work(registry_); }, code.code), expected);
-        ASSERT_EQ(faulty.Calls().size(), i + 1) << step.text;
-        EXPECT_EQ(faulty.Calls()[i], step.call) << step.text;
-        EXPECT_EQ(store_.OpenKeyCount(), 0) << step.text << ' ' << code.code;
+      for (const Int32 code : {Int32{kAbsent}, Int32{kAccessDenied}, Int32{kEndOfList}, 4711}) {
+        faulty.FailAt(i, code);
+        const bool is_fine = code == kAbsent && step.absent_is_fine;
+        EXPECT_RAISES(c.work(registry_), is_fine ? Failure{} : StoreFailure(code, step.text));
+        ASSERT_EQ(faulty.Calls().size(), i + 1) << Utf8(step.text);
+        EXPECT_EQ(faulty.Calls()[i], step.call) << Utf8(step.text);
+        EXPECT_EQ(store_.OpenKeyCount(), 0) << Utf8(step.text) << ' ' << code;
       }
     }
     faulty.FailNever();
-    EXPECT_EQ(DescriptionRaised([&] { c.work(registry_); }, 0), "nothing raised");
-    EXPECT_EQ(faulty.Calls().size(), c.steps.size()) << c.steps[0].text;
+    EXPECT_RAISES(c.work(registry_), Failure{});
+    EXPECT_EQ(faulty.Calls().size(), c.steps.size()) << Utf8(c.steps[0].text);
   }
-}
-
-TEST_F(RegistryTest, AbsentKeysAndValuesByMember) {
-  SetRaw("K", "v", 4, "\1\0\0\0"s);
-  const std::string absent = "La clé ou la valeur demandée n'existe pas.\r\n";
-  EXPECT_EQ(DescriptionRaised([&] { registry_.DeleteValue(u"K", u"w"); }, kAbsent),
-            Described("DeleteValue(K, w)", absent));
-  EXPECT_EQ(DescriptionRaised([&] { registry_.GetAllValues(u"L"); }, kAbsent),
-            Described("GetAllValues(L)", absent));
-  EXPECT_EQ(DescriptionRaised([&] { registry_.GetSubKeys(u"L"); }, kAbsent),
-            Described("doGetSubKeys(L)", absent));
-  registry_.DeleteKey(u"L");
-  EXPECT_EQ(DescriptionRaised([&] { registry_.CopyKey(u"L", u"M\\N"); }, kAbsent),
-            Described("CopyKey(L, M\\N)", absent));
-  EXPECT_TRUE(registry_.KeyExists(u"M\\N"));
-  EXPECT_EQ(registry_.GetAllValues(u"M"), Variant());
 }
 
 TEST_F(RegistryTest, ArgumentsWithoutTextChangeNothing) {
   const Variant texts = Array::OfStrings({});
   RecordingStore recording(store_);
   const ScopedStore guard(recording);
-  EXPECT_EQ(OutcomeOf([&] { return registry_.GetValue(u"K", u"v", texts); }).number, kTypeMismatch);
-  EXPECT_EQ(OutcomeOf([&] {
-              registry_.SaveValue(u"K", u"v", texts);
-              return Variant();
-            }).number,
-            kTypeMismatch);
-  EXPECT_EQ(OutcomeOf([&] { return Variant(registry_.KeyExists(texts)); }).number, kTypeMismatch);
+  EXPECT_RAISES(registry_.GetValue(u"K", u"v", texts), RuntimeFailure(kTypeMismatch));
+  EXPECT_RAISES(registry_.SaveValue(u"K", u"v", texts), RuntimeFailure(kTypeMismatch));
+  EXPECT_RAISES(registry_.KeyExists(texts), RuntimeFailure(kTypeMismatch));
   EXPECT_TRUE(recording.Calls().empty());
 }
 
@@ -480,7 +425,7 @@ class RandomWalk {
     Int32 number = 0;
   };
 
-  std::size_t Below(std::size_t limit) { return random_() % limit; }
+  std::size_t Below(std::size_t limit) { return random_.Bits() % limit; }
   template <class Item>
   Item Pick(std::initializer_list<Item> items) {
     return items.begin()[Below(items.size())];
@@ -523,7 +468,7 @@ class RandomWalk {
     EXPECT_EQ(OutcomeOf(work), expected);
   }
 
-  std::mt19937 random_;
+  Random random_;
   RegistryModel model_;
   Registry registry_;
 };
@@ -537,6 +482,23 @@ TEST(RegistryWalk, AgreesWithTheModelInMemory) {
       SCOPED_TRACE("seed " + std::to_string(seed) + " step " + std::to_string(step));
       walk.Step();
       EXPECT_EQ(store.OpenKeyCount(), 0);
+    }
+  }
+}
+
+TEST(RegistryWalk, AgreesWithTheModelOnTheDisk) {
+  for (const std::uint32_t seed : {5U, 6U}) {
+    const TemporaryFolder folder;
+    RandomWalk walk(seed, seed % 2 == 0);
+    for (int opening = 0; opening < 20; ++opening) {
+      PersistentStore store(folder.Folders());
+      const ScopedStore guard(store);
+      for (int step = 0; step < 50 && !testing::Test::HasFailure(); ++step) {
+        SCOPED_TRACE("seed " + std::to_string(seed) + " opening " + std::to_string(opening) +
+                     " step " + std::to_string(step));
+        walk.Step();
+        EXPECT_EQ(store.OpenKeyCount(), 0);
+      }
     }
   }
 }

@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iterator>
 #include <map>
 #include <random>
+#include <sstream>
 #include <vector>
 
 #include "quorl/money/number_to_text.hpp"
@@ -33,73 +35,58 @@ std::string Words(Int32 base, std::string_view digits, Int16 level = 0, Int16 ki
 
 // --- The reader ---
 
+// The joiners of a grammar; small are the hundred and the thousand, large the others.
+enum Joint : std::size_t { kBehindSmall, kBehindLarge, kBeforeSmall, kBeforeLarge };
+
+// Lists of words have a blank between them. The scales are the hundred, the thousand, then one and
+// several of each.
 struct Grammar {
-  std::string zero;
-  std::vector<std::string> units;  // 1 to 19
-  std::vector<std::string> tens;   // 20, 30, ... 90
-  std::string hundred, thousand;
-  std::vector<std::array<std::string, 2>> scales;  // million, milliard, billion: one, several
-  std::string small_joiner, large_joiner;          // behind a hundred or thousand; behind the rest
-  std::string before_hundred, before_large;
+  const char *zero, *units, *tens;
+  std::array<const char*, 8> scales;
+  std::array<const char*, 4> joiners;
   bool writes_one;  // "one hundred", not "hundred"
 };
 
 const std::map<Int32, Grammar> kGrammars{
     {kFrenchWords,
      {"zéro",
-      {"un", "deux", "trois", "quatre", "cinq", "six", "sept", "huit", "neuf", "dix", "onze",
-       "douze", "treize", "quatorze", "quinze", "seize", "dix-sept", "dix-huit", "dix-neuf"},
-      {"vingt", "trente", "quarante", "cinquante", "soixante", "septante", "quatre-vingt",
-       "nonant"},
-      "cent",
-      "mille",
-      {{"million", "millions"}, {"milliard", "milliards"}, {"billion", "billions"}},
-      "-",
-      " ",
-      "-",
-      " ",
+      "un deux trois quatre cinq six sept huit neuf dix onze douze treize quatorze quinze seize "
+      "dix-sept dix-huit dix-neuf",
+      "vingt trente quarante cinquante soixante septante quatre-vingt nonant",
+      {"cent", "mille", "million", "millions", "milliard", "milliards", "billion", "billions"},
+      {"-", " ", "-", " "},
       false}},
     {kEnglishWords,
      {"zero",
-      {"one", "two", "tree", "four", "five", "six", "seven", "eight", "nine", "ten", "eleven",
-       "twelve", "thirteen", "fourteen", "fifteen", "sixteen", "seventeen", "eighteen", "nineteen"},
-      {"twenty", "thirty", "forty", "fifty", "sixty", "seventy", "eighty", "ninety"},
-      "hundred",
-      "thousand",
-      {{"million", "million"}, {"milliard", "milliard"}, {"billion", "billion"}},
-      " and ",
-      " and ",
-      " ",
-      " ",
+      "one two tree four five six seven eight nine ten eleven twelve thirteen fourteen fifteen "
+      "sixteen seventeen eighteen nineteen",
+      "twenty thirty forty fifty sixty seventy eighty ninety",
+      {"hundred", "thousand", "million", "million", "milliard", "milliard", "billion", "billion"},
+      {" and ", " and ", " ", " "},
       true}},
     {kDutchWords,
      {"nul",
-      {"een", "twee", "drie", "vier", "vijf", "zes", "zeven", "acht", "negen", "tien", "elf",
-       "twaalf", "dertien", "veertien", "vijftien", "zestien", "zeventien", "achttien",
-       "negentien"},
-      {"twintig", "dertig", "veertig", "vijftig", "zestig", "zeventig", "tachtig", "negentig"},
-      "honderd",
-      "duizend",
-      {{"miljoen", "miljoen"}, {"miljard", "miljard"}, {"biljoen", "biljoen"}},
-      " ",
-      " ",
-      "",
-      " ",
+      "een twee drie vier vijf zes zeven acht negen tien elf twaalf dertien veertien vijftien "
+      "zestien zeventien achttien negentien",
+      "twintig dertig veertig vijftig zestig zeventig tachtig negentig",
+      {"honderd", "duizend", "miljoen", "miljoen", "miljard", "miljard", "biljoen", "biljoen"},
+      {" ", " ", "", " "},
       false}},
     {kGermanWords,
      {"Null",
-      {"eins", "zwei", "drei", "vier", "fünf", "sechs", "sieben", "acht", "neun", "zehn", "elf",
-       "zwölf", "dreizehn", "vierzehn", "fünfzehn", "sechzehn", "siebzehn", "achtzehn", "neunzehn"},
-      {"zwanzig", "dreißig", "vierzig", "fünfzig", "sechzig", "siebzig", "achtzig", "neunzig"},
-      "hundert",
-      "tausend",
-      {{"Million", "Millionen"}, {"Milliarde", "Milliarden"}, {"Billion", "Billionen"}},
-      "",
-      " ",
-      "",
-      " ",
+      "eins zwei drei vier fünf sechs sieben acht neun zehn elf zwölf dreizehn vierzehn fünfzehn "
+      "sechzehn siebzehn achtzehn neunzehn",
+      "zwanzig dreißig vierzig fünfzig sechzig siebzig achtzig neunzig",
+      {"hundert", "tausend", "Million", "Millionen", "Milliarde", "Milliarden", "Billion",
+       "Billionen"},
+      {"", " ", "", " "},
       false}},
 };
+
+std::vector<std::string> Split(const char* words) {
+  std::istringstream in(words);
+  return {std::istream_iterator<std::string>(in), {}};
+}
 
 // Reads a text from its front, the largest scale first. What it reads it takes off; a text with
 // anything left over, out of order or in another form than the grammar's is refused with -1.
@@ -119,7 +106,7 @@ class Reader {
       first = false;
     }
     if (!first && rest_.empty()) return total;
-    if (!first && !Take(grammar_.large_joiner)) return -1;
+    if (!first && !Take(grammar_.joiners[kBehindLarge])) return -1;
     const std::int64_t tail = ReadBelowMillion();
     return tail > 0 && rest_.empty() ? total + tail : -1;
   }
@@ -136,10 +123,11 @@ class Reader {
   // A multiplier and its scale word, or 0 with nothing taken.
   std::int64_t ReadScale(std::size_t scale, bool first) {
     const std::string_view before = rest_;
-    if (first || Take(grammar_.large_joiner)) {
+    if (first || Take(grammar_.joiners[kBehindLarge])) {
       const std::int64_t head = ReadHead();
-      const auto& word = grammar_.scales[scale][head == 1 ? 0 : 1];
-      if (head > 0 && Take(grammar_.before_large) && Take(word) && EndOrBlank()) return head;
+      const std::string_view word = grammar_.scales[2 * scale + (head == 1 ? 2 : 3)];
+      if (head > 0 && Take(grammar_.joiners[kBeforeLarge]) && Take(word) && EndOrBlank())
+        return head;
     }
     rest_ = before;
     return 0;
@@ -158,19 +146,19 @@ class Reader {
   std::int64_t ReadBelowMillion() {
     const std::string_view before = rest_;
     std::int64_t thousands = 0;
-    if (!grammar_.writes_one && Take(grammar_.thousand)) {
+    if (!grammar_.writes_one && Take(grammar_.scales[1])) {
       thousands = 1;
     } else {
       thousands = ReadBelowThousand(true);
       const bool found = thousands > (grammar_.writes_one ? 0 : 1) &&
-                         Take(grammar_.before_hundred) && Take(grammar_.thousand);
+                         Take(grammar_.joiners[kBeforeSmall]) && Take(grammar_.scales[1]);
       if (!found) {
         rest_ = before;
         return ReadBelowThousand();
       }
     }
     if (rest_.empty()) return thousands * 1000;
-    if (!Take(grammar_.small_joiner)) return -1;
+    if (!Take(grammar_.joiners[kBehindSmall])) return -1;
     const std::int64_t tail = ReadBelowThousand();
     return tail > 0 ? thousands * 1000 + tail : -1;
   }
@@ -178,12 +166,12 @@ class Reader {
   std::int64_t ReadBelowThousand(bool before_thousand = false) {
     const std::string_view before = rest_;
     std::int64_t hundreds = 0;
-    if (!grammar_.writes_one && Take(grammar_.hundred)) {
+    if (!grammar_.writes_one && Take(grammar_.scales[0])) {
       hundreds = 1;
     } else {
       hundreds = ReadTwoDigits(before_thousand);
       const bool found = hundreds > (grammar_.writes_one ? 0 : 1) && hundreds < 10 &&
-                         Take(grammar_.before_hundred) && Take(grammar_.hundred);
+                         Take(grammar_.joiners[kBeforeSmall]) && Take(grammar_.scales[0]);
       if (!found) {
         rest_ = before;
         return ReadTwoDigits(before_thousand);
@@ -193,7 +181,7 @@ class Reader {
     // The French plural stands where nothing follows in the number.
     if (base_ == kFrenchWords && hundreds > 1 && Take("s"))
       return before_thousand ? -1 : hundreds * 100;
-    if (Take(grammar_.small_joiner)) {
+    if (Take(grammar_.joiners[kBehindSmall])) {
       if (const std::int64_t tail = ReadTwoDigits(false); tail > 0) return hundreds * 100 + tail;
       rest_ = behind;
     }
@@ -236,12 +224,13 @@ class Reader {
 
   static std::string TwoDigitWord(Int32 base, std::int64_t number) {
     const Grammar& grammar = kGrammars.at(base);
+    const std::vector<std::string> units = Split(grammar.units);
     const auto tens = static_cast<std::size_t>(number / 10);
     const auto unit = static_cast<std::size_t>(number % 10);
-    if (number < 20) return grammar.units[static_cast<std::size_t>(number) - 1];
-    const std::string ten = grammar.tens[tens - 2];
+    if (number < 20) return units[static_cast<std::size_t>(number) - 1];
+    const std::string ten = Split(grammar.tens)[tens - 2];
     if (unit == 0) return ten;
-    const std::string one = grammar.units[unit - 1];
+    const std::string one = units[unit - 1];
     if (base == kEnglishWords) return ten + "-" + one;
     if (base == kFrenchWords) return ten + (unit == 1 && tens != 8 ? "-et-" : "-") + one;
     if (base == kDutchWords) return one + (unit == 2 || unit == 3 ? "ën" : "en") + ten;
@@ -372,6 +361,7 @@ TEST(NumberToText, KindPicksTheWordForOne) {
       {kFrenchWords, "1001", 1, "mille-une"},
       {kFrenchWords, "21000", 1, "vingt-et-un-mille"},
       {kFrenchWords, "1000001", 1, "un million une"},
+      {kFrenchWords, "1000000000001000000000001", 1, "un billion un billions une"},
       {kEnglishWords, "21", 2, "twenty-one"},
       {kDutchWords, "21", 2, "eenentwintig"},
       {kGermanWords, "1", 0, "eins"},

@@ -25,21 +25,11 @@ std::vector<RegistryTextValue> ValuesOf(KeyHandle key, Int32& code) {
   return values;
 }
 
-// The path as a file names it: no backslash at either end, none doubled.
-String Tidied(StringView path) {
-  String tidied;
-  for (const char16_t unit : path) {
-    if (unit != u'\\' || (!tidied.empty() && tidied.back() != u'\\')) tidied += unit;
-  }
-  if (tidied.ends_with(u'\\')) tidied.pop_back();
-  return tidied;
-}
-
 }  // namespace
 
 RegistryTextKey ExportKey(HKeyEnum root, StringView path) {
   return WithinMemory([&] {
-    const String tidied = Tidied(path);
+    const String tidied = TidyPath(path);
     RegistryTextKey section{root, ToAnsi(tidied), false, {}};
     KeyHandle handle = 0;
     Int32 code = RegOpenKeyExA(root, section.path, 0, kReadValues, &handle);

@@ -65,12 +65,13 @@ void DeleteKey(const Place& place) {
   RequireUnlessAbsent(SHDeleteKeyA(place.root, place.path), place);
 }
 
-// False when the source is absent.
-bool CopyKey(const Place& source, const Place& destination) {
-  if (!Opened(source, kReadValues)) return false;
+void CopyKey(const Place& source, const Place& destination) {
   const OpenKey target = Created(destination);
   Require(SHCopyKeyA(source.root, source.path, target.Handle(), 0), destination);
-  return true;
+}
+
+void CopyKeyIfThere(const Place& source, const Place& destination) {
+  if (Opened(source, kReadValues)) CopyKey(source, destination);
 }
 
 // The value as it is stored, or a deletion where there is none.
@@ -128,11 +129,11 @@ class FormerContent {
     }
   }
 
+  // What stands in a deleted key by then is new, and goes as a new key or a value.
   void PutBack() const {
     for (const Place& place : new_keys_) DeleteKey(place);
     for (std::size_t i = 0; i < deleted_keys_.size(); ++i) {
-      DeleteKey(deleted_keys_[i]);
-      CopyKey(copies_.Below(std::to_string(i)), deleted_keys_[i]);
+      CopyKeyIfThere(copies_.Below(std::to_string(i)), deleted_keys_[i]);
     }
     for (const RegistryTextKey& key : values_) {
       const Place place{key.root, key.path};
@@ -143,7 +144,7 @@ class FormerContent {
 
  private:
   void RememberKey(const Place& place) {
-    CopyKey(place, copies_.Below(std::to_string(deleted_keys_.size())));
+    CopyKeyIfThere(place, copies_.Below(std::to_string(deleted_keys_.size())));
     deleted_keys_.push_back(place);
   }
 
@@ -201,6 +202,10 @@ class Import {
       const OpenKey open = Created(place);
       for (const RegistryTextValue& value : key.values) Put(open, value, place);
     }
+    for (const StoreRoot root : {kClassesRoot, kCurrentUser, kLocalMachine, kUsers,
+                                 kPerformanceData, kCurrentConfig, kDynData}) {
+      if (Opened(Gathered({root, {}}), kReadValues)) new_content_.push_back({root, {}});
+    }
   }
 
   // What is new is in memory by now, so that the order between it and the deletions no longer
@@ -225,10 +230,7 @@ class Import {
   }
 
   void Merge() const {
-    for (const StoreRoot root : {kClassesRoot, kCurrentUser, kLocalMachine, kUsers,
-                                 kPerformanceData, kCurrentConfig, kDynData}) {
-      CopyKey(Gathered({root, {}}), {root, {}});
-    }
+    for (const Place& root : new_content_) CopyKey(Gathered(root), root);
   }
 
   Place Gathered(const Place& place) const {
@@ -248,6 +250,7 @@ class Import {
 
   const RegistryText& text_;
   MemoryKey content_;
+  std::vector<Place> new_content_;  // the root keys that get some
   FormerContent former_;
 };
 

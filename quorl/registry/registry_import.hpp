@@ -16,9 +16,10 @@ namespace quorl {
 /// leaves the rest to be done, which importing again does.
 ///
 /// Failures are the store's, as those of `Registry`. Where the former content could not be put back
-/// either, because the disk failed or the like, the Description says so in a line at its end. A
-/// value that was deleted and put back may stand behind others of its key. May be called from any
-/// thread; while it runs, nobody else should write to the same keys.
+/// either, because the disk failed or the like, the Description says so in a line at its end. A key
+/// or value that was deleted and put back has its name in the case in which `text` has it, and may
+/// stand behind other values of its key. May be called from any thread; while it runs, nobody else
+/// should write to the same keys.
 void ImportRegistry(const RegistryText& text);
 
 }  // namespace quorl

@@ -1,6 +1,8 @@
 #include "quorl/registry/registry_text_writer.hpp"
 
+#include <array>
 #include <string_view>
+#include <utility>
 
 #include "quorl/registry/root_name.hpp"
 #include "quorl/runtime/ansi.hpp"
@@ -100,8 +102,8 @@ class Writer {
   }
 
   void PutByte(unsigned byte) {
-    Put(kDigits.substr(byte >> 4, 1));
-    Put(kDigits.substr(byte & 0xF, 1));
+    const std::array<char16_t, 2> digits{kDigits[byte >> 4], kDigits[byte & 0xF]};
+    Put({digits.data(), digits.size()});
   }
 
   // Room is kept for one more byte, its comma and a backslash.

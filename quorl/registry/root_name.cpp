@@ -46,9 +46,19 @@ std::optional<KeyPlace> PlaceNamed(StringView text) {
   return KeyPlace{found->key, String(text)};
 }
 
+String TidyPath(StringView path) {
+  String tidy;
+  for (const char16_t unit : path) {
+    if (unit != u'\\' || (!tidy.empty() && tidy.back() != u'\\')) tidy += unit;
+  }
+  if (tidy.ends_with(u'\\')) tidy.pop_back();
+  return tidy;
+}
+
 String NameOf(const KeyPlace& place) {
   String name(RootName(place.root));
-  if (!place.path.empty()) name.append(u"\\").append(place.path);
+  const String path = TidyPath(place.path);
+  if (!path.empty()) name.append(u"\\").append(path);
   return name;
 }
 

@@ -21,7 +21,10 @@ struct KeyPlace {
 /// HKLM, HKU and HKCC stand for their roots too. None when it begins with no root key.
 std::optional<KeyPlace> PlaceNamed(StringView text);
 
-/// The text that names it, with the root's full name.
+/// The path with one backslash between two levels and none at either end.
+String TidyPath(StringView path);
+
+/// The text that names a key, with the root's full name and a tidy path.
 String NameOf(const KeyPlace& place);
 
 }  // namespace quorl

@@ -1,7 +1,10 @@
 #include "quorl/runtime/arithmetic.hpp"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 
 #include "quorl/runtime/convert.hpp"
@@ -12,6 +15,15 @@ namespace quorl {
 namespace {
 
 constexpr int kHighestPower = 308;
+constexpr int kLowestPower = -323;
+
+// A Double holds the powers up to here exactly, and so each is ten times the one before.
+constexpr int kHighestExactPower = 22;
+constexpr auto kExactPowers = [] {
+  std::array<Double, kHighestExactPower + 1> powers{1};
+  for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 10;
+  return powers;
+}();
 
 Double Finite(Double value) {
   if (!std::isfinite(value)) Raise(FailureNumber::kOverflow);
@@ -99,7 +111,15 @@ Int32 TruncateToInt32(Double value) {
 
 Double PowerOfTen(int exponent) {
   if (exponent > kHighestPower) Raise(FailureNumber::kOverflow);
-  return std::pow(10.0, exponent);
+  if (exponent < kLowestPower) return 0;
+  if (exponent >= 0 && exponent <= kHighestExactPower) {
+    return kExactPowers[static_cast<std::size_t>(exponent)];
+  }
+  std::array<char, 8> text{'1', 'e'};
+  const auto written = std::to_chars(text.data() + 2, text.data() + text.size(), exponent);
+  Double power = 0;
+  std::from_chars(text.data(), written.ptr, power);
+  return power;
 }
 
 Double Multiply(Double left, Double right) { return Finite(left * right); }

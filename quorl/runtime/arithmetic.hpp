@@ -12,7 +12,7 @@ Double RoundToDecimals(Double value, int decimals);
 /// Toward zero. Failure 6 if the cut value does not fit an Int32, and for NaN.
 Int32 TruncateToInt32(Double value);
 
-/// 10 to a power, as a Double; 0 far below 1. Failure 6 above 308.
+/// The Double nearest to 10 to a power; 0 below -323. Failure 6 above 308.
 Double PowerOfTen(int exponent);
 
 /// Failure 6 where the result is beyond the range.

@@ -3,7 +3,6 @@
 #include <atomic>
 #include <limits>
 #include <utility>
-#include <variant>
 
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/raised_error.hpp"
@@ -12,12 +11,13 @@
 namespace quorl {
 
 struct Array::Storage {
-  using Elements = std::variant<std::vector<Byte>, std::vector<Variant>>;
-
-  Storage(VariantType element_type, std::vector<ArrayBound> dimensions, Elements content)
-      : element(element_type), bounds(std::move(dimensions)), elements(std::move(content)) {}
+  Storage(VariantType element_type, std::vector<ArrayBound> dimensions)
+      : element(element_type), bounds(std::move(dimensions)) {}
   Storage(const Storage& other)
-      : element(other.element), bounds(other.bounds), elements(other.elements) {}
+      : element(other.element),
+        bounds(other.bounds),
+        bytes(other.bytes),
+        variants(other.variants) {}
   Storage& operator=(const Storage&) = delete;
   // Arrays within arrays go one after the other: their depth must not become the stack's.
   ~Storage() {
@@ -33,7 +33,7 @@ struct Array::Storage {
   // Moves every array that only this one holds into the list.
   void TakeLastReferencesTo(std::shared_ptr<Storage>& list) noexcept {
     if (element != VariantType::kVariant) return;
-    for (Variant& held : std::get<std::vector<Variant>>(elements)) {
+    for (Variant& held : variants) {
       Array* const array = held.If<Array>();
       if (array == nullptr || array->storage_.use_count() != 1) continue;
       std::shared_ptr<Storage> taken = std::move(array->storage_);
@@ -44,7 +44,8 @@ struct Array::Storage {
 
   VariantType element;
   std::vector<ArrayBound> bounds;
-  Elements elements;
+  std::vector<Byte> bytes;        // the elements of an array of bytes
+  std::vector<Variant> variants;  // the elements of any other
   std::shared_ptr<Storage> next_doomed;
 };
 
@@ -103,21 +104,18 @@ Array::Array(VariantType element, std::span<const ArrayBound> bounds) {
   const std::size_t size = ElementsWithin(bounds);
   WithinMemory([&] {
     const Variant zero = ZeroOf(element);
-    Storage::Elements elements;
+    storage_ =
+        std::make_shared<Storage>(element, std::vector<ArrayBound>(bounds.begin(), bounds.end()));
     if (element == VariantType::kByte) {
-      elements = std::vector<Byte>(size);
+      storage_->bytes.resize(size);
     } else {
-      elements = std::vector<Variant>(size, zero);
+      storage_->variants.resize(size, zero);
     }
-    storage_ = std::make_shared<Storage>(
-        element, std::vector<ArrayBound>(bounds.begin(), bounds.end()), std::move(elements));
   });
 }
 
 Array::Array(VariantType element, std::initializer_list<ArrayBound> bounds)
     : Array(element, std::span(bounds.begin(), bounds.size())) {}
-
-Array::Array(std::shared_ptr<Storage> storage) noexcept : storage_(std::move(storage)) {}
 
 Array Array::WithBounds(VariantType element, Int32 lower, Int32 upper) {
   if (upper < lower) Raise(FailureNumber::kSubscriptOutOfRange);
@@ -128,18 +126,18 @@ Array Array::WithBounds(VariantType element, Int32 lower, Int32 upper) {
 
 Array Array::OfBytes(std::vector<Byte> bytes) {
   const ArrayBound bound = CountedFromZero(bytes.size());
-  return WithinMemory([&] {
-    return Array(
-        std::make_shared<Storage>(VariantType::kByte, std::vector{bound}, std::move(bytes)));
-  });
+  Array array(VariantType::kByte, {ArrayBound{}});
+  array.storage_->bounds = {bound};
+  array.storage_->bytes = std::move(bytes);
+  return array;
 }
 
 Array Array::OfStrings(std::span<const String> texts) {
   const ArrayBound bound = CountedFromZero(texts.size());
-  return WithinMemory([&] {
-    return Array(std::make_shared<Storage>(VariantType::kString, std::vector{bound},
-                                           std::vector<Variant>(texts.begin(), texts.end())));
-  });
+  Array array(VariantType::kString, {ArrayBound{}});
+  array.storage_->bounds = {bound};
+  WithinMemory([&] { array.storage_->variants.assign(texts.begin(), texts.end()); });
+  return array;
 }
 
 VariantType Array::ElementType() const noexcept { return storage_->element; }
@@ -162,7 +160,7 @@ Int32 Array::UpperBound(std::size_t dimension) const {
 }
 
 std::size_t Array::Size() const noexcept {
-  return std::visit([](const auto& elements) { return elements.size(); }, storage_->elements);
+  return ElementType() == VariantType::kByte ? storage_->bytes.size() : storage_->variants.size();
 }
 
 std::size_t Array::Position(std::span<const Int32> subscripts) const {
@@ -181,10 +179,8 @@ std::size_t Array::Position(std::span<const Int32> subscripts) const {
 
 Variant Array::Get(std::span<const Int32> subscripts) const {
   const std::size_t position = Position(subscripts);
-  return WithinMemory([&] {
-    return std::visit([&](const auto& elements) { return Variant(elements[position]); },
-                      storage_->elements);
-  });
+  if (ElementType() == VariantType::kByte) return storage_->bytes[position];
+  return WithinMemory([&] { return storage_->variants[position]; });
 }
 
 Variant Array::Get(std::initializer_list<Int32> subscripts) const {
@@ -207,15 +203,13 @@ void Array::Set(std::initializer_list<Int32> subscripts, const Variant& value) {
 }
 
 std::span<const Byte> Array::Bytes() const {
-  const auto* bytes = std::get_if<std::vector<Byte>>(&storage_->elements);
-  if (bytes == nullptr) Raise(FailureNumber::kTypeMismatch);
-  return *bytes;
+  if (ElementType() != VariantType::kByte) Raise(FailureNumber::kTypeMismatch);
+  return storage_->bytes;
 }
 
 std::span<const Variant> Array::Elements() const {
-  const auto* elements = std::get_if<std::vector<Variant>>(&storage_->elements);
-  if (elements == nullptr) Raise(FailureNumber::kTypeMismatch);
-  return *elements;
+  if (ElementType() == VariantType::kByte) Raise(FailureNumber::kTypeMismatch);
+  return storage_->variants;
 }
 
 Array::Storage& Array::Writable() {
@@ -230,18 +224,18 @@ Array::Storage& Array::Writable() {
 
 std::span<Byte> Array::WritableBytes() {
   if (ElementType() != VariantType::kByte) Raise(FailureNumber::kTypeMismatch);
-  return std::get<std::vector<Byte>>(Writable().elements);
+  return Writable().bytes;
 }
 
 std::span<Variant> Array::WritableElements() {
   if (ElementType() == VariantType::kByte) Raise(FailureNumber::kTypeMismatch);
-  return std::get<std::vector<Variant>>(Writable().elements);
+  return Writable().variants;
 }
 
 bool operator==(const Array& a, const Array& b) {
   return a.storage_ == b.storage_ ||
          (a.storage_->element == b.storage_->element && a.storage_->bounds == b.storage_->bounds &&
-          a.storage_->elements == b.storage_->elements);
+          a.storage_->bytes == b.storage_->bytes && a.storage_->variants == b.storage_->variants);
 }
 
 }  // namespace quorl

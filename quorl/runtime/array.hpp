@@ -81,7 +81,6 @@ class Array {
  private:
   struct Storage;
 
-  explicit Array(std::shared_ptr<Storage> storage) noexcept;
   std::size_t Position(std::span<const Int32> subscripts) const;
   Storage& Writable();
 

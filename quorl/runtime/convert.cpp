@@ -1,7 +1,11 @@
 #include "quorl/runtime/convert.hpp"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
+#include <string_view>
 
 #include "quorl/runtime/date_text.hpp"
 #include "quorl/runtime/decimal.hpp"
@@ -112,9 +116,7 @@ struct TextWriter : PlainReader<String, ToString> {
   String operator()(Double value) const { return ShortestText(DecimalOf(value)); }
   String operator()(Currency value) const { return ShortestText(DecimalOf(value)); }
   String operator()(Date value) const { return WriteDate(value); }
-  String operator()(const String& text) const {
-    return WithinMemory([&] { return text; });
-  }
+  String operator()(const String& text) const { return text; }
 };
 
 }  // namespace
@@ -151,9 +153,13 @@ Double ToDouble(Currency value) {
   if (units >= -kExact && units <= kExact) {
     return static_cast<Double>(units) / static_cast<Double>(Currency::kScale);
   }
-  String digits;
-  AppendShortest(digits, DecimalOf(value), u".", LeadingZero::kWritten);
-  return ReadLeadingNumber(digits);
+  constexpr std::string_view kTenThousandths = "e-4";
+  std::array<char, 32> text{};
+  auto* end = std::to_chars(text.data(), text.data() + text.size(), units).ptr;
+  end = std::ranges::copy(kTenThousandths, end).out;
+  Double nearest = 0;
+  std::from_chars(text.data(), end, nearest);
+  return nearest;
 }
 
 Currency ToCurrency(Double value) {
@@ -206,7 +212,9 @@ Boolean ToBoolean(const Variant& value) {
   return number != 0;
 }
 
-String ToString(const Variant& value) { return value.Visit(TextWriter{}); }
+String ToString(const Variant& value) {
+  return WithinMemory([&] { return value.Visit(TextWriter{}); });
+}
 
 Object ToObject(const Variant& value) {
   const auto* object = value.If<Object>();

@@ -197,13 +197,15 @@ String WriteDate(Date date, const Locale& locale) {
   const CalendarTime day_zero;
   const bool time_alone =
       time.year == day_zero.year && time.month == day_zero.month && time.day == day_zero.day;
-  String text;
-  if (!time_alone) AppendDate(text, time, locale);
-  if (time_alone || !IsMidnight(time)) {
-    if (!text.empty()) text.push_back(u' ');
-    AppendTime(text, time, locale);
-  }
-  return text;
+  return WithinMemory([&] {
+    String text;
+    if (!time_alone) AppendDate(text, time, locale);
+    if (time_alone || !IsMidnight(time)) {
+      if (!text.empty()) text.push_back(u' ');
+      AppendTime(text, time, locale);
+    }
+    return text;
+  });
 }
 
 }  // namespace quorl

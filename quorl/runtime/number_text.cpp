@@ -139,17 +139,16 @@ class ThousandSeparator {
   StringView family_;
 };
 
-// Reads sign, digits, separators and exponent; true if that is all of `text`.
-bool Scan(StringView text, const Locale& locale, ScannedNumber& number) {
-  const ThousandSeparator thousand(locale.thousand_separator);
-  Scanner scanner(Trim(text));
+// Reads sign, digits, separators and exponent as far as they go; false without a digit.
+bool TakeNumber(Scanner& scanner, StringView decimal_separator, const ThousandSeparator& thousand,
+                ScannedNumber& number) {
   bool behind_point = false;
   number.negative = scanner.TakeSign();
   while (!scanner.AtEnd()) {
     if (IsDigit(scanner.Unit())) {
       number.AddDigit(scanner.Unit(), behind_point);
       scanner.Step();
-    } else if (!behind_point && scanner.Take(locale.decimal_separator)) {
+    } else if (!behind_point && scanner.Take(decimal_separator)) {
       behind_point = true;
     } else if (!thousand.TakeFrom(scanner)) {
       break;
@@ -157,7 +156,7 @@ bool Scan(StringView text, const Locale& locale, ScannedNumber& number) {
   }
   if (!number.any_digit) return false;
   number.point += scanner.TakeExponent();
-  return scanner.AtEnd();
+  return true;
 }
 
 // The nearest Double; false beyond the range.
@@ -207,8 +206,11 @@ bool ToNearest(ScannedNumber& number, Currency& out) {
 
 template <class Number>
 NumberReading Read(StringView text, const Locale& locale, Number& out) {
+  Scanner scanner(Trim(text));
   ScannedNumber number;
-  if (!Scan(text, locale, number)) return NumberReading::kNotANumber;
+  const ThousandSeparator thousand(locale.thousand_separator);
+  const bool taken = TakeNumber(scanner, locale.decimal_separator, thousand, number);
+  if (!taken || !scanner.AtEnd()) return NumberReading::kNotANumber;
   return ToNearest(number, out) ? NumberReading::kGood : NumberReading::kOutOfRange;
 }
 
@@ -230,20 +232,7 @@ bool IsNumber(StringView text, const Locale& locale) {
 Double ReadLeadingNumber(StringView text) {
   Scanner scanner(text, u" \t\n");
   ScannedNumber number;
-  bool behind_point = false;
-  number.negative = scanner.TakeSign();
-  while (!scanner.AtEnd()) {
-    if (IsDigit(scanner.Unit())) {
-      number.AddDigit(scanner.Unit(), behind_point);
-      scanner.Step();
-    } else if (!behind_point && scanner.Take(u".")) {
-      behind_point = true;
-    } else {
-      break;
-    }
-  }
-  if (!number.any_digit) return 0;
-  number.point += scanner.TakeExponent();
+  if (!TakeNumber(scanner, u".", ThousandSeparator({}), number)) return 0;
   Double value = 0;
   if (!ToNearest(number, value)) Raise(FailureNumber::kOverflow);
   return value;
@@ -251,9 +240,11 @@ Double ReadLeadingNumber(StringView text) {
 
 String DottedNumber(const Variant& value) {
   const Decimal decimal = DecimalOf(value);
-  String text = decimal.negative ? u"" : u" ";
-  AppendShortest(text, decimal, u".", LeadingZero::kLeftOut);
-  return text;
+  return WithinMemory([&] {
+    String text = decimal.negative ? u"" : u" ";
+    AppendShortest(text, decimal, u".", LeadingZero::kLeftOut);
+    return text;
+  });
 }
 
 }  // namespace quorl

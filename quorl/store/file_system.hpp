@@ -74,7 +74,7 @@ class FileSystem {
   virtual std::uint64_t BootNumber() = 0;
 
   /// The file system of the machine. It lives until the process ends.
-  static FileSystem& Posix() noexcept;
+  static FileSystem& Posix();
 };
 
 }  // namespace quorl

@@ -85,10 +85,10 @@ bool IsNameBuffer(OutBuffer buffer) noexcept {
 
 KeyInfo InfoOf(const Key& key) noexcept {
   KeyInfo info{.subkeys = Size(key.Subkeys().size()), .values = Size(key.Values().size())};
-  for (const auto& subkey : key.Subkeys()) {
+  for (const Key* subkey : key.Subkeys()) {
     info.longest_subkey = std::max(info.longest_subkey, Size(subkey->Name().size()));
   }
-  for (const auto& value : key.Values()) {
+  for (const Value* value : key.Values()) {
     info.longest_value_name = std::max(info.longest_value_name, Size(value->name.size()));
     info.longest_data = std::max(info.longest_data, Size(value->data.size()));
   }
@@ -100,6 +100,13 @@ KeyInfo InfoOf(const Key& key) noexcept {
 void PlanMerge(std::shared_ptr<const Key> source, const Key& destination, Change& change) {
   if (source.get() == &destination || source->IsEmpty()) return;
   change.kind = ChangeKind::Merge;
+  change.path = destination.Path();
+  change.content = std::move(source);
+}
+
+void PlanReplacement(std::shared_ptr<const Key> source, const Key& destination, Change& change) {
+  if (source.get() == &destination) return;
+  change.kind = ChangeKind::Replace;
   change.path = destination.Path();
   change.content = std::move(source);
 }
@@ -290,7 +297,9 @@ Int32 HiveStore::QueryInfo(KeyHandle key, KeyInfo* info) noexcept {
   });
 }
 
-Int32 HiveStore::CopyTree(KeyHandle root, std::string_view source, KeyHandle destination) noexcept {
+// Plans a change of `destination` by what the source holds.
+Int32 HiveStore::WriteFrom(KeyHandle root, std::string_view source, KeyHandle destination,
+                           PlanOfTwo plan) const noexcept {
   return WithinMemory([&]() -> Int32 {
     std::shared_ptr<OpenedKey> from;
     if (const Int32 status = At(root, source, from); status != kDone) return status;
@@ -301,11 +310,11 @@ Int32 HiveStore::CopyTree(KeyHandle root, std::string_view source, KeyHandle des
 
     // Within one hive the source is taken as it stands when the change is made; from another hive a
     // copy comes along.
-    std::shared_ptr<const Key> foreign;
+    std::shared_ptr<const Key> found_source;
     const auto find_source = [&](const HiveContent& content) -> Int32 {
       const Key* found = content.tree.Find(from->path);
       if (found == nullptr) return kAbsent;
-      foreign = from->hive == to->hive ? found->Self() : DetachedCopy(*found);
+      found_source = from->hive == to->hive ? found->Self() : DetachedCopy(*found);
       return kDone;
     };
     if (from->hive != to->hive) {
@@ -318,10 +327,19 @@ Int32 HiveStore::CopyTree(KeyHandle root, std::string_view source, KeyHandle des
       if (from->hive == to->hive) {
         if (const Int32 status = find_source(content); status != kDone) return status;
       }
-      PlanMerge(foreign, *into, change);
+      plan(found_source, *into, change);
       return kDone;
     });
   });
+}
+
+Int32 HiveStore::CopyTree(KeyHandle root, std::string_view source, KeyHandle destination) noexcept {
+  return WriteFrom(root, source, destination, PlanMerge);
+}
+
+Int32 HiveStore::ReplaceTree(KeyHandle root, std::string_view source,
+                             KeyHandle destination) noexcept {
+  return WriteFrom(root, source, destination, PlanReplacement);
 }
 
 Int32 HiveStore::DeleteTree(KeyHandle root, std::string_view path) noexcept {

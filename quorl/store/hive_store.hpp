@@ -35,6 +35,15 @@ class HiveStore : public Store, private ForkAware {
   Int32 DeleteTree(KeyHandle root, std::string_view path) noexcept override;
   Int32 OpenKeyCount() const noexcept override;
 
+  /// Makes `destination`, opened for `kSetValues` and `kCreateSubkeys`, hold exactly what the
+  /// source holds, in one change: what it held before is gone. The source may lie in another hive,
+  /// so that many changes can be made ready in one that is in memory and then be made here as one:
+  ///     store.CopyTree(kCurrentUser, "Software\\Maison", staging);    // in kDynData
+  ///     ...
+  ///     store.ReplaceTree(kDynData, "Staging", destination);
+  /// Gives 2 when the source is absent; codes otherwise as for `CopyTree`.
+  Int32 ReplaceTree(KeyHandle root, std::string_view source, KeyHandle destination) noexcept;
+
  protected:
   using Hives = std::array<std::unique_ptr<Hive>, kRootCount>;
 
@@ -50,6 +59,9 @@ class HiveStore : public Store, private ForkAware {
 
   std::shared_ptr<OpenedKey> Opened(KeyHandle key) const;
   Int32 At(KeyHandle root, std::string_view path, std::shared_ptr<OpenedKey>& place) const;
+  using PlanOfTwo = void (*)(std::shared_ptr<const Key>, const Key&, Change&);
+  Int32 WriteFrom(KeyHandle root, std::string_view source, KeyHandle destination,
+                  PlanOfTwo plan) const noexcept;
   Int32 ReadKey(KeyHandle key, Int32 right, FunctionRef<Int32(const Key&)> look) const;
 
   Hives hives_;

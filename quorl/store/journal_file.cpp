@@ -32,6 +32,13 @@ bool ReplaySettled(FileWindow& window, const JournalMark& mark, std::uint64_t bo
   return true;
 }
 
+// Whether `mark` still stands in the file. What was read behind a mark of another start may have
+// been written after the mark was read, and is then not settled.
+bool StillHas(const OpenFile& file, const JournalMark& mark) {
+  JournalPrefix prefix;
+  return ReadPrefix(file, prefix) == kDone && prefix.mark == mark;
+}
+
 // The beginning and then the length, in this order: what the mark calls settled is within it.
 Int32 BeginReading(const OpenFile& file, JournalPrefix& prefix, std::uint64_t& size) {
   if (const Int32 status = ReadPrefix(file, prefix); status != kDone) return status;
@@ -52,15 +59,22 @@ Int32 LoadJournal(const OpenFile& file, std::uint64_t boot, LoadedJournal& loade
   FileWindow window(file, loaded.report.bytes);
   if (prefix.header && prefix.mark && prefix.mark->salt == prefix.header->salt) {
     loaded.position.salt = prefix.header->salt;
-    if (ReplaySettled(window, *prefix.mark, boot, loaded)) {
+    const bool settled = ReplaySettled(window, *prefix.mark, boot, loaded);
+    if (window.Status() != kDone) return window.Status();
+    if (settled && !IsOfThisStart(*prefix.mark, boot) && !StillHas(file, *prefix.mark)) {
+      loaded = LoadedJournal();
+      return LoadJournal(file, boot, loaded);
+    }
+    if (settled) {
       loaded.report.records = loaded.position.sequence;
       loaded.report.unfinished_bytes = window.Size() - loaded.position.end;
-      return window.Status();
+      return kDone;
     }
-    if (window.Status() != kDone) return window.Status();
   }
+  const std::uint64_t read_until = loaded.position.end;
   loaded.tree = KeyTree();
   Salvage(window, prefix, boot, loaded.tree, loaded.report);
+  if (!loaded.report.Damaged()) loaded.report.losses.push_back({.offset = read_until});
   return loaded.report.status;
 }
 
@@ -87,16 +101,21 @@ JournalReport ExamineFile(FileSystem& files, const std::string& path) {
 ReadOnResult ReadOn(const OpenFile& file, std::uint64_t boot, JournalPosition& position,
                     KeyTree& tree, Int32& status) {
   JournalPrefix prefix;
-  status = ReadPrefix(file, prefix);
+  std::uint64_t size = 0;
+  status = BeginReading(file, prefix, size);
   if (status != kDone) return ReadOnResult::Done;
   const auto& mark = prefix.mark;
-  if (!mark || mark->salt != position.salt || mark->end < position.end ||
-      !IsOfThisStart(*mark, boot)) {
+  if (!mark || mark->salt != position.salt || mark->end < position.end) {
     return ReadOnResult::LoadAnew;
   }
-  FileWindow window(file, mark->end);
-  status = Replay(window, mark->end, Groups::OfOneRecord, position, tree);
-  return status != kDone || position.end == mark->end ? ReadOnResult::Done : ReadOnResult::LoadAnew;
+  const bool this_start = IsOfThisStart(*mark, boot);
+  const std::uint64_t limit = this_start ? mark->end : size;
+  FileWindow window(file, limit);
+  status = Replay(window, limit, Groups::OfOneRecord, position, tree);
+  if (status != kDone) return ReadOnResult::Done;
+  const bool complete = position.end >= mark->end && !GroupFollows(window, limit, position);
+  return complete && (this_start || StillHas(file, *mark)) ? ReadOnResult::Done
+                                                           : ReadOnResult::LoadAnew;
 }
 
 Int32 WriteFreshJournal(const OpenFile& file, const Key& content, std::uint64_t boot,

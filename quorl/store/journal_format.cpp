@@ -157,6 +157,9 @@ void RecordWriter::Append(const Change& change) {
     case ChangeKind::Merge:
       AppendContent(change.path, *change.content);
       break;
+    case ChangeKind::Replace:
+      AppendReplacement(change);
+      break;
     case ChangeKind::None:
       break;
   }
@@ -164,7 +167,7 @@ void RecordWriter::Append(const Change& change) {
 
 void RecordWriter::AppendKey(std::string_view path, const Key& key, bool more) {
   if (key.IsBare()) AppendRecord(ChangeKind::CreateKey, path, {}, {}, more);
-  for (const auto& value : key.Values()) {
+  for (const Value* value : key.Values()) {
     AppendValue(path, value->name, value->type, value->data, more);
   }
 }
@@ -185,6 +188,14 @@ void RecordWriter::AppendContent(std::string_view path, const Key& content) {
     AppendKey(Joined(path, below), key, true);
   });
   EndGroup(last_head);
+}
+
+void RecordWriter::AppendReplacement(const Change& change) {
+  const std::size_t first_head = out_.size();
+  AppendRecord(ChangeKind::DeleteKey, change.path, {}, {}, true);
+  if (!change.path.empty()) AppendRecord(ChangeKind::CreateKey, change.path, {}, {}, true);
+  AppendContent(change.path, *change.content);
+  EndGroup(first_head);
 }
 
 // Walks to the group's last record and takes the bit `more` away from it.

@@ -63,6 +63,8 @@ struct JournalMark {
   std::uint64_t end = 0;   ///< The offset behind the last settled record.
   std::uint64_t sequence = 0;
   std::uint32_t salt = 0;
+
+  bool operator==(const JournalMark&) const = default;
 };
 
 struct RecordHead {
@@ -95,7 +97,7 @@ std::optional<RecordHead> DecodeHead(std::string_view bytes, RecordEnd end) noex
 /// The names of a key, and of a value, as records hold them.
 std::string NamesOf(std::string_view path, std::string_view value_name);
 
-/// The change that an intact record holds, `Merge` and `None` excepted; `data` stays lent. None
+/// The change that an intact record holds, never one that takes a group; `data` stays lent. None
 /// when names and kind do not go together, which no intact record of ours has.
 std::optional<Change> ChangeOf(const RecordHead& head, std::string_view names,
                                std::string_view data);
@@ -118,6 +120,7 @@ class RecordWriter {
   void AppendValue(std::string_view path, std::string_view name, Int32 type, std::string_view data,
                    bool more);
   void AppendContent(std::string_view path, const Key& content);
+  void AppendReplacement(const Change& change);
   void EndGroup(std::size_t last_head);
 
   std::string& out_;

@@ -1,6 +1,5 @@
 #include "quorl/store/journal_hive.hpp"
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <new>
@@ -15,8 +14,12 @@ using Clock = std::chrono::steady_clock;
 
 // How long a writer waits for another one that does not let go.
 constexpr std::chrono::seconds kPatience{20};
-constexpr microseconds kShortestPause{20};
-constexpr microseconds kLongestPause{1000};
+// The pauses between looks at the lock, short ones to begin with.
+constexpr microseconds kShortPause{50};
+constexpr microseconds kLongPause{1000};
+constexpr std::chrono::milliseconds kEagerness{50};
+// For how many changes a writer is polite after it found the lock taken.
+constexpr int kPoliteTurns = 16;
 // A journal may be so much longer than twice a fresh one, lest a small one be rewritten all the
 // time.
 constexpr std::uint64_t kSlackBytes = std::uint64_t{64} * 1024;
@@ -55,19 +58,30 @@ Int32 JournalHive::Write(Plan plan) {
     const Int32 status = plan(content_, change);
     if (status != kDone || change.kind == ChangeKind::None) return status;
   }
-  const auto deadline = Clock::now() + kPatience;
-  for (auto pause = kShortestPause;; pause = std::min(2 * pause, kLongestPause)) {
+  const auto start = Clock::now();
+  for (bool first = true;; first = false) {
     {
       const std::lock_guard writing(writing_);
       OpenFile locked;
       Int32 status = kDone;
-      const LockResult result = LockForWriting(locked, status);
+      const bool polite = first && LetsOthersGoFirst();
+      const auto result = polite ? LockResult::Busy : LockForWriting(locked, status);
       if (result == LockResult::Locked) return WriteLocked(locked, plan);
       if (result == LockResult::Failed) return status;
+      if (!polite) turns_to_let_pass_ = kPoliteTurns;
     }
-    if (Clock::now() >= deadline) return kLocked;
-    std::this_thread::sleep_for(pause);
+    const auto waited = Clock::now() - start;
+    if (waited >= kPatience) return kLocked;
+    std::this_thread::sleep_for(waited < kEagerness ? kShortPause : kLongPause);
   }
+}
+
+// Whoever has just written would find the lock free before those that wait for it wake up. When
+// there were others lately, it waits for a moment too.
+bool JournalHive::LetsOthersGoFirst() {
+  if (turns_to_let_pass_ == 0) return false;
+  --turns_to_let_pass_;
+  return true;
 }
 
 void JournalHive::HoldForFork() noexcept {

@@ -38,6 +38,7 @@ class JournalHive final : public Hive {
   void Detach();
   void Adopt(OpenFile file, const FileInfo& info, LoadedJournal& loaded);
 
+  bool LetsOthersGoFirst();
   LockResult LockForWriting(OpenFile& locked, Int32& status);
   LockResult Create(OpenFile& locked, Int32& status);
   Int32 WriteLocked(OpenFile& locked, Plan plan);
@@ -56,6 +57,7 @@ class JournalHive final : public Hive {
   const std::uint64_t boot_;
 
   std::mutex writing_;
+  int turns_to_let_pass_ = 0;  // Guarded by `writing_`, as the making of changes is.
   std::mutex state_;
   HiveContent content_;
   OpenFile file_;                 // Open for reading, unless there is no journal.

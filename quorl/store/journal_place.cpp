@@ -52,7 +52,7 @@ Int32 FollowLinks(FileSystem& files, std::string path, std::string& target) {
       return kDone;
     }
     if (result != 0) return CodeOfResult(result);
-    path = next.starts_with('/') ? next : FolderOf(path) + "/" + next;
+    path = next.starts_with('/') ? next : FolderOf(path).append("/").append(next);
   }
   return kWrongFolder;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "quorl/store/file_system.hpp"
 #include "quorl/store/open_file.hpp"
@@ -37,7 +38,7 @@ LockResult LockJournal(FileSystem& files, const std::string& path, OpenFile& fil
 class FreshFile {
  public:
   /// `path` is the journal's, its links followed.
-  FreshFile(FileSystem& files, const std::string& path) : files_(files), path_(path) {}
+  FreshFile(FileSystem& files, std::string path) : files_(files), path_(std::move(path)) {}
   FreshFile(const FreshFile&) = delete;
   FreshFile& operator=(const FreshFile&) = delete;
   /// Removes the file unless it has taken its place.

@@ -103,4 +103,9 @@ Int32 Replay(FileWindow& window, std::uint64_t limit, Groups groups, JournalPosi
   return window.Status();
 }
 
+bool GroupFollows(FileWindow& window, std::uint64_t limit, const JournalPosition& position) {
+  const auto record = NextRecord(window, limit, position);
+  return record && record->head.more && EndOfGroup(window, limit, position);
+}
+
 }  // namespace quorl

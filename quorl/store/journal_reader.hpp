@@ -75,4 +75,7 @@ enum class Groups : std::uint8_t { OfAnyLength, OfOneRecord };
 Int32 Replay(FileWindow& window, std::uint64_t limit, Groups groups, JournalPosition& position,
              KeyTree& tree);
 
+/// Whether a whole group of more than one record stands at `position`.
+bool GroupFollows(FileWindow& window, std::uint64_t limit, const JournalPosition& position);
+
 }  // namespace quorl

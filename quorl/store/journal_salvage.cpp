@@ -38,17 +38,26 @@ class Survey {
     }
   }
 
-  // The intact records of the journal in their order, each once. A record of another salt was
-  // inside a value; `salt` is none when the header does not tell it.
-  std::vector<Finding> Sorted(std::optional<std::uint32_t> salt) const {
+  // The records of the journal in their order, each once. One of another salt was inside a value,
+  // one that does not follow those before it was moved or doubled: their places count as stray,
+  // though the latter is of use where the number is missing. `salt` is none when the header does
+  // not tell it.
+  std::vector<Finding> Sorted(std::optional<std::uint32_t> salt) {
     const std::uint32_t wanted = salt ? *salt : CommonestSalt();
     std::map<std::uint64_t, Finding> by_number;
+    std::uint64_t highest = 0;
     for (const Finding& finding : found_) {
-      if (finding.head.salt != wanted) continue;
+      const bool ours = finding.head.salt == wanted;
+      if (!ours || finding.head.sequence <= highest) {
+        strays_.emplace_back(finding.Offset(), finding.head.Bytes());
+      }
+      if (!ours) continue;
+      highest = std::max(highest, finding.head.sequence);
       const auto [place, fresh] = by_number.try_emplace(finding.head.sequence, finding);
       if (!fresh && finding.IsWhole() && !place->second.IsWhole()) place->second = finding;
     }
     std::vector<Finding> sorted;
+    sorted.reserve(by_number.size());
     for (const auto& [number, finding] : by_number) sorted.push_back(finding);
     return sorted;
   }
@@ -135,7 +144,9 @@ class Rebuilding {
     if (change && finding.data_intact) {
       Make(*change);
       ++report_.records;
-      if (!finding.ends_intact) Note(JournalLoss::Kind::Repaired, finding, *change);
+      if (!finding.ends_intact || !finding.names_intact) {
+        Note(JournalLoss::Kind::Repaired, finding, *change);
+      }
       return;
     }
     TakeDamaged(finding, known_names);
@@ -185,7 +196,7 @@ class Rebuilding {
     };
     ForEachKey(*tree_.Root(), [&](const Key& key) {
       if (!of_value) return compare(key.Path());
-      for (const auto& value : key.Values()) compare(NamesOf(key.Path(), value->name));
+      for (const Value* value : key.Values()) compare(NamesOf(key.Path(), value->name));
     });
     return known;
   }
@@ -207,8 +218,9 @@ std::size_t CountSettled(const std::vector<Finding>& findings,
     if (boot != 0 && mark->boot == boot) return settled;
     std::uint64_t expected = mark->sequence + 1;
     for (std::size_t i = settled; i < findings.size(); ++i) {
-      if (!findings[i].IsWhole() || findings[i].head.sequence != expected++) break;
-      if (!findings[i].head.more) settled = i + 1;
+      const Finding& each = findings[i];
+      if (!each.IsWhole() || !each.ends_intact || each.head.sequence != expected++) break;
+      if (!each.head.more) settled = i + 1;
     }
     return settled;
   }

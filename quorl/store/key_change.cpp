@@ -17,7 +17,7 @@ std::unique_ptr<Value> MakeValue(std::string_view name, Int32 type, std::string_
 
 void CopyValues(const Key& from, Key& to) {
   to.MakeRoomForValues(from.Values().size());
-  for (const auto& value : from.Values())
+  for (const Value* value : from.Values())
     to.Insert(MakeValue(value->name, value->type, value->data));
 }
 
@@ -29,9 +29,9 @@ void CopyBelow(const Key& from, Key& to) {
     waiting.pop_back();
     CopyValues(*source, *copy);
     copy->MakeRoomForSubkeys(source->Subkeys().size());
-    for (const auto& subkey : source->Subkeys()) {
+    for (const Key* subkey : source->Subkeys()) {
       auto made = std::make_shared<Key>(subkey->Name(), copy->SubkeyPathBytes(subkey->Name()));
-      waiting.emplace_back(subkey.get(), made.get());
+      waiting.emplace_back(subkey, made.get());
       copy->Insert(std::move(made));
     }
   }
@@ -72,6 +72,9 @@ class ChangePreparation {
         break;
       case ChangeKind::Merge:
         Merge();
+        break;
+      case ChangeKind::Replace:
+        Replace();
         break;
       case ChangeKind::None:
         break;
@@ -181,9 +184,9 @@ class ChangePreparation {
       if (source == into || source->IsEmpty()) continue;
       MergeValues(*source, *into);
       into->MakeRoomForSubkeys(source->Subkeys().size());
-      for (const auto& subkey : source->Subkeys()) {
+      for (const Key* subkey : source->Subkeys()) {
         if (Key* there = into->FindSubkey(subkey->Name())) {
-          waiting.emplace_back(subkey.get(), there);
+          waiting.emplace_back(subkey, there);
         } else {
           GraftCopy(*into, *subkey);
         }
@@ -191,10 +194,20 @@ class ChangePreparation {
     }
   }
 
+  void Replace() {
+    Key* key = tree_.Find(change_.path);
+    if (key == nullptr) return;
+    prepared_.replaced_ = key;
+    prepared_.replacement_ = std::make_shared<Key>(key->Name(), key->PathBytes());
+    CopyBelow(*change_.content, *prepared_.replacement_);
+    prepared_.added_ -= WeightBelow(*key);
+    prepared_.added_ += WeightBelow(*prepared_.replacement_);
+  }
+
   void MergeValues(const Key& source, Key& into) {
     FillsBareKey(into);
     into.MakeRoomForValues(source.Values().size());
-    for (const auto& value : source.Values()) {
+    for (const Value* value : source.Values()) {
       PutValue(into, MakeValue(value->name, value->type, value->data));
     }
   }
@@ -225,6 +238,7 @@ void PreparedChange::Apply(KeyTree& tree) noexcept {
   if (lost_value_ != nullptr) losing_key_->Remove(*lost_value_);
   if (lost_key_ != nullptr) losing_parent_->Remove(*lost_key_);
   if (cleared_ != nullptr) cleared_->Clear();
+  if (replaced_ != nullptr) replaced_->TakeContentOf(*replacement_);
 }
 
 PreparedChange Prepare(const KeyTree& tree, const Change& change) {

@@ -13,7 +13,8 @@
 
 namespace quorl {
 
-/// The numbers are those of the journal's records; `Merge` is written as one record for each part.
+/// The numbers are those of the journal's records; `Merge` and `Replace` are written as a group of
+/// them.
 enum class ChangeKind : std::uint8_t {
   None = 0,
   CreateKey = 1,    ///< Every missing level of `path` is made.
@@ -21,6 +22,7 @@ enum class ChangeKind : std::uint8_t {
   DeleteValue = 3,  ///< `path`, `name`; nothing when it is absent.
   DeleteKey = 4,    ///< `path` with all below it; nothing when it is absent.
   Merge = 5,        ///< The values and subkeys of `content` into `path`.
+  Replace = 6,      ///< Those of `content` in place of what the key at `path` holds.
 };
 
 struct Change {
@@ -58,6 +60,8 @@ class PreparedChange {
   Key* losing_parent_ = nullptr;
   const Key* lost_key_ = nullptr;
   Key* cleared_ = nullptr;
+  Key* replaced_ = nullptr;
+  std::shared_ptr<Key> replacement_;
   Weight added_;
 };
 

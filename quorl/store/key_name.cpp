@@ -32,7 +32,7 @@ std::strong_ordering CompareNames(std::string_view left, std::string_view right)
   for (std::size_t i = 0; i < shared; ++i) {
     const auto order = folded[static_cast<unsigned char>(left[i])] <=>
                        folded[static_cast<unsigned char>(right[i])];
-    if (order != 0) return order;
+    if (std::is_neq(order)) return order;
   }
   return left.size() <=> right.size();
 }

@@ -1,6 +1,7 @@
 #include "quorl/store/key_tree.hpp"
 
 #include <algorithm>
+#include <compare>
 #include <utility>
 
 #include "quorl/store/key_name.hpp"
@@ -12,12 +13,10 @@ namespace {
 constexpr std::size_t kTypeBytes = 4;
 constexpr std::size_t kJoinerBytes = 1;
 
-constexpr auto kNameOfKey = [](const std::shared_ptr<Key>& key) -> std::string_view {
-  return key->Name();
-};
+constexpr auto kNameOfKey = [](const Key* key) -> std::string_view { return key->Name(); };
 constexpr auto kNameOfValue = [](const Value* value) -> std::string_view { return value->name; };
 constexpr auto kBefore = [](std::string_view left, std::string_view right) {
-  return CompareNames(left, right) < 0;
+  return std::is_lt(CompareNames(left, right));
 };
 
 // Room for `more` elements that grows in steps, so that a growing list costs no more than its
@@ -44,7 +43,7 @@ Weight& Weight::operator-=(Weight other) noexcept {
 
 Key::Key(std::string_view name, std::size_t path_bytes) : name_(name), path_bytes_(path_bytes) {}
 
-Key::~Key() { DropSubkeys(); }
+Key::~Key() { Clear(); }
 
 std::string Key::Path() const {
   std::string path(path_bytes_, kPathSeparator);
@@ -62,14 +61,14 @@ std::size_t Key::SubkeyPathBytes(std::string_view name) const noexcept {
 
 Key* Key::FindSubkey(std::string_view name) const noexcept {
   const auto found = std::ranges::lower_bound(subkeys_, name, kBefore, kNameOfKey);
-  return found != subkeys_.end() && CompareNames((*found)->name_, name) == 0 ? found->get()
-                                                                             : nullptr;
+  return found != subkeys_.end() && std::is_eq(CompareNames((*found)->name_, name)) ? *found
+                                                                                    : nullptr;
 }
 
 Value* Key::FindValue(std::string_view name) const noexcept {
   const auto found = std::ranges::lower_bound(values_by_name_, name, kBefore, kNameOfValue);
-  return found != values_by_name_.end() && CompareNames((*found)->name, name) == 0 ? *found
-                                                                                   : nullptr;
+  return found != values_by_name_.end() && std::is_eq(CompareNames((*found)->name, name)) ? *found
+                                                                                          : nullptr;
 }
 
 bool Key::IsBare() const noexcept { return path_bytes_ != 0 && IsEmpty(); }
@@ -77,7 +76,7 @@ bool Key::IsBare() const noexcept { return path_bytes_ != 0 && IsEmpty(); }
 Weight Key::OwnWeight() const noexcept {
   Weight weight;
   if (IsBare()) weight = {1, static_cast<std::int64_t>(path_bytes_)};
-  for (const auto& value : values_) weight += WeightOf(*value);
+  for (const Value* value : values_) weight += WeightOf(*value);
   return weight;
 }
 
@@ -95,21 +94,22 @@ void Key::MakeRoomForValues(std::size_t more) {
 }
 
 void Key::Insert(std::shared_ptr<Key> subkey) noexcept {
-  subkey->parent_ = this;
-  const auto place = std::ranges::lower_bound(subkeys_, subkey->name_, kBefore, kNameOfKey);
-  subkeys_.insert(place, std::move(subkey));
+  Key* key = subkey.get();
+  key->parent_ = this;
+  key->self_ = std::move(subkey);
+  subkeys_.insert(std::ranges::lower_bound(subkeys_, key->name_, kBefore, kNameOfKey), key);
 }
 
 void Key::Insert(std::unique_ptr<Value> value) noexcept {
   value->ordinal = next_ordinal_++;
   const auto place = std::ranges::lower_bound(values_by_name_, value->name, kBefore, kNameOfValue);
   values_by_name_.insert(place, value.get());
-  values_.push_back(std::move(value));
+  values_.push_back(value.release());
 }
 
 void Key::Remove(const Key& subkey) noexcept {
   const auto place = std::ranges::lower_bound(subkeys_, subkey.name_, kBefore, kNameOfKey);
-  const std::shared_ptr<Key> removed = std::move(*place);
+  const std::shared_ptr<Key> removed = std::move((*place)->self_);
   subkeys_.erase(place);
   removed->Clear();
   removed->deleted_ = true;
@@ -119,14 +119,28 @@ void Key::Remove(const Key& subkey) noexcept {
 void Key::Remove(const Value& value) noexcept {
   values_by_name_.erase(
       std::ranges::lower_bound(values_by_name_, value.name, kBefore, kNameOfValue));
-  values_.erase(std::ranges::lower_bound(values_, value.ordinal, {},
-                                         [](const auto& each) { return each->ordinal; }));
+  values_.erase(std::ranges::lower_bound(values_, value.ordinal, {}, &Value::ordinal));
+  delete &value;
 }
 
 void Key::Clear() noexcept {
-  values_by_name_.clear();
-  values_.clear();
+  DropValues();
   DropSubkeys();
+}
+
+void Key::DropValues() noexcept {
+  for (const Value* value : values_) delete value;
+  values_.clear();
+  values_by_name_.clear();
+}
+
+void Key::TakeContentOf(Key& other) noexcept {
+  Clear();
+  subkeys_.swap(other.subkeys_);
+  values_.swap(other.values_);
+  values_by_name_.swap(other.values_by_name_);
+  next_ordinal_ = other.next_ordinal_;
+  for (Key* subkey : subkeys_) subkey->parent_ = this;
 }
 
 // Takes the tree below apart from its leaves upward, along the parent links: no recursion, and no
@@ -135,14 +149,14 @@ void Key::DropSubkeys() noexcept {
   Key* key = this;
   while (key != this || !key->subkeys_.empty()) {
     if (!key->subkeys_.empty()) {
-      key = key->subkeys_.back().get();
+      key = key->subkeys_.back();
       continue;
     }
-    key->values_by_name_.clear();
-    key->values_.clear();
+    key->DropValues();
     key->deleted_ = true;
     Key* parent = std::exchange(key->parent_, nullptr);
     parent->subkeys_.pop_back();
+    const std::shared_ptr<Key> dropped = std::move(key->self_);
     key = parent;
   }
 }

@@ -42,7 +42,7 @@ class Key : public std::enable_shared_from_this<Key> {
   ~Key();
 
   /// A share of the key, for an open handle. Every key is held by shared pointers.
-  std::shared_ptr<const Key> Self() const noexcept { return shared_from_this(); }
+  std::shared_ptr<const Key> Self() const noexcept { return weak_from_this().lock(); }
 
   const std::string& Name() const noexcept { return name_; }
   /// The levels from the root to here with backslashes between them, and its length.
@@ -53,8 +53,8 @@ class Key : public std::enable_shared_from_this<Key> {
   /// Whether the key was taken out of its tree; it has then no subkeys and no values.
   bool Deleted() const noexcept { return deleted_; }
 
-  std::span<const std::shared_ptr<Key>> Subkeys() const noexcept { return subkeys_; }
-  std::span<const std::unique_ptr<Value>> Values() const noexcept { return values_; }
+  std::span<Key* const> Subkeys() const noexcept { return subkeys_; }
+  std::span<const Value* const> Values() const noexcept { return values_; }
   /// Null when there is none of that name, in whatever case.
   Key* FindSubkey(std::string_view name) const noexcept;
   Value* FindValue(std::string_view name) const noexcept;
@@ -76,17 +76,23 @@ class Key : public std::enable_shared_from_this<Key> {
   void Remove(const Value& value) noexcept;
   /// Removes every value and every subkey; those below count as deleted.
   void Clear() noexcept;
+  /// Takes over what `other`, a key with a path of the same length, holds, in place of its own.
+  void TakeContentOf(Key& other) noexcept;
 
  private:
   void DropSubkeys() noexcept;
+  void DropValues() noexcept;
 
   Key* parent_ = nullptr;
   std::string name_;
   std::size_t path_bytes_;
   bool deleted_ = false;
   std::uint64_t next_ordinal_ = 0;
-  std::vector<std::shared_ptr<Key>> subkeys_;
-  std::vector<std::unique_ptr<Value>> values_;
+  // A key in a tree holds itself, and the lists hold plain pointers: what is behind a place in a
+  // list is moved in one go when something is put there or taken away.
+  std::shared_ptr<Key> self_;
+  std::vector<Key*> subkeys_;
+  std::vector<Value*> values_;
   std::vector<Value*> values_by_name_;
 };
 
@@ -116,9 +122,7 @@ void ForEachKey(const Key& top, Visit visit) {
     waiting.pop_back();
     visit(*key);
     const auto subkeys = key->Subkeys();
-    for (auto subkey = subkeys.rbegin(); subkey != subkeys.rend(); ++subkey) {
-      waiting.push_back(subkey->get());
-    }
+    waiting.insert(waiting.end(), subkeys.rbegin(), subkeys.rend());
   }
 }
 

@@ -163,7 +163,7 @@ class PosixFileSystem final : public FileSystem {
 
 }  // namespace
 
-FileSystem& FileSystem::Posix() noexcept {
+FileSystem& FileSystem::Posix() {
   static auto* const posix = new PosixFileSystem;
   return *posix;
 }

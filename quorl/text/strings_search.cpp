@@ -90,6 +90,8 @@ Int32 Strings::StrCount(StringView Text, StringView SubString) {
   const Int16 length = LengthAsInt16(SubString);
   // An empty text would be found at the first position for ever, past the limit of any count.
   if (length == 0 && !Text.empty()) Raise(FailureNumber::kOverflow);
+  // One character cannot overlap itself, and counting it needs no search.
+  if (length == 1) return CheckedInt32(std::ranges::count(Text, SubString.front()));
   std::int64_t count = 0;
   for (std::int64_t found = Find(1, Text, SubString); found > 0;
        found = Find(found + length, Text, SubString)) {

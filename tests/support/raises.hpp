@@ -2,6 +2,8 @@
 //
 //     EXPECT_RAISES(Math::RoundSup(1, -1), (Failure{5000, u"Quorl.Math", u"Le nombre ..."}));
 //     EXPECT_RAISES(ToInt16(Variant(u"x")), RuntimeFailure(13)) << "the input, where it varies";
+//
+// The expression becomes a lambda's body, where names of structured bindings are not portable.
 #pragma once
 
 #include <gtest/gtest.h>

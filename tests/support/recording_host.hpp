@@ -2,10 +2,8 @@
 #pragma once
 
 #include <functional>
-#include <locale>
 #include <map>
 #include <span>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,40 +12,10 @@
 #include "quorl/runtime/raised_error.hpp"
 #include "quorl/runtime/utf.hpp"
 #include "quorl/runtime/variant.hpp"
+#include "tests/support/print.hpp"
+#include "tests/support/raises.hpp"
 
 namespace quorl {
-
-/// A number with the name of its type.
-template <class Number>
-std::string ShownNumber(const char* type, Number number) {
-  std::ostringstream text;
-  text.imbue(std::locale::classic());
-  text.precision(17);
-  text << type << ' ' << +number;
-  return text.str();
-}
-
-/// A value with its type, for messages and journals: `Int16 5`, `Double 0.5`, `String "a"`, `Null`.
-/// Knows nothing of the library's own conversions.
-inline std::string Shown(const Variant& value) {
-  struct Writer {
-    std::string operator()(EmptyState) const { return "Empty"; }
-    std::string operator()(NullState) const { return "Null"; }
-    std::string operator()(MissingState) const { return "Missing"; }
-    std::string operator()(Byte v) const { return ShownNumber("Byte", v); }
-    std::string operator()(Int16 v) const { return ShownNumber("Int16", v); }
-    std::string operator()(Int32 v) const { return ShownNumber("Int32", v); }
-    std::string operator()(Single v) const { return ShownNumber("Single", v); }
-    std::string operator()(Double v) const { return ShownNumber("Double", v); }
-    std::string operator()(Currency v) const { return ShownNumber("Currency", v.TenThousandths()); }
-    std::string operator()(Date v) const { return ShownNumber("Date", v.Days()); }
-    std::string operator()(Boolean v) const { return v ? "True" : "False"; }
-    std::string operator()(const String& v) const { return "String \"" + Utf8(v) + "\""; }
-    std::string operator()(const Object& v) const { return v ? "Object" : "no Object"; }
-    std::string operator()(const Array& v) const { return ShownNumber("Array of", v.Size()); }
-  };
-  return value.Visit(Writer{});
-}
 
 /// "#" and the Number of a failure.
 inline std::string ShownFailure(Int32 number) {
@@ -58,7 +26,7 @@ inline std::string ShownFailure(Int32 number) {
 template <class Work>
 std::string Outcome(Work work) {
   try {
-    return Shown(work());
+    return Shown(Variant(work()));
   } catch (const RaisedError& error) {
     return ShownFailure(error.Number());
   }
@@ -67,12 +35,7 @@ std::string Outcome(Work work) {
 /// The Number of the failure that `work` raised, 0 if none.
 template <class Work>
 Int32 NumberRaised(Work work) {
-  try {
-    work();
-  } catch (const RaisedError& error) {
-    return error.Number();
-  }
-  return 0;
+  return FailureOf(work).number;
 }
 
 /// One journal may serve several hosts, so that the order among them shows.

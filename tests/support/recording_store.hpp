@@ -16,10 +16,15 @@ class RecordingStore final : public Store {
   /// Forgets the calls so far; the `place`-th of those that follow, counted from 0, gives `code`.
   void FailAt(std::size_t place, Int32 code) {
     calls_.clear();
-    place_ = place;
+    first_ = last_ = place;
     code_ = code;
   }
-  void FailNever() { FailAt(static_cast<std::size_t>(-1), kDone); }
+  /// That one and all after it give `code`.
+  void FailFrom(std::size_t place, Int32 code) {
+    FailAt(place, code);
+    last_ = static_cast<std::size_t>(-1);
+  }
+  void FailNever() { FailFrom(0, kDone); }
 
   /// The calls that may fail, by name; closing may not.
   const std::vector<std::string>& Calls() const { return calls_; }
@@ -77,12 +82,14 @@ class RecordingStore final : public Store {
  private:
   Int32 Note(const char* call) noexcept {
     calls_.emplace_back(call);
-    return calls_.size() - 1 == place_ ? code_ : Int32{kDone};
+    const std::size_t place = calls_.size() - 1;
+    return place >= first_ && place <= last_ ? code_ : Int32{kDone};
   }
 
   Store& behind_;
   std::vector<std::string> calls_;
-  std::size_t place_ = static_cast<std::size_t>(-1);
+  std::size_t first_ = 0;
+  std::size_t last_ = 0;
   Int32 code_ = kDone;
 };
 

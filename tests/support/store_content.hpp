@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "quorl/store/store.hpp"
+#include "quorl/store/hive_store.hpp"
 
 namespace quorl {
 
@@ -109,10 +109,10 @@ inline std::string ContentOf(Store& store, KeyHandle root = kCurrentUser) {
 
 /// One change to a store.
 struct Action {
-  enum class Kind { Create, Set, Unset, Delete, Copy };
+  enum class Kind { Create, Set, Unset, Delete, Copy, Replace };
   Kind kind = Kind::Set;
   std::string path;
-  std::string name{};  ///< Of a value; of a copy, the destination.
+  std::string name{};  ///< Of a value; of a copy or replacement, the destination.
   std::string data{};
   Int32 type = 1;
 };
@@ -137,6 +137,12 @@ inline Int32 Do(Store& store, const Action& action) {
     case Action::Kind::Copy:
       code = store.OpenKey(kCurrentUser, action.name, kAllAccess, &key);
       if (code == kDone) code = store.CopyTree(kCurrentUser, action.path, key);
+      break;
+    case Action::Kind::Replace:
+      code = store.OpenKey(kCurrentUser, action.name, kAllAccess, &key);
+      if (code == kDone) {
+        code = static_cast<HiveStore&>(store).ReplaceTree(kCurrentUser, action.path, key);
+      }
       break;
   }
   if (key != 0) store.CloseKey(key);

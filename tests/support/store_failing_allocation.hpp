@@ -40,6 +40,12 @@ class FailingAllocation {
 
 }  // namespace quorl
 
+#pragma GCC diagnostic push
+#if defined(__GNUC__) && !defined(__clang__)
+// The compiler sees one of the three inlined and the others not, and takes them for strangers.
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+#endif
 void* operator new(std::size_t size) { return quorl::FailingAllocation::Allocate(size); }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+#pragma GCC diagnostic pop

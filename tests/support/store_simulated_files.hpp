@@ -48,6 +48,9 @@ class SimulatedFiles final : public FileSystem {
   void CutPowerAt(std::int64_t change) { cut_at_ = change; }
   std::int64_t Changes() const { return changes_; }
 
+  /// From now on no file may be opened for writing, and no name made.
+  void ForbidWriting() { read_only_ = true; }
+
   /// How many changes are not synced: in each way to lose a part of them the disk is another.
   std::size_t Unsynced() const {
     std::size_t count = unsynced_names_.size();
@@ -83,6 +86,7 @@ class SimulatedFiles final : public FileSystem {
 
   int Open(const std::string& path, OpenFor purpose, unsigned mode) override {
     if (const int error = Called()) return error;
+    if (read_only_ && purpose != OpenFor::Reading) return -EACCES;
     if (!names_.contains(path)) {
       if (purpose != OpenFor::Creating) return -ENOENT;
       if (!folders_.contains(FolderOfPath(path))) return -ENOENT;
@@ -320,6 +324,7 @@ class SimulatedFiles final : public FileSystem {
   std::int64_t calls_ = 0;
   std::int64_t cut_at_ = -1;
   std::int64_t changes_ = 0;
+  bool read_only_ = false;
 };
 
 }  // namespace quorl

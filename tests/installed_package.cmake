@@ -1,0 +1,25 @@
+# Installs BINARY_DIR, builds the consumer against it and compares what it prints.
+foreach(name BINARY_DIR SOURCE_DIR)
+  if(NOT DEFINED ${name})
+    message(FATAL_ERROR "${name} is not given")
+  endif()
+endforeach()
+set(work ${BINARY_DIR}/installed_package)
+file(REMOVE_RECURSE ${work})
+
+function(run)
+  execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE code)
+  if(NOT code EQUAL 0)
+    message(FATAL_ERROR "${ARGN} failed:\n${output}")
+  endif()
+  set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+run(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${work}/prefix)
+run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/tests/consumer -B ${work}/build -DCMAKE_BUILD_TYPE=Release
+    -DCMAKE_PREFIX_PATH=${work}/prefix)
+run(${CMAKE_COMMAND} --build ${work}/build)
+run(${work}/build/consumer)
+if(NOT output MATCHES "^un million d'euros quatre-vingts cents\n1.01\nJean Dupont\n")
+  message(FATAL_ERROR "the consumer prints:\n${output}")
+endif()
