@@ -23,8 +23,10 @@
 #include "quorl/abi/values.hpp"
 #include "quorl/frame/catalogue.hpp"
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/locale.hpp"
 #include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text_case.hpp"
+#include "quorl/store/memory_store.hpp"
+#include "quorl/store/operations.hpp"
 #include "tests/support/print.hpp"
 
 namespace quorl {
@@ -392,6 +394,59 @@ class FakeHost : public QuorlDispatch {
 
   static constexpr QuorlDispatchTable kTable{
       &Query, &AddReference, &ReleaseReference, &TypeInfoCount, &TypeInfo, &Identifiers, &InvokeIt};
+};
+
+/// What the library asks of forms and combo boxes.
+inline std::map<String, Variant> FormMembers() {
+  return {{u"", u"default"},
+          {u"BorderStyle", Int16{2}},
+          {u"Count", 2},
+          {u"Height", 300.5},
+          {u"ItemData", Array::WithBounds(VariantType::kInt32, 0, 1)},
+          {u"Left", 20},
+          {u"List", Array::OfStrings(std::vector<String>{u"deux trois", u"12"})},
+          {u"ListCount", Int16{2}},
+          {u"ListIndex", Int16{1}},
+          {u"MDIChild", false},
+          {u"Move", Empty},
+          {u"Name", u"Form"},
+          {u"ScaleHeight", 4000},
+          {u"ScaleWidth", 3000},
+          {u"Top", 10},
+          {u"Width", 400},
+          {u"WindowState", 0}};
+}
+
+/// A VARIANT of any number with any content.
+inline VARIANT Raw(int vt, std::int64_t content = 0) {
+  VARIANT value{};
+  value.vt = static_cast<std::uint16_t>(vt);
+  value.value.cy = content;
+  return value;
+}
+
+inline VARIANT Raw(int vt, const void* content) {
+  return Raw(vt, reinterpret_cast<std::int64_t>(content));
+}
+
+/// The row of a member.
+inline const MemberRow& Member(StringView class_name, StringView name,
+                               MemberKind kind = MemberKind::kMethod) {
+  for (const MemberRow& member : frame::FindClass(class_name)->members) {
+    if (member.name == name && member.kind == kind) return member;
+  }
+  throw std::out_of_range(Utf8(name));
+}
+
+/// The component over a store of its own, in Belgian French.
+class Component : public testing::Test {
+ protected:
+  Component() { SetErrorInfo(0, nullptr); }
+
+  MemoryStore store_;
+  ScopedStore guard_{store_};
+  LocaleScope locale_{*Locale::Named(u"fr-BE")};
+  Library library_;
 };
 
 }  // namespace quorl

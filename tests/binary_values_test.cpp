@@ -1,0 +1,179 @@
+// Texts, arrays, Variants and identifiers in binary form, as a host makes and reads them.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "quorl/runtime/screen.hpp"
+#include "tests/support/component.hpp"
+
+namespace quorl {
+namespace {
+
+using abi::operator==;
+
+// ------------------------------------------------------------------------------------ values
+
+TEST(BinaryValues, TextsKnowTheirLength) {
+  EXPECT_EQ(SysAllocString(nullptr), nullptr);
+  EXPECT_EQ(SysStringLen(nullptr), 0u);
+  SysFreeString(nullptr);
+  BSTR text = SysAllocStringLen(u"a\0b", 3);
+  EXPECT_EQ(SysStringLen(text), 3u);
+  std::uint32_t bytes = 0;
+  std::memcpy(&bytes, reinterpret_cast<char*>(text) - 4, 4);
+  EXPECT_EQ(bytes, 6u);
+  EXPECT_EQ(text[3], 0);
+  SysFreeString(text);
+  text = SysAllocStringLen(nullptr, 2);
+  EXPECT_TRUE(text[0] == 0 && text[2] == 0);
+  SysFreeString(text);
+  EXPECT_EQ(SysAllocStringLen(nullptr, UINT32_MAX), nullptr);
+}
+
+TEST(BinaryValues, ArraysRunLeftmostSubscriptFirst) {
+  const QuorlBound bounds[] = {{2, 1}, {3, -1}};
+  SAFEARRAY* array = SafeArrayCreate(VT_I4, 2, bounds);
+  for (std::int32_t i = 1; i <= 2; ++i) {
+    for (std::int32_t k = -1; k <= 1; ++k) {
+      const std::int32_t at[] = {i, k};
+      std::int32_t value = 10 * i + k;
+      EXPECT_EQ(SafeArrayPutElement(array, at, &value), S_OK);
+      std::int32_t got = 0;
+      EXPECT_EQ(SafeArrayGetElement(array, at, &got), S_OK);
+      EXPECT_EQ(got, value);
+    }
+  }
+  void* data = nullptr;
+  EXPECT_EQ(SafeArrayAccessData(array, &data), S_OK);
+  const std::int32_t expected[] = {9, 19, 10, 20, 11, 21};
+  EXPECT_EQ(std::memcmp(data, expected, sizeof(expected)), 0);
+  // The layout that a host may read by itself.
+  const auto at = [&](std::size_t offset) {
+    std::uint32_t value = 0;
+    std::memcpy(&value, reinterpret_cast<char*>(array) + offset, 4);
+    return value;
+  };
+  EXPECT_EQ(at(0) & 0xFFFF, 2u);
+  EXPECT_EQ(at(4), 4u);
+  EXPECT_EQ(at(8), 1u);
+  EXPECT_EQ((std::vector{at(24), at(28), at(32), at(36)}),
+            (std::vector<std::uint32_t>{3, UINT32_MAX, 2, 1}));
+  EXPECT_EQ(SafeArrayDestroy(array), E_UNEXPECTED);
+  EXPECT_EQ(SafeArrayUnaccessData(array), S_OK);
+  EXPECT_EQ(SafeArrayUnaccessData(array), E_UNEXPECTED);
+  std::int32_t low = 0;
+  std::int32_t high = 0;
+  EXPECT_EQ(SafeArrayGetLBound(array, 2, &low), S_OK);
+  EXPECT_EQ(SafeArrayGetUBound(array, 2, &high), S_OK);
+  EXPECT_TRUE(low == -1 && high == 1);
+  EXPECT_EQ(SafeArrayGetLBound(array, 0, &low), DISP_E_BADINDEX);
+  EXPECT_EQ(SafeArrayGetUBound(array, 3, &high), DISP_E_BADINDEX);
+  const std::int32_t outside[] = {3, 0};
+  EXPECT_EQ(SafeArrayPutElement(array, outside, &low), DISP_E_BADINDEX);
+  EXPECT_EQ(SafeArrayGetElement(array, outside, &low), DISP_E_BADINDEX);
+  // The same order through the runtime's array and back.
+  const Variant value = abi::FromBinary(Raw(VT_ARRAY | VT_I4, array));
+  EXPECT_EQ(value.If<Array>()->Get({2, -1}), Variant(19));
+  const OwnedVariant back(value);
+  EXPECT_EQ(abi::FromBinary(back.Get()), value);
+  EXPECT_EQ(std::memcmp(back.Get().value.array->data, expected, sizeof(expected)), 0);
+  EXPECT_EQ(SafeArrayDestroy(array), S_OK);
+  EXPECT_EQ(SafeArrayDestroy(nullptr), S_OK);
+  EXPECT_EQ(SafeArrayCreate(VT_I4, 0, bounds), nullptr);
+  EXPECT_EQ(SafeArrayCreate(99, 1, bounds), nullptr);
+  EXPECT_EQ(SafeArrayCreate(VT_I4, 1, nullptr), nullptr);
+}
+
+TEST(BinaryValues, ElementsOfArraysAreCopiedInAndOut) {
+  FakeHost host;
+  const QuorlBound bounds[] = {{2, 0}};
+  const std::int32_t second[] = {1};
+  const Variant values[] = {u"text", abi::ObjectOf(&host), Variant(2.5)};
+  for (const Variant& value : values) {
+    OwnedVariant binary(value);
+    for (const std::uint16_t vt : {binary.Get().vt, std::uint16_t{VT_VARIANT}}) {
+      SAFEARRAY* array = SafeArrayCreate(vt, 1, bounds);
+      std::uint16_t told = 0;
+      EXPECT_EQ(SafeArrayGetVartype(array, &told), S_OK);
+      EXPECT_EQ(told, vt);
+      const bool is_pointer = vt == VT_BSTR || vt == VT_DISPATCH;
+      void* element = vt == VT_VARIANT ? binary.Address()
+                      : is_pointer     ? binary.Get().value.reference
+                                       : &binary.Address()->value;
+      for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(SafeArrayPutElement(array, second, element), S_OK);
+      }
+      OwnedVariant got;
+      if (vt != VT_VARIANT) got.Address()->vt = vt;
+      EXPECT_EQ(SafeArrayGetElement(
+                    array, second,
+                    vt == VT_VARIANT ? static_cast<void*>(got.Address()) : &got.Address()->value),
+                S_OK);
+      const Variant content = abi::FromBinary(got.Get());
+      EXPECT_TRUE(value.Holds<Object>() ? abi::ForeignPointerOf(ToObject(content)) == &host
+                                        : content == value);
+      EXPECT_TRUE(vt != VT_BSTR || got.Get().value.bstr != binary.Get().value.bstr);
+      // A deep copy has elements of its own.
+      OwnedVariant copy;
+      const VARIANT whole = Raw(VT_ARRAY | vt, array);
+      EXPECT_EQ(VariantCopy(copy.Address(), &whole), S_OK);
+      EXPECT_NE(copy.Get().value.array, array);
+      EXPECT_EQ(SafeArrayDestroy(array), S_OK);
+      EXPECT_EQ(abi::FromBinary(copy.Get()).If<Array>()->Size(), 2u);
+    }
+  }
+  EXPECT_EQ(host.references, 2u);  // ours and that of `values`
+}
+
+TEST(BinaryValues, VariantsAreCopiedDeepAndReferencesStay) {
+  OwnedVariant text(Variant(u"text"));
+  OwnedVariant copy(Variant(u"former"));
+  EXPECT_EQ(VariantCopy(copy.Address(), &text.Get()), S_OK);
+  EXPECT_NE(copy.Get().value.bstr, text.Get().value.bstr);
+  EXPECT_EQ(VariantCopy(copy.Address(), copy.Address()), S_OK);
+  EXPECT_EQ(abi::FromBinary(copy.Get()), Variant(u"text"));
+  const VARIANT reference = Raw(VT_BYREF | VT_VARIANT, text.Address());
+  EXPECT_EQ(VariantCopy(copy.Address(), &reference), S_OK);
+  EXPECT_EQ(copy.Get().value.reference, text.Address());
+  EXPECT_EQ(VariantClear(copy.Address()), S_OK);
+  EXPECT_EQ(abi::FromBinary(text.Get()), Variant(u"text"));
+  const VARIANT foreign = Raw(99);
+  EXPECT_EQ(VariantCopy(copy.Address(), &foreign), DISP_E_TYPEMISMATCH);
+  VARIANT damaged = Raw(99, 1);
+  EXPECT_EQ(VariantClear(&damaged), DISP_E_TYPEMISMATCH);
+  EXPECT_EQ(damaged.vt, VT_EMPTY);
+  EXPECT_EQ(VariantClear(nullptr), E_POINTER);
+  EXPECT_EQ(VariantCopy(nullptr, &foreign), E_POINTER);
+}
+
+TEST(BinaryValues, IdentifiersAsText) {
+  GUID guid{};
+  EXPECT_EQ(CLSIDFromString(u"{1cf2B120-547D-101b-8E65-08002B2BD119}", &guid), S_OK);
+  EXPECT_TRUE(guid == IID_IErrorInfo);
+  char16_t text[40] = u"untouched";
+  EXPECT_EQ(StringFromGUID2(&guid, text, 38), 0);
+  EXPECT_EQ(StringView(text), u"untouched");
+  EXPECT_EQ(StringFromGUID2(&guid, text, 40), 39);
+  EXPECT_EQ(StringView(text), u"{1CF2B120-547D-101B-8E65-08002B2BD119}");
+  for (const char16_t* bad :
+       {u"", u"1CF2B120-547D-101B-8E65-08002B2BD119", u"{1CF2B120-547D-101B-8E65-08002B2BD11}",
+        u"{1CF2B120-547D-101B-8E65-08002B2BD119} ", u"{1CF2B120-547D-101B-8E65-08002B2BD11G}",
+        u"{1CF2B120 547D-101B-8E65-08002B2BD119}"}) {
+    EXPECT_EQ(CLSIDFromString(bad, &guid), CO_E_CLASSSTRING) << Shown(StringView(bad));
+  }
+  EXPECT_EQ(CLSIDFromString(nullptr, &guid), E_POINTER);
+}
+
+TEST(BinaryValues, SurroundingsAreChecked) {
+  EXPECT_EQ(QuorlSetLocale(u"xx-YY"), E_INVALIDARG);
+  EXPECT_EQ(QuorlSetLocale(u"de-DE"), S_OK);
+  EXPECT_EQ(ToString(Variant(2.5)), u"2,5");
+  EXPECT_EQ(QuorlSetLocale(nullptr), S_OK);
+  EXPECT_EQ(QuorlSetScreen(1e300, 1), E_INVALIDARG);
+  EXPECT_EQ(QuorlSetScreen(800, 600), S_OK);
+  EXPECT_EQ(Screen::Height(), 600);
+}
+
+}  // namespace
+}  // namespace quorl
