@@ -2,21 +2,26 @@
 // up, the library's file, the host examples.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <regex>
 #include <sstream>
 #include <thread>
 #include <vector>
 
+#include "quorl/abi/errors.hpp"
 #include "quorl/frame/description.hpp"
 #include "quorl/frame/listing.hpp"
 #include "tests/support/component.hpp"
 #include "tests/support/recording_store.hpp"
 #include "tests/support/store_content.hpp"
+#include "tests/support/store_failing_allocation.hpp"
 
 namespace quorl {
 namespace {
@@ -163,6 +168,95 @@ TEST(ComponentProcess, LeavesTheProcessWhenItIsUnloaded) {
     std::exit(dlopen(kComponentPath, RTLD_NOLOAD | RTLD_NOW) == nullptr ? 0 : 3);
   };
   EXPECT_EXIT(unload(), testing::ExitedWithCode(0), "");
+}
+
+// Repeats a call with one allocation after another failing, until none is left to fail: each gives
+// a code of memory that ran out.
+void FailEachAllocation(const char* what, const std::function<HRESULT()>& call) {
+  constexpr HRESULT kCodes[] = {E_OUTOFMEMORY, QUORL_CODE(0x800A0007), QUORL_CODE(0x800A0008),
+                                QUORL_CODE(0x80070008)};
+  for (const bool is_lasting : {false, true}) {
+    for (std::int64_t place = 0;; ++place) {
+      HRESULT code = S_OK;
+      bool has_failed = false;
+      {
+        const FailingAllocation failing(place, is_lasting);
+        code = call();
+        has_failed = FailingAllocation::Met();
+      }
+      SetErrorInfo(0, nullptr);
+      if (!has_failed) {
+        EXPECT_EQ(code, S_OK) << what;
+        break;
+      }
+      EXPECT_NE(std::ranges::find(kCodes, code), std::end(kCodes))
+          << what << ' ' << place << std::hex << ' ' << code;
+    }
+  }
+}
+
+TEST_F(Component, MemoryThatRunsOutIsAFailureLikeAnyOther) {
+  const auto strings = library_.Make(u"Strings");
+  const OwnedVariant text(Variant(u"a text that is long enough to need memory of its own"));
+  FailEachAllocation("a call by name", [&] {
+    VARIANT arguments[] = {text.Get(), text.Get()};
+    DISPPARAMS parameters{arguments, nullptr, 2, 0};
+    OwnedVariant result;
+    EXCEPINFO info{};
+    const std::int32_t id = 8;  // GetToken
+    const HRESULT code = strings.Get()->table->Invoke(strings.Get(), id, nullptr, 0, 1, &parameters,
+                                                      result.Address(), &info, nullptr);
+    const HRESULT told = info.scode;
+    abi::EndRecord(info);
+    return code == DISP_E_EXCEPTION ? told : code;
+  });
+  FailEachAllocation("a call through a slot", [&] {
+    auto* object = reinterpret_cast<QuorlStrings*>(strings.Get());
+    BSTR result = nullptr;
+    const HRESULT code = object->table->ProperCase(object, text.Get().value.bstr, &result);
+    EXPECT_EQ(code == S_OK, result != nullptr);
+    SysFreeString(result);
+    return code;
+  });
+  const auto buffer = library_.Make(u"RollBuffer");
+  const OwnedVariant array(Variant(Array::OfStrings(std::vector<String>(3, String(99, u'x')))));
+  FailEachAllocation("an array in and out", [&] {
+    auto* object = reinterpret_cast<QuorlRollBuffer*>(buffer.Get());
+    OwnedVariant result;
+    const HRESULT code = object->table->AddItem(object, array.Get());
+    return code != S_OK ? code : object->table->get_CurrentItem(object, result.Address());
+  });
+  const auto regional = library_.Factory(*frame::FindClass(u"Regional"));
+  FailEachAllocation("an instance", [&] {
+    Reference<QuorlDispatch> made;
+    return regional.Get()->table->CreateInstance(regional.Get(), nullptr, &IID_IDispatch,
+                                                 made.Receive());
+  });
+  FailEachAllocation("type information", [&] {
+    Reference<QuorlTypeInfo> info;
+    QuorlArgument argument{};
+    HRESULT code = strings.Get()->table->GetTypeInfo(strings.Get(), 0, 0, info.Receive());
+    if (code == S_OK) code = info.Get()->table->GetArgument(info.Get(), 2, 2, &argument);
+    SysFreeString(argument.name);
+    VariantClear(&argument.default_value);
+    return code;
+  });
+}
+
+TEST_F(Component, ARegistrationWithoutMemoryChangesNothing) {
+  const std::string before = ContentOf(store_, kClassesRoot);
+  bool has_failed = true;
+  for (std::int64_t place = 0; has_failed; place += 61) {
+    HRESULT code = S_OK;
+    {
+      const FailingAllocation failing(place, false);
+      code = library_.register_server();
+      has_failed = FailingAllocation::Met();
+    }
+    // What fails behind the one change is of no importance.
+    if (code == S_OK) library_.unregister_server();
+    EXPECT_EQ(ContentOf(store_, kClassesRoot), before) << place << ' ' << code;
+  }
 }
 
 // ------------------------------------------------------------------------------------ registration
