@@ -388,7 +388,9 @@ TEST_F(Component, DamagedArgumentsFailWith13) {
     const HRESULT code = arguments.Call(buffer.Get(), 20);
     const CallResult named = Invoke(buffer.Get(), IdentifierOf(row, add_item), DISPATCH_METHOD,
                                     {&argument, nullptr, 1, 0});
-    EXPECT_EQ(code, named.code == S_OK ? S_OK : QUORL_CODE(0x800A0000 + named.number));
+    EXPECT_EQ(code, named.code == S_OK
+                        ? S_OK
+                        : QUORL_CODE(0x800A0000 + static_cast<std::uint32_t>(named.number)));
     return named.number;
   };
   for (int vt = 0; vt <= UINT16_MAX; ++vt) {
