@@ -406,6 +406,9 @@ TEST_F(Component, DamagedArgumentsFailWith13) {
   VARIANT ring[2] = {Raw(VT_BYREF | VT_VARIANT, &ring[1]), Raw(VT_BYREF | VT_VARIANT, &ring[0])};
   EXPECT_EQ(add(ring[0]), 13);
 
+  QuorlDispatch without_table{nullptr};
+  EXPECT_EQ(add(Raw(VT_DISPATCH, &without_table)), 13);
+
   // Arrays: one good, the same damaged in each of its fields, and two without an end.
   const QuorlBound bounds[] = {{2, 0}};
   struct Damage {

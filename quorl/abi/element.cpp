@@ -23,9 +23,11 @@ bool CopyText(void* destination, const void* source) noexcept {
 
 bool CopyObject(void* destination, const void* source) noexcept {
   auto* object = ValueAt<QuorlDispatch*>(source);
+  const bool is_object = object == nullptr || object->table != nullptr;
+  if (!is_object) object = nullptr;
   if (object != nullptr) object->table->AddRef(object);
   std::memcpy(destination, &object, sizeof(object));
-  return true;
+  return is_object;
 }
 
 // The elements that are being copied on this thread, each within the one before.

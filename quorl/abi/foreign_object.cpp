@@ -143,6 +143,7 @@ class ForeignObject final : public LateBound {
 
 Object ObjectOf(QuorlDispatch* dispatch) {
   if (dispatch == nullptr) return Object();
+  if (dispatch->table == nullptr) Raise(FailureNumber::kTypeMismatch);
   if (Object local = LocalObjectBehind(dispatch)) return local;
   return MakeObject<ForeignObject>(dispatch);
 }

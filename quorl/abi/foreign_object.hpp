@@ -7,7 +7,8 @@
 namespace quorl::abi {
 
 /// A reference to a foreign object, counted once more; empty for null. A call on it looks the name
-/// up and invokes it; failures of the host become RaisedErrors as quorl.h says.
+/// up and invokes it; failures of the host become RaisedErrors as quorl.h says. Failure 13 for an
+/// object without a table.
 Object ObjectOf(QuorlDispatch* dispatch);
 
 /// A counted dispatch pointer to what `object` refers to, null for an empty reference: the foreign
