@@ -7,6 +7,7 @@
 #include "quorl/runtime/screen.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
+#include "tests/support/cells.hpp"
 #include "tests/support/recording_host.hpp"
 
 namespace quorl {
@@ -65,58 +66,56 @@ class FormsTest : public testing::Test {
   Object container_object{container};
 };
 
-std::string Moved(const std::string& left, const std::string& top, const std::string& width,
-                  const std::string& height) {
-  return "form.Move(Double " + left + ", Double " + top + ", Double " + width + ", Double " +
-         height + ")!";
+// The call of Move with these numbers, "1300 2200 300 200".
+std::string Moved(StringView place) {
+  std::string call = "form.Move";
+  for (const String& number : Cells(place, u' ')) {
+    call += (call.ends_with("Move") ? "(Double " : ", Double ") + Utf8(number);
+  }
+  return call + ")!";
 }
 
 TEST_F(FormsTest, EveryUseOnceInOrder) {
   EXPECT_EQ(Init(container_object),
             (Journal{"in.ScaleWidth", "in.ScaleHeight", "form.BorderStyle", "form.Width",
                      "form.BorderStyle", "form.Height", "form.MDIChild", "in.Left", "in.Top",
-                     Moved("1300", "2200", "300", "200")}));
+                     Moved(u"1300 2200 300 200")}));
   EXPECT_EQ(Init(container_object, 50, 50),
             (Journal{"in.ScaleWidth", "in.ScaleHeight", "form.MDIChild", "in.Left", "in.Top",
-                     Moved("1425", "2275", "50", "50")}));
+                     Moved(u"1425 2275 50 50")}));
   form->With(u"MDIChild", true).With(u"BorderStyle", Int16{2});
   EXPECT_EQ(Init(container_object),
             (Journal{"in.ScaleWidth", "in.ScaleHeight", "form.BorderStyle", "form.BorderStyle",
-                     "form.MDIChild", Moved("150", "100", "600", "400")}));
+                     "form.MDIChild", Moved(u"150 100 600 400")}));
   EXPECT_EQ(Init({}, 0, 100),
-            (Journal{"form.BorderStyle", "form.MDIChild", Moved("250", "550", "1000", "100")}));
+            (Journal{"form.BorderStyle", "form.MDIChild", Moved(u"250 550 1000 100")}));
 }
 
+// With the size at which the margin counts, one within and one beyond it, and a screen whose
+// 16777217 has no place in single precision.
 TEST_F(FormsTest, PlacesOnTheScreen) {
   const struct {
     Double screen_width;
     Int16 border;
     Double width, height;
-    const char *left, *top, *placed_width, *placed_height;
-  } cases[] = {{900, 2, 0, 0, "150", "100", "600", "400"},
-               {900, 5, 0, 0, "300", "200", "300", "200"},
-               {900, 2, 500, 0, "200", "100", "500", "400"},
-               {900, 2, 0, 300, "150", "150", "600", "300"},
-               // The margin: just within, at and beyond the size at which it counts.
-               {900, 1, 699, 401, "100.5", "100", "699", "401"},
-               {900, 1, 700, 400, "100", "100", "700", "400"},
-               {900, 1, 900, 6000, "100", "100", "900", "6000"},
-               {900, 1, -100, -1, "500", "300.5", "-100", "-1"},
-               {0, 2, 0, 0, "100", "100", "0", "400"},
-               // The screen counts in single precision: 16777217 has no place there.
-               {16777217, 1, 16, 0, "8388600", "200", "16", "200"}};
+    const char16_t* place;
+  } cases[] = {
+      {900, 2, 0, 0, u"150 100 600 400"},       {900, 5, 0, 0, u"300 200 300 200"},
+      {900, 2, 500, 0, u"200 100 500 400"},     {900, 2, 0, 300, u"150 150 600 300"},
+      {900, 1, 699, 401, u"100.5 100 699 401"}, {900, 1, 700, 400, u"100 100 700 400"},
+      {900, 1, 900, 6000, u"100 100 900 6000"}, {900, 1, -100, -1, u"500 300.5 -100 -1"},
+      {0, 2, 0, 0, u"100 100 0 400"},           {16777217, 1, 16, 0, u"8388600 200 16 200"}};
   for (const auto& c : cases) {
     Screen::SetSize(c.screen_width, 600);
     form->With(u"BorderStyle", c.border);
-    EXPECT_EQ(Init({}, c.width, c.height).back(),
-              Moved(c.left, c.top, c.placed_width, c.placed_height));
+    EXPECT_EQ(Init({}, c.width, c.height).back(), Moved(c.place));
   }
   // The shift comes behind the margin.
   container->With(u"Left", -250.5).With(u"Top", true);
   form->With(u"MDIChild", u"0").With(u"BorderStyle", Null);
-  EXPECT_EQ(Init(container_object, 900, 600).back(), Moved("-150.5", "99", "900", "600"));
+  EXPECT_EQ(Init(container_object, 900, 600).back(), Moved(u"-150.5 99 900 600"));
   form->With(u"MDIChild", Int16{7});
-  EXPECT_EQ(Init(container_object, 900, 600).back(), Moved("100", "100", "900", "600"));
+  EXPECT_EQ(Init(container_object, 900, 600).back(), Moved(u"100 100 900 600"));
 }
 
 // The form is moved by the last step alone, so whatever fails leaves it where it was.
@@ -176,7 +175,7 @@ TEST_F(FormsTest, TheNameThatIsGivenIsTheKey) {
   EXPECT_EQ(Stored(), "Int32 -99; Int32 -99; Int32 -99; Int32 -99; Int32 -99; ");
   EXPECT_EQ(Stored(u"Desk\\Left"), "Int32 20; Int32 10; Int32 200; Int32 300; Int32 0; ");
   EXPECT_EQ(Restore(), (Journal{"form.Name", "form.BorderStyle", "form.BorderStyle"}));
-  EXPECT_EQ(Restore(u"Desk\\Left").back(), "form.Move(Double 10, Double 20)!");
+  EXPECT_EQ(Restore(u"Desk\\Left").back(), Moved(u"10 20"));
   form->With(u"Name", Null);
   EXPECT_EQ(Save(), (Journal{"form.Name", "#94"}));
   EXPECT_EQ(Save(Null), Journal{"#94"});
@@ -194,12 +193,11 @@ TEST_F(FormsTest, RestoresEveryUseInOrder) {
   EXPECT_EQ(Restore(), uses);
   Store(u"WindowState", Int16{0});
   uses.back() = "form.WindowState = Int32 0";
-  uses.insert(uses.end(), {"form.Left", "form.Top", "form.Move(Double 5, Double 20)!"});
+  uses.insert(uses.end(), {"form.Left", "form.Top", Moved(u"5 20")});
   EXPECT_EQ(Restore(), uses);
   Store(u"Height", Int32{-7000});
   uses.back() = "form.Width";
-  uses.insert(uses.end(),
-              {"form.Height", "form.Move(Double 5, Double 20, Double 300, Double -7000)!"});
+  uses.insert(uses.end(), {"form.Height", Moved(u"5 20 300 -7000")});
   for (const Int16 border : {Int16{2}, Int16{5}}) {
     form->With(u"BorderStyle", border);
     EXPECT_EQ(Restore(), uses) << border;
@@ -208,32 +206,26 @@ TEST_F(FormsTest, RestoresEveryUseInOrder) {
   EXPECT_EQ(Restore().back(), uses.back());
 }
 
+// One beyond the limit is the limit in single precision.
 TEST_F(FormsTest, APlaceIsBroughtOntoTheScreen) {
   const struct {
     Double screen;
     Int32 left;
-    std::string restored;
-  } cases[] = {{1500, -5, "0"},
-               {1500, 0, "0"},
-               {1500, 499, "499"},
-               {1500, 500, "500"},
-               {1500, 501, "500"},
-               {1500, 2147483647, "500"},
-               {600, 0, "-400"},
-               {600, -1, "0"},
-               // One beyond the limit is the limit in single precision.
-               {16778216, 16777217, "16777217"}};
+    String restored;
+  } cases[] = {{1500, -5, u"0"},    {1500, 0, u"0"},     {1500, 499, u"499"},
+               {1500, 500, u"500"}, {1500, 501, u"500"}, {1500, 2147483647, u"500"},
+               {600, 0, u"-400"},   {600, -1, u"0"},     {16778216, 16777217, u"16777217"}};
   Store(u"WindowState", Int16{0});
   for (const auto& [screen, place, restored] : cases) {
     SCOPED_TRACE(std::to_string(place) + " on " + std::to_string(screen));
     Screen::SetSize(screen, 5000);
     Store(u"Left", place);
     Store(u"Top", Int16{20});
-    EXPECT_EQ(Restore().back(), "form.Move(Double " + restored + ", Double 20)!");
+    EXPECT_EQ(Restore().back(), Moved(restored + u" 20"));
     Screen::SetSize(5000, screen);
     Store(u"Left", Int16{0});
     Store(u"Top", place);
-    EXPECT_EQ(Restore().back(), "form.Move(Double 0, Double " + restored + ")!");
+    EXPECT_EQ(Restore().back(), Moved(u"0 " + restored));
   }
 }
 

@@ -4,10 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-
 #include "quorl/runtime/locale.hpp"
 #include "quorl/runtime/raised_error.hpp"
+#include "tests/support/cells.hpp"
 #include "tests/support/print.hpp"
 #include "tests/support/random.hpp"
 
@@ -42,20 +41,15 @@ std::int64_t Narrow(std::int64_t value) {
 }
 
 String SlowSlice(const String& text, std::int64_t start, std::int64_t count) {
-  String slice;
-  for (std::int64_t p = start; p < start + count && p <= Length(text); ++p) {
-    slice += text.at(static_cast<std::size_t>(p - 1));
-  }
-  return slice;
+  if (start > Length(text)) return {};
+  return text.substr(static_cast<std::size_t>(start - 1), static_cast<std::size_t>(count));
 }
 
 std::int64_t SlowFind(std::int64_t start, const String& text, const String& sought) {
   if (start < 1) Fail(5);
   if (text.empty()) return 0;
-  for (std::int64_t p = start; p + Length(sought) <= Length(text) + 1; ++p) {
-    if (SlowSlice(text, p, Length(sought)) == sought) return p;
-  }
-  return 0;
+  const std::size_t at = text.find(sought, static_cast<std::size_t>(start - 1));
+  return at == text.npos ? 0 : static_cast<std::int64_t>(at + 1);
 }
 
 std::int64_t SlowCount(const String& text, const String& sought) {
@@ -140,16 +134,11 @@ TEST(Strings, SearchMembersFollowTheirStepsOnWildArguments) {
 }
 
 TEST(Strings, TokensByTable) {
-  const struct {
-    StringView text, separator;
-    Int16 index;
-    StringView token, tokens;
-  } cases[] = {{u"a,b,c", u",", 3, u"c", u"3"}, {u"a,b,c", u",", -5, u"a", u"3"},
-               {u"a,,b", u",", 3, u"b", u"3"},  {u"a--b--c", u"--", 2, u"b", u"3"},
-               {u"xaa", u"aaa", 2, u"a", u"1"}, {u"abab", u"ababa", 2, u"aba", u"1"}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(S::GetToken(c.text, c.separator, c.index), c.token) << Utf8(c.text) << c.index;
-    EXPECT_EQ(S::NbrTokens(c.text, c.separator), c.tokens) << Utf8(c.text);
+  for (const auto& row : Rows(u"a,b,c|,|3|c|3;a,b,c|,|-5|a|3;a,,b|,|3|b|3;a--b--c|--|2|b|3;"
+                              u"xaa|aaa|2|a|1;abab|ababa|2|aba|1")) {
+    const auto index = static_cast<Int16>(std::stoi(Utf8(row[2])));
+    EXPECT_EQ(S::GetToken(row[0], row[1], index), row[3]) << Utf8(row[0]) << index;
+    EXPECT_EQ(S::NbrTokens(row[0], row[1]), row[4]) << Utf8(row[0]);
   }
   EXPECT_EQ(S::NbrTokens(String(70000, u';'), u";"), u"70001");
   EXPECT_EQ(S::GetToken(String(kMost - 1, u' ') + u"last", u" ", kMost), u"last");
@@ -193,19 +182,13 @@ TEST(Strings, SixteenBitLimits) {
 }
 
 TEST(Strings, TrimmingByTable) {
-  const std::array<StringView, 4> cases[] = {{u"ax  ", u"x", u"a", u"ax  "},
-                                             {u"ax x", u"x", u"ax ", u"ax x"},
-                                             {u"xxx", u"x", u"", u""},
-                                             {u"xyxy", u"xy", u"xyxy", u"xyxy"},
-                                             {u"  a  ", u"", u"  a", u"a  "},
-                                             {u"  007", u"0", u"  007", u"7"},
-                                             {u"00 7", u"0", u"00 7", u" 7"},
-                                             {u"Xx", u"x", u"X", u"Xx"},
-                                             {u" \t a", u" ", u" \t a", u"\t a"},
-                                             {u"a\u00A0 ", u" ", u"a\u00A0", u"a\u00A0 "}};
-  for (const auto& [text, unit, right, left] : cases) {
-    EXPECT_EQ(S::RTrimEx(text, unit), right) << Utf8(text);
-    EXPECT_EQ(S::LTrimEx(text, unit), left) << Utf8(text);
+  // A text, a unit, and the text without it at the right and at the left.
+  for (const auto& row :
+       Rows(u"ax  |x|a|ax  ;ax x|x|ax |ax x;xxx|x||;xyxy|xy|xyxy|xyxy;  a  ||  a|a  ;"
+            u"  007|0|  007|7;00 7|0|00 7| 7;Xx|x|X|Xx; \t a| | \t a|\t a;a\u00A0 | "
+            u"|a\u00A0|a\u00A0 ")) {
+    EXPECT_EQ(S::RTrimEx(row[0], row[1]), row[2]) << Utf8(row[0]);
+    EXPECT_EQ(S::LTrimEx(row[0], row[1]), row[3]) << Utf8(row[0]);
   }
   EXPECT_TRUE(S::IsEmptyString(u"   "));
   EXPECT_FALSE(S::IsEmptyString(u" \t "));
@@ -244,20 +227,12 @@ TEST(Strings, TruncateMiddleAtEveryLength) {
 }
 
 TEST(Strings, WordFormsByTable) {
-  const std::array<StringView, 3> cases[] = {
-      {u"mota", u"motas", u"Mota"},
-      {u"MOT", u"MOTS", u"Mot"},
-      {u" BRAS  ", u"BRAS", u" Bras  "},
-      {u"prix", u"prix", u"Prix"},
-      {u"ÉTÉ", u"ÉTÉs", u"Été"},
-      {u"z`", u"z`S", u"Z`"},
-      {u"  ", u"S", u"  "},
-      {u"l'école-du PORT", u"l'école-du PORTS", u"L'école-du Port"},
-      {u"a  éb", u"a  ébs", u"A  Éb"},
-      {u"ßa\tÿb ÿ", u"ßa\tÿb ÿs", u"ßa\tÿb Ÿ"}};
-  for (const auto& [text, plural, proper] : cases) {
-    EXPECT_EQ(S::Pluriel(text), plural) << Utf8(text);
-    EXPECT_EQ(S::ProperCase(text), proper) << Utf8(text);
+  for (const auto& row :
+       Rows(u"mota|motas|Mota;MOT|MOTS|Mot; BRAS  |BRAS| Bras  ;prix|prix|Prix;ÉTÉ|ÉTÉs|Été;"
+            u"z`|z`S|Z`;  |S|  ;l'école-du PORT|l'école-du PORTS|L'école-du Port;"
+            u"a  éb|a  ébs|A  Éb;ßa\tÿb ÿ|ßa\tÿb ÿs|ßa\tÿb Ÿ")) {
+    EXPECT_EQ(S::Pluriel(row[0]), row[1]) << Utf8(row[0]);
+    EXPECT_EQ(S::ProperCase(row[0]), row[2]) << Utf8(row[0]);
   }
   EXPECT_TRUE(S::IsVoyelle(u""));
   EXPECT_FALSE(S::IsVoyelle(u" a"));
@@ -280,23 +255,12 @@ TEST(Strings, EveryCodeUnitFallsIntoItsClass) {
 }
 
 TEST(Strings, WinValReadsByTheCurrentLocale) {
-  const struct {
-    StringView locale, text;
-    Double number;
-  } cases[] = {{u"fr-FR", u"1,5", 1.5},
-               {u"fr-FR", u"1.5", 0},
-               {u"fr-FR", u"1 234,56", 1234.56},
-               {u"fr-FR", u"1\u00A0234,56", 1234.56},
-               {u"fr-FR", u"1\u202F234,56", 1234.56},
-               {u"en-US", u"1,5", 15},
-               {u"en-US", u"1 234.56", 0},
-               {u"nl-BE", u"1.234,56", 1234.56},
-               {u"de-DE", u"  -12,25 ", -12.25},
-               {u"en-GB", u"12abc", 0},
-               {u"en-GB", u"1E999", 0}};
-  for (const auto& c : cases) {
-    const LocaleScope scope(*Locale::Named(c.locale));
-    EXPECT_EQ(S::WinVal(c.text), c.number) << Utf8(c.locale) << " " << Utf8(c.text);
+  for (const auto& row :
+       Rows(u"fr-FR|1,5|1.5;fr-FR|1.5|0;fr-FR|1 234,56|1234.56;fr-FR|1\u00A0234,56|1234.56;"
+            u"fr-FR|1\u202F234,56|1234.56;en-US|1,5|15;en-US|1 234.56|0;nl-BE|1.234,56|1234.56;"
+            u"de-DE|  -12,25 |-12.25;en-GB|12abc|0;en-GB|1E999|0")) {
+    const LocaleScope scope(*Locale::Named(row[0]));
+    EXPECT_EQ(S::WinVal(row[1]), std::stod(Utf8(row[2]))) << Utf8(row[0]) << " " << Utf8(row[1]);
   }
 }
 

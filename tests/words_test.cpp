@@ -13,6 +13,7 @@
 
 #include "quorl/money/number_to_text.hpp"
 #include "quorl/money/word_tables.hpp"
+#include "tests/support/cells.hpp"
 #include "tests/support/raises.hpp"
 #include "tests/support/random.hpp"
 
@@ -204,74 +205,54 @@ INSTANTIATE_TEST_SUITE_P(Words, EveryLanguage, testing::ValuesIn(kBlocks));
 
 // Beyond what the reader reads, and forms that differ between the languages, to the letter.
 TEST(NumberToText, FormsByLanguage) {
-  const struct {
-    const char* digits;
-    std::array<const char*, 4> texts;
-  } cases[] = {
-      {"1234",
-       {"mille-deux-cent-trente-quatre", "one thousand and two hundred and thirty-four",
-        "duizend tweehonderd vierendertig", "tausendzweihundertvierunddreißig"}},
-      {"101000000",
-       {"cent-un millions", "one hundred and one million", "honderd een miljoen",
-        "hunderteins Millionen"}},
-      {"1000000000000000",
-       {"mille billions", "one thousand billion", "duizend biljoen", "tausend Billionen"}},
-      {"2001000000000000000000000001",
-       {"deux-mille-un billions billions un", "two thousand and one billion billion and one",
-        "tweeduizend een biljoen biljoen een", "zweitausendeins Billionen Billionen eins"}}};
-  for (const auto& [digits, texts] : cases) {
-    for (std::size_t at = 0; at < texts.size(); ++at) {
-      EXPECT_EQ(Words(kBlocks[at], digits), texts[at]) << digits;
+  const StringView table =
+      u"1234|mille-deux-cent-trente-quatre|one thousand and two hundred and thirty-four|"
+      u"duizend tweehonderd vierendertig|tausendzweihundertvierunddreißig;"
+      u"101000000|cent-un millions|one hundred and one million|honderd een miljoen|"
+      u"hunderteins Millionen;"
+      u"1000000000000000|mille billions|one thousand billion|duizend biljoen|tausend Billionen;"
+      u"2001000000000000000000000001|deux-mille-un billions billions un|"
+      u"two thousand and one billion billion and one|tweeduizend een biljoen biljoen een|"
+      u"zweitausendeins Billionen Billionen eins";
+  for (const auto& row : Rows(table)) {
+    for (std::size_t at = 0; at < kBlocks.size(); ++at) {
+      EXPECT_EQ(Words(kBlocks[at], Utf8(row[0])), Utf8(row[at + 1]));
     }
   }
 }
 
 TEST(NumberToText, PlaceAndKindPickTheForm) {
-  const struct {
-    Int32 base;
-    const char* digits;
-    Int16 level, kind;
-    const char* text;
-  } cases[] = {{kFrenchWords, "80", 1, 0, "quatre-vingt"},
-               {kFrenchWords, "80", 2, 0, "quatre-vingts"},
-               {kFrenchWords, "200", 1, 0, "deux-cent"},
-               {kFrenchWords, "200", 2, 0, "deux-cents"},
-               {kFrenchWords, "1", 0, 1, "une"},
-               {kFrenchWords, "1", 0, 32767, "une"},
-               {kFrenchWords, "21", 0, 1, "vingt-et-une"},
-               {kFrenchWords, "1001", 0, 1, "mille-une"},
-               {kFrenchWords, "21000", 0, 1, "vingt-et-un-mille"},
-               {kFrenchWords, "1000001", 0, 1, "un million une"},
-               {kFrenchWords, "1000000000001000000000001", 0, 1, "un billion un billions une"},
-               {kEnglishWords, "21", 0, 2, "twenty-one"},
-               {kDutchWords, "21", 0, 2, "eenentwintig"},
-               {kGermanWords, "1", 0, 1, "ein"},
-               {kGermanWords, "1", 0, 9, "eine"},
-               {kGermanWords, "101", 0, 2, "hunderteins"},
-               {kGermanWords, "21", 0, 2, "einundzwanzig"},
-               // A negative kind matters only where the word for one is reached with it.
-               {kFrenchWords, "22000", 0, -1, "vingt-deux-mille"},
-               {kDutchWords, "21", 0, -1, "eenentwintig"},
-               {kGermanWords, "101", 0, -1, "hunderteins"}};
-  for (const auto& [base, digits, level, kind, text] : cases) {
-    EXPECT_EQ(Words(base, digits, level, kind), text) << level << kind;
+  // Digits, level, kind and text, by language. A negative kind matters only where the word for one
+  // is reached with it.
+  const StringView tables[] = {
+      u"80|1|0|quatre-vingt;80|2|0|quatre-vingts;200|1|0|deux-cent;200|2|0|deux-cents;1|0|1|une;"
+      u"21|0|1|vingt-et-une;1001|0|32767|mille-une;21000|0|1|vingt-et-un-mille;"
+      u"1000001|0|1|un million une;1000000000001000000000001|0|1|un billion un billions une;"
+      u"22000|0|-1|vingt-deux-mille",
+      u"21|0|2|twenty-one", u"21|0|2|eenentwintig;21|0|-1|eenentwintig",
+      u"1|0|1|ein;1|0|9|eine;101|0|2|hunderteins;21|0|2|einundzwanzig;101|0|-1|hunderteins"};
+  for (std::size_t at = 0; at < kBlocks.size(); ++at) {
+    for (const auto& row : Rows(tables[at])) {
+      const auto number = [&](std::size_t i) {
+        return static_cast<Int16>(std::stoi(Utf8(row[i])));
+      };
+      EXPECT_EQ(Words(kBlocks[at], Utf8(row[0]), number(1), number(2)), Utf8(row[3]));
+    }
   }
 }
 
 TEST(NumberToText, AppendsWholeOrNotAtAll) {
-  const struct {
-    Int32 base;
-    StringView digits;
-    Int32 number;
-  } cases[] = {{kFrenchWords, u"1", 9},  {kFrenchWords, u"922337203685471", 9},
-               {kGermanWords, u"1", 9},  {kFrenchWords, u"12a", 5},
-               {kFrenchWords, u"-1", 5}, {1001, u"1", 5},
-               {5000, u"1", 5}};
   String text = u"Total: ";
-  for (const auto& row : cases) {
-    EXPECT_RAISES(NumberToText(text, row.base, row.digits, 0, -1), RuntimeFailure(row.number));
-    EXPECT_EQ(text, u"Total: ") << Utf8(row.digits);
+  const auto expect_failure = [&](Int32 base, StringView digits, Int32 number) {
+    EXPECT_RAISES(NumberToText(text, base, digits, 0, -1), RuntimeFailure(number));
+    EXPECT_EQ(text, u"Total: ") << Utf8(digits);
+  };
+  for (const StringView digits : {u"1", u"922337203685471"}) {
+    expect_failure(kFrenchWords, digits, 9);
+    expect_failure(1001, digits, 5);
+    expect_failure(5000, digits, 5);
   }
+  for (const StringView digits : {u"12a", u"-1"}) expect_failure(kFrenchWords, digits, 5);
   NumberToText(text, kFrenchWords, u"12", 0, -1);
   EXPECT_EQ(text, u"Total: douze");
 }
