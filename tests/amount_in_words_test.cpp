@@ -11,6 +11,9 @@
 #include <sstream>
 #include <vector>
 
+#include "quorl/runtime/utf.hpp"
+#include "tests/support/cells.hpp"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -70,31 +73,22 @@ TEST_F(AmountInWords, WritesTheInvoicesThatComeWithIt) {
 }
 
 TEST_F(AmountInWords, ReadsAmountsByTheStatedRule) {
-  constexpr std::pair<const char*, const char*> cases[] = {
-      {"1234.56", "1.234,56"},
-      {"1 234,56", "1.234,56"},
-      {"1.234,56", "1.234,56"},
-      {"1,234.56", "1.234,56"},
-      {"1'234.56", "1.234,56"},
-      {"1.234.567", "1.234.567,00"},
-      {"1\u2019234\u2019567", "1.234.567,00"},
-      {"1\u202F234\u00A0567,8", "1.234.567,80"},
-      {"1,234", "1,234"},
-      {" -0,50 ", "-0,50"},
-      {"\u22127", "-7,00"},
-      {"+.5", "0,50"},
-      {"922337203685477.5807", "922.337.203.685.477,5807"},
-      {"-922337203685477.5807", "-922.337.203.685.477,5807"}};
+  const auto cases = quorl::Rows(
+      u"1234.56|1.234,56;1 234,56|1.234,56;1.234,56|1.234,56;1,234.56|1.234,56;1'234.56|1.234,56;"
+      u"1.234.567|1.234.567,00;1\u2019234\u2019567|1.234.567,00;1\u202F234\u00A0567,8|1.234.567,80;"
+      u"1,234|1,234; -0,50 |-0,50;\u22127|-7,00;+.5|0,50;"
+      u"922337203685477.5807|922.337.203.685.477,5807;"
+      u"-922337203685477.5807|-922.337.203.685.477,5807");
   std::string file;
-  for (const auto& row : cases) file += "a;b;\"" + std::string(row.first) + "\";EUR;DE\n";
+  for (const auto& row : cases) file += "a;b;\"" + quorl::Utf8(row[0]) + "\";EUR;DE\n";
   Write(file);
   const Outcome read = Run("--file X.csv");
   EXPECT_EQ(read.status, 0) << read.err;
   std::istringstream lines(read.out.substr(read.out.find("\na ") + 1));
-  for (const auto& [text, figures] : cases) {
-    std::string row;
-    std::getline(lines, row);
-    EXPECT_NE(row.find(" " + std::string(figures) + " EUR"), row.npos) << text << ": " << row;
+  for (const auto& row : cases) {
+    std::string line;
+    std::getline(lines, line);
+    EXPECT_NE(line.find(" " + quorl::Utf8(row[1]) + " EUR"), line.npos) << line;
   }
 }
 

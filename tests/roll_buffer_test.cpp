@@ -42,25 +42,25 @@ struct PlainBuffer {
     *this = {.size = new_size};
     return u"";
   }
+  StringView Go(bool is_allowed, Int32 position, StringView refusal) {
+    if (is_allowed) index = position;
+    return is_allowed ? u"" : refusal;
+  }
   StringView Place(Int32 position) {
-    if (!Has(position)) return u"Tentative de positionnement de l'index en dehors des limites";
-    index = position;
-    return u"";
+    return Go(Has(position), position,
+              u"Tentative de positionnement de l'index en dehors des limites");
   }
   StringView GoTo(Int32 position) {
-    if (Count() > 0) return Place(position);
-    return u"Tentative de positionnement de l'index alors que le buffer est vide";
+    return Go(Count() > 0, position,
+              u"Tentative de positionnement de l'index alors que le buffer est vide");
   }
   StringView Next() {
-    if (items.empty() || index == Count())
-      return u"Tentative de positionnement de l'index au dela du dernier d'élément";
-    ++index;
-    return u"";
+    return Go(Count() > 0 && index < Count(), index + 1,
+              u"Tentative de positionnement de l'index au dela du dernier d'élément");
   }
   StringView Previous() {
-    if (index == -1) return u"Tentative de positionnement de l'index en deça du premier élément";
-    --index;
-    return u"";
+    return Go(index >= 0, index - 1,
+              u"Tentative de positionnement de l'index en deça du premier élément");
   }
 };
 

@@ -269,8 +269,6 @@ TEST(WordTables, RowsByIdAndFormsByIndex) {
   std::size_t filled = 0;
   for (Int32 id = -5000; id < 9000; ++id) filled += LoadWordRow(id).empty() ? 0 : 1;
   EXPECT_EQ(filled, 168U);
-  EXPECT_EQ(LoadWordRow(4001), u"eins;ein;eine");
-  EXPECT_EQ(LoadWordRow(2038), u"; and ");
   for (const Int32 id : {0, 999, 1042, 2042, 4042, -1000, 5000, 2'000'000'000}) {
     EXPECT_TRUE(LoadWordRow(id).empty()) << id;
   }
@@ -279,7 +277,6 @@ TEST(WordTables, RowsByIdAndFormsByIndex) {
   EXPECT_EQ(Alternative(u"a;;b", 2), u"b");
   EXPECT_RAISES(Alternative(u"a;;b", -1), RuntimeFailure(9));
   EXPECT_RAISES(Alternative(u"a;;b", 3), RuntimeFailure(9));
-  EXPECT_EQ(Joiner(u";"), u"");
   EXPECT_EQ(Joiner(u"; and "), u" and ");
 }
 
