@@ -14,7 +14,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <functional>
+#include <latch>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "quorl/runtime/utf.hpp"
@@ -85,24 +87,22 @@ void ExpectDistinct(std::vector<String> guids) {
   EXPECT_EQ(std::ranges::adjacent_find(guids), guids.end());
 }
 
-// Runs `work` in a forked child and gives what it returns.
+// Runs `work`, which gives 600, in a forked child.
 std::vector<String> InChild(const std::function<std::vector<String>()>& work) {
-  int ends[2];
-  EXPECT_EQ(pipe(ends), 0);
+  std::vector<String> guids(600, String(38, u' '));
+  void* const mapped = mmap(nullptr, 600 * 38 * sizeof(char16_t), PROT_READ | PROT_WRITE,
+                            MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  auto* at = static_cast<char16_t*>(mapped);
   const pid_t child = fork();
   if (child == 0) {
-    for (const String& guid : work()) {
-      if (write(ends[1], guid.data(), 76) != 76) _exit(1);
-    }
+    for (const String& guid : work()) at = std::ranges::copy(guid, at).out;
     _exit(0);
   }
-  close(ends[1]);
-  std::vector<String> guids;
-  for (String guid(38, u' '); read(ends[0], guid.data(), 76) == 76;) guids.push_back(guid);
-  close(ends[0]);
   int status = -1;
   EXPECT_EQ(waitpid(child, &status, 0), child);
   EXPECT_EQ(status, 0);
+  for (String& guid : guids) guid.assign(std::exchange(at, at + 38), 38);
+  munmap(mapped, 600 * 38 * sizeof(char16_t));
   return guids;
 }
 
@@ -137,26 +137,28 @@ TEST(Guids, ParentAndChildrenGiveDifferentOnes) {
   // The fork comes when the stock is half used.
   InFreshThreads([] {
     std::vector<String> all = Some(100);
-    const auto add = [&](const std::vector<String>& more) {
-      EXPECT_EQ(more.size(), 600U);
-      all.insert(all.end(), more.begin(), more.end());
-    };
     const auto some = [] { return Some(600); };
-    add(InChild(some));
-    add(InChild(some));
-    add(InChild([&] { return InChild(some); }));
-    add(some());
+    const auto grandchild = [&] { return InChild(some); };
+    for (const auto& more : {InChild(some), InChild(some), InChild(grandchild), some()}) {
+      all.insert(all.end(), more.begin(), more.end());
+    }
     ExpectDistinct(all);
   });
 }
 
 TEST(Guids, ThreadsGiveDifferentOnes) {
-  std::vector<String> all(8 * 5'000);
+  std::array<std::vector<String>, 8> given;
+  std::latch start(8);
   std::vector<std::thread> threads;
-  for (std::size_t i = 0; i < 8; ++i) {
-    threads.emplace_back([&, i] { std::ranges::copy(Some(5'000), all.begin() + 5'000 * i); });
+  for (auto& guids : given) {
+    threads.emplace_back([&] {
+      start.arrive_and_wait();
+      guids = Some(50'000);
+    });
   }
   for (std::thread& thread : threads) thread.join();
+  std::vector<String> all;
+  for (const auto& guids : given) all.insert(all.end(), guids.begin(), guids.end());
   ExpectDistinct(all);
 }
 
