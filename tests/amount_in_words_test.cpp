@@ -8,6 +8,11 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
+#include <vector>
+
+#include "quorl/runtime/utf.hpp"
+#include "tests/support/cells.hpp"
 
 namespace {
 
@@ -20,15 +25,14 @@ struct Outcome {
 
 class AmountInWords : public testing::Test {
  protected:
-  void SetUp() override {
+  AmountInWords() {
     std::string pattern = (fs::temp_directory_path() / "amount_in_words.XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
+    folder_ = mkdtemp(pattern.data());
   }
-  void TearDown() override { fs::remove_all(folder_); }
+  ~AmountInWords() override { fs::remove_all(folder_); }
 
-  void Write(const std::string& name, const std::string& text) const {
-    std::ofstream(folder_ / name, std::ios::binary) << text;
+  void Write(const std::string& text) const {
+    std::ofstream(folder_ / "X.csv", std::ios::binary) << text;
   }
   std::string Read(const std::string& name) const {
     std::ifstream in(folder_ / name, std::ios::binary);
@@ -69,65 +73,41 @@ TEST_F(AmountInWords, WritesTheInvoicesThatComeWithIt) {
 }
 
 TEST_F(AmountInWords, ReadsAmountsByTheStatedRule) {
-  constexpr std::pair<const char*, const char*> cases[] = {
-      {"1234.56", "1.234,56"},
-      {"1 234,56", "1.234,56"},
-      {"1.234,56", "1.234,56"},
-      {"1,234.56", "1.234,56"},
-      {"1'234.56", "1.234,56"},
-      {"1\u2019234\u2019567", "1.234.567,00"},
-      {"1\u202F234\u00A0567,8", "1.234.567,80"},
-      {"1.234.567", "1.234.567,00"},
-      {"1,234", "1,234"},
-      {" -0,50 ", "-0,50"},
-      {"\u22127", "-7,00"},
-      {"+.5", "0,50"},
-      {"922337203685477.5807", "922.337.203.685.477,5807"},
-      {"-922337203685477.5807", "-922.337.203.685.477,5807"},
-  };
+  const auto cases = quorl::Rows(
+      u"1234.56|1.234,56;1 234,56|1.234,56;1.234,56|1.234,56;1,234.56|1.234,56;1'234.56|1.234,56;"
+      u"1.234.567|1.234.567,00;1\u2019234\u2019567|1.234.567,00;1\u202F234\u00A0567,8|1.234.567,80;"
+      u"1,234|1,234; -0,50 |-0,50;\u22127|-7,00;+.5|0,50;"
+      u"922337203685477.5807|922.337.203.685.477,5807;"
+      u"-922337203685477.5807|-922.337.203.685.477,5807");
   std::string file;
-  for (const auto& [text, figures] : cases) {
-    file += "a;b;\"" + std::string(text) + "\";EUR;DE\n";
-  }
-  Write("X.csv", file);
+  for (const auto& row : cases) file += "a;b;\"" + quorl::Utf8(row[0]) + "\";EUR;DE\n";
+  Write(file);
   const Outcome read = Run("--file X.csv");
   EXPECT_EQ(read.status, 0) << read.err;
-  std::size_t at = read.out.find("\na ") + 1;
-  for (const auto& [text, figures] : cases) {
-    const std::string row = read.out.substr(at, read.out.find('\n', at) - at);
-    std::string cell = std::string(figures) + " EUR";
-    EXPECT_NE(row.find(cell.insert(0, 1, ' ')), row.npos) << text << ": " << row;
-    at += row.size() + 1;
+  std::istringstream lines(read.out.substr(read.out.find("\na ") + 1));
+  for (const auto& row : cases) {
+    std::string line;
+    std::getline(lines, line);
+    EXPECT_NE(line.find(" " + quorl::Utf8(row[1]) + " EUR"), line.npos) << line;
   }
 }
 
 TEST_F(AmountInWords, RefusesWhatIsNoAmount) {
-  constexpr std::pair<const char*, const char*> cases[] = {
-      {"922337203685477.5808", "amount out of range"},
-      {"99999999999999999999999", "amount out of range"},
-      {"1.23456", "more than four decimals"},
-      {"12abc", "not an amount"},
-      {"", "not an amount"},
-      {"-", "not an amount"},
-      {"--5", "not an amount"},
-      {"5-", "not an amount"},
-      {"1.", "not an amount"},
-      {"1.2.3", "not an amount"},
-      {"1,2,3.4", "not an amount"},
-      {"1.234,567.8", "not an amount"},
-      {"1234 567", "not an amount"},
-      {"1 234'567", "not an amount"},
-      {"1  234", "not an amount"},
-      {"1e3", "not an amount"},
-      {"\u0661", "not an amount"},
-  };
-  std::string file, err;
-  int line = 0;
-  for (const auto& [text, message] : cases) {
-    file += "a;1;\"" + std::string(text) + "\";EUR;DE\n";
-    err += "X.csv:" + std::to_string(++line + 1) + ": " + message + ": \"" + text + "\"\n";
+  const std::pair<const char*, std::vector<const char*>> cases[] = {
+      {"amount out of range", {"922337203685477.5808", "99999999999999999999999"}},
+      {"more than four decimals", {"1.23456"}},
+      {"not an amount",
+       {"12abc", "", "-", "--5", "5-", "1.", "1.2.3", "1,2,3.4", "1.234,567.8", "1234 567",
+        "1 234'567", "1  234", "1e3", "\u0661"}}};
+  std::string file = "Reference;Date;Amount;Currency;Language\n", err;
+  int line = 1;
+  for (const auto& [message, texts] : cases) {
+    for (const std::string text : texts) {
+      file += "a;1;\"" + text + "\";EUR;DE\n";
+      err += "X.csv:" + std::to_string(++line) + ": " + message + ": \"" + text + "\"\n";
+    }
   }
-  Write("X.csv", "Reference;Date;Amount;Currency;Language\n" + file);
+  Write(file);
   const Outcome refused = Run("--file X.csv");
   EXPECT_EQ(refused.status, 1);
   EXPECT_EQ(LinesOf(refused.out), 2);
@@ -135,19 +115,19 @@ TEST_F(AmountInWords, RefusesWhatIsNoAmount) {
 }
 
 TEST_F(AmountInWords, TellsWhatIsWrongAndWritesTheOtherLines) {
-  Write("X.csv",
-        "\xEF\xBB\xBFreference,date,amount,currency,language\r\n"
-        "A1,2024-01-01,1.01,EUR,DE\r\n"
-        "\r\n"
-        "A2,2024-01-02,1,234.56,EUR,DE\r\n"
-        "A3,2024-01-03,5,XXX,DE\n"
-        "A4,2024-01-04,5,EUR,de\n"
-        "A5,2024-01-05,5.5,JPY,DE\n"
-        "A6,2024-01-06,-922337203685477.5808,EUR,DE\n"
-        "\"A7,2024-01-07,5,EUR,DE\n" +
-            std::string(70'000, 'x') +
-            "\n"
-            "\"A\"\"9\",\x1B[31m,7,EUR,DE");
+  Write(
+      "\xEF\xBB\xBFreference,date,amount,currency,language\r\n"
+      "A1,2024-01-01,1.01,EUR,DE\r\n"
+      "\r\n"
+      "A2,2024-01-02,1,234.56,EUR,DE\r\n"
+      "A3,2024-01-03,5,XXX,DE\n"
+      "A4,2024-01-04,5,EUR,de\n"
+      "A5,2024-01-05,5.5,JPY,DE\n"
+      "A6,2024-01-06,-922337203685477.5808,EUR,DE\n"
+      "\"A7,2024-01-07,5,EUR,DE\n" +
+      std::string(70'000, 'x') +
+      "\n"
+      "\"A\"\"9\",\x1B[31m,7,EUR,DE");
   for (const char* arguments : {"--file X.csv", "- < X.csv", "--file=- < X.csv"}) {
     const Outcome mixed = Run(arguments);
     const std::string name = mixed.err.substr(0, mixed.err.find(':'));
@@ -176,23 +156,21 @@ TEST_F(AmountInWords, TakesOptionsForOneAmount) {
       {"-7 --language=NL --unit= --decimals 0", 0, "minder zeven\n"},
       {"--language UK --unit inch --units inches --decimals 4 1.0002", 0, "one inch two\n"},
       {"--language FR 1 x 2", 1, "un euro\ndeux euros\n"},
-      {"--file missing.csv", 1, ""},
-      {"--file .", 1, nullptr},
-      {"--colour 1", 2, ""},
-      {"--language", 2, ""},
-      {"--language EN 1", 2, ""},
-      {"--currency XYZ 1", 2, ""},
-      {"--kind 3 1", 2, ""},
-      {"--decimals 10 1", 2, ""},
-      {"--language FR", 2, ""},
-      {"--file X.csv 1", 2, ""},
-      {"--file X.csv --language FR", 2, ""},
-  };
+      {"--file missing.csv", 1, ""}};
   for (const auto& row : cases) {
     const Outcome outcome = Run(row.arguments);
     EXPECT_EQ(outcome.status, row.status) << row.arguments;
     EXPECT_EQ(outcome.err.empty(), row.status == 0) << row.arguments;
-    EXPECT_EQ(outcome.out, row.out != nullptr ? row.out : outcome.out) << row.arguments;
+    EXPECT_EQ(outcome.out, row.out) << row.arguments;
+  }
+  EXPECT_EQ(Run("--file .").status, 1);
+  for (const char* wrong :
+       {"--colour 1", "--language", "--language EN 1", "--currency XYZ 1", "--kind 3 1",
+        "--decimals 10 1", "--language FR", "--file X.csv 1", "--file X.csv --language FR"}) {
+    const Outcome outcome = Run(wrong);
+    EXPECT_EQ(outcome.status, 2) << wrong;
+    EXPECT_NE(outcome.err, "") << wrong;
+    EXPECT_EQ(outcome.out, "") << wrong;
   }
 }
 
@@ -204,17 +182,14 @@ TEST_F(AmountInWords, HelpFitsAScreen) {
   }
 }
 
-TEST_F(AmountInWords, AReaderThatGoesAwayIsNoError) {
+TEST_F(AmountInWords, AReaderThatGoesAwayIsNoErrorAFullDiskIs) {
   std::string file;
   for (int line = 0; line < 100'000; ++line) file += "a,b,1234.56,EUR,FR\n";
-  Write("X.csv", file);
+  Write(file);
   const Outcome cut = Run("--file X.csv", "| head -n 3 > out");
   EXPECT_EQ(cut.status, 0);
   EXPECT_EQ(cut.err, "");
   EXPECT_EQ(LinesOf(cut.out), 3);
-}
-
-TEST_F(AmountInWords, AFullDiskIsAnError) {
   const Outcome full = Run("1", "> /dev/full");
   EXPECT_EQ(full.status, 1);
   EXPECT_NE(full.err, "");

@@ -9,11 +9,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <functional>
-#include <limits>
+#include <latch>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -34,22 +35,12 @@ std::atomic<const char*> latest_stock = nullptr;
 
 // In front of the system's own, so that a test can count its calls and make it fail.
 extern "C" ssize_t getrandom(void* buffer, size_t size, unsigned flags) {
-  const int call = ++random_calls;
-  switch (randomness.load()) {
-    case System::kGivesNothing:
-      errno = ENOSYS;
-      return -1;
-    case System::kGivesSevenBytesAtATime:
-      size = std::min<size_t>(size, 7);
-      break;
-    case System::kIsInterruptedEveryOtherTime:
-      if (call % 2 != 0) {
-        errno = EINTR;
-        return -1;
-      }
-      break;
-    case System::kWorks:
-      break;
+  const bool odd_call = ++random_calls % 2 != 0;
+  if (randomness == System::kGivesSevenBytesAtATime) size = std::min<size_t>(size, 7);
+  const bool is_interrupted = randomness == System::kIsInterruptedEveryOtherTime && odd_call;
+  if (is_interrupted || randomness == System::kGivesNothing) {
+    errno = is_interrupted ? EINTR : ENOSYS;
+    return -1;
   }
   return syscall(SYS_getrandom, buffer, size, flags);
 }
@@ -78,13 +69,11 @@ bool HasForm(const String& guid) {
 }
 
 // The 128 bits of a GUID, two numbers.
-std::pair<std::uint64_t, std::uint64_t> BitsOf(const String& guid) {
-  std::string digits;
-  for (const char16_t unit : guid) {
-    if (unit != u'{' && unit != u'-' && unit != u'}') digits += static_cast<char>(unit);
-  }
-  return {std::strtoull(digits.substr(0, 16).c_str(), nullptr, 16),
-          std::strtoull(digits.substr(16).c_str(), nullptr, 16)};
+std::array<std::uint64_t, 2> BitsOf(const String& guid) {
+  std::string digits = Utf8(guid);
+  std::erase_if(digits, [](char unit) { return unit == '{' || unit == '-' || unit == '}'; });
+  return {std::stoull(digits.substr(0, 16), nullptr, 16),
+          std::stoull(digits.substr(16), nullptr, 16)};
 }
 
 std::vector<String> Some(std::size_t count) {
@@ -98,104 +87,91 @@ void ExpectDistinct(std::vector<String> guids) {
   EXPECT_EQ(std::ranges::adjacent_find(guids), guids.end());
 }
 
-// Runs `work` in a forked child and gives what it returns.
+// Runs `work`, which gives 600, in a forked child.
 std::vector<String> InChild(const std::function<std::vector<String>()>& work) {
-  int ends[2];
-  EXPECT_EQ(pipe(ends), 0);
+  std::vector<String> guids(600, String(38, u' '));
+  void* const mapped = mmap(nullptr, 600 * 38 * sizeof(char16_t), PROT_READ | PROT_WRITE,
+                            MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  auto* at = static_cast<char16_t*>(mapped);
   const pid_t child = fork();
   if (child == 0) {
-    for (const String& guid : work()) {
-      if (write(ends[1], guid.data(), 76) != 76) _exit(1);
-    }
+    for (const String& guid : work()) at = std::ranges::copy(guid, at).out;
     _exit(0);
   }
-  close(ends[1]);
-  std::vector<String> guids;
-  for (String guid(38, u' '); read(ends[0], guid.data(), 76) == 76;) guids.push_back(guid);
-  close(ends[0]);
   int status = -1;
   EXPECT_EQ(waitpid(child, &status, 0), child);
   EXPECT_EQ(status, 0);
+  for (String& guid : guids) guid.assign(std::exchange(at, at + 38), 38);
+  munmap(mapped, 600 * 38 * sizeof(char16_t));
   return guids;
 }
 
-class GuidsTest : public testing::Test {
- protected:
-  void TearDown() override {
+// Runs `work` in threads of their own, which begin without a stock, where the system clears a stock
+// on fork and where it cannot.
+void InFreshThreads(const std::function<void()>& work) {
+  for (const bool cleared : {true, false}) {
+    clears_on_fork = cleared;
+    std::thread(work).join();
     randomness = System::kWorks;
-    clears_on_fork = true;
   }
-};
+  clears_on_fork = true;
+}
 
-TEST_F(GuidsTest, AMillionAreDistinctAndEveryFreeBitVaries) {
+TEST(Guids, AMillionAreDistinctAndEveryFreeBitVaries) {
   constexpr std::size_t kMany = 1'000'000;
-  std::vector<std::pair<std::uint64_t, std::uint64_t>> seen(kMany);
-  std::vector<int> ones(128);
+  std::vector<std::array<std::uint64_t, 2>> seen(kMany);
+  std::array<int, 128> ones{};
   for (auto& bits : seen) {
     const String guid = GUIDs::CreateGUID();
-    ASSERT_EQ(guid.size(), 38U);
+    ASSERT_TRUE(HasForm(guid)) << Utf8(guid);
     bits = BitsOf(guid);
-    ASSERT_EQ(bits.first >> 12 & 0xF, 4U) << Utf8(guid);
-    ASSERT_EQ(bits.second >> 62, 2U) << Utf8(guid);
-    for (std::size_t i = 0; i < 64; ++i) {
-      ones[i] += static_cast<int>(bits.first >> i & 1);
-      ones[64 + i] += static_cast<int>(bits.second >> i & 1);
-    }
+    for (std::size_t i = 0; i < 128; ++i) ones[i] += static_cast<int>(bits[i / 64] >> i % 64 & 1);
   }
   std::ranges::sort(seen);
   EXPECT_EQ(std::ranges::adjacent_find(seen), seen.end());
   // Ten standard deviations around one half, the six fixed bits apart.
-  int fixed = 0;
-  for (const int count : ones) fixed += std::abs(count - 500'000) > 5'000;
-  EXPECT_EQ(fixed, 6);
+  EXPECT_EQ(std::ranges::count_if(ones, [](int n) { return std::abs(n - 500'000) > 5'000; }), 6);
 }
 
-TEST_F(GuidsTest, EachHasTheForm) {
-  for (const String& guid : Some(2'000)) ASSERT_TRUE(HasForm(guid)) << Utf8(guid);
+TEST(Guids, ParentAndChildrenGiveDifferentOnes) {
+  // The fork comes when the stock is half used.
+  InFreshThreads([] {
+    std::vector<String> all = Some(100);
+    const auto some = [] { return Some(600); };
+    const auto grandchild = [&] { return InChild(some); };
+    for (const auto& more : {InChild(some), InChild(some), InChild(grandchild), some()}) {
+      all.insert(all.end(), more.begin(), more.end());
+    }
+    ExpectDistinct(all);
+  });
 }
 
-TEST_F(GuidsTest, ParentAndChildrenGiveDifferentOnes) {
-  for (const bool cleared : {true, false}) {
-    clears_on_fork = cleared;
-    // A thread of its own begins without a stock; the fork comes when the stock is half used.
-    std::thread([] {
-      std::vector<String> all = Some(100);
-      const auto add = [&](const std::vector<String>& more) {
-        EXPECT_EQ(more.size(), 600U);
-        all.insert(all.end(), more.begin(), more.end());
-      };
-      add(InChild([] { return Some(600); }));
-      add(InChild([] { return Some(600); }));
-      add(InChild([] { return InChild([] { return Some(600); }); }));
-      add(Some(600));
-      ExpectDistinct(all);
-    }).join();
-  }
-}
-
-TEST_F(GuidsTest, ThreadsGiveDifferentOnes) {
-  std::vector<std::vector<String>> given(8);
+TEST(Guids, ThreadsGiveDifferentOnes) {
+  std::array<std::vector<String>, 8> given;
+  std::latch start(8);
   std::vector<std::thread> threads;
-  for (auto& some : given) threads.emplace_back([&some] { some = Some(5'000); });
+  for (auto& guids : given) {
+    threads.emplace_back([&] {
+      start.arrive_and_wait();
+      guids = Some(50'000);
+    });
+  }
   for (std::thread& thread : threads) thread.join();
   std::vector<String> all;
-  for (const auto& some : given) all.insert(all.end(), some.begin(), some.end());
+  for (const auto& guids : given) all.insert(all.end(), guids.begin(), guids.end());
   ExpectDistinct(all);
 }
 
-TEST_F(GuidsTest, OneSystemCallServesManyWhereThatIsSafe) {
-  for (const bool cleared : {true, false}) {
-    clears_on_fork = cleared;
-    std::thread([cleared] {
-      const int before = random_calls;
-      ExpectDistinct(Some(1'000));
-      const int calls = random_calls - before;
-      EXPECT_TRUE(cleared ? calls <= 4 : calls == 1'000) << calls;
-    }).join();
-  }
+TEST(Guids, OneSystemCallServesManyWhereThatIsSafe) {
+  InFreshThreads([] {
+    const int before = random_calls;
+    ExpectDistinct(Some(1'000));
+    const int calls = random_calls - before;
+    EXPECT_TRUE(clears_on_fork ? calls <= 4 : calls == 1'000) << calls;
+  });
 }
 
-TEST_F(GuidsTest, WhatWasGivenOutIsNoLongerInMemory) {
+TEST(Guids, WhatWasGivenOutIsNoLongerInMemory) {
   std::thread([] {
     const std::vector<String> guids = Some(100);
     const std::string_view stock(latest_stock, 4096);
@@ -203,35 +179,32 @@ TEST_F(GuidsTest, WhatWasGivenOutIsNoLongerInMemory) {
     for (const String& guid : guids) {
       std::string first_bytes;
       for (int shift = 56; shift >= 16; shift -= 8) {
-        first_bytes += static_cast<char>(BitsOf(guid).first >> shift & 0xFF);
+        first_bytes += static_cast<char>(BitsOf(guid)[0] >> shift & 0xFF);
       }
       ASSERT_EQ(stock.find(first_bytes), std::string_view::npos) << Utf8(guid);
     }
   }).join();
 }
 
-TEST_F(GuidsTest, ASystemThatGivesLittleAtATimeIsAskedAgain) {
+TEST(Guids, ASystemThatGivesLittleAtATimeIsAskedAgain) {
   for (const System system :
        {System::kGivesSevenBytesAtATime, System::kIsInterruptedEveryOtherTime}) {
-    randomness = system;
-    std::thread([] {
+    InFreshThreads([system] {
+      randomness = system;
       const std::vector<String> guids = Some(1'000);
-      for (const String& guid : guids) ASSERT_TRUE(HasForm(guid)) << Utf8(guid);
+      EXPECT_TRUE(std::ranges::all_of(guids, HasForm));
       ExpectDistinct(guids);
-    }).join();
+    });
   }
 }
 
-TEST_F(GuidsTest, WithoutRandomnessTheTextIsEmptyUntilThereIsSome) {
-  for (const bool cleared : {true, false}) {
-    clears_on_fork = cleared;
-    std::thread([] {
-      randomness = System::kGivesNothing;
-      EXPECT_EQ(GUIDs::CreateGUID(), u"");
-      randomness = System::kWorks;
-      EXPECT_TRUE(HasForm(GUIDs::CreateGUID()));
-    }).join();
-  }
+TEST(Guids, WithoutRandomnessTheTextIsEmptyUntilThereIsSome) {
+  InFreshThreads([] {
+    randomness = System::kGivesNothing;
+    EXPECT_EQ(GUIDs::CreateGUID(), u"");
+    randomness = System::kWorks;
+    EXPECT_TRUE(HasForm(GUIDs::CreateGUID()));
+  });
 }
 
 // Destroyed after everything that belongs to the thread.
@@ -239,7 +212,7 @@ struct AsksAtTheVeryEnd {
   ~AsksAtTheVeryEnd() { _exit(HasForm(GUIDs::CreateGUID()) ? 0 : 1); }
 };
 
-TEST_F(GuidsTest, OneCanBeMadeWhileTheProgramEnds) {
+TEST(Guids, OneCanBeMadeWhileTheProgramEnds) {
   const auto end_program = [] {
     static const AsksAtTheVeryEnd last;
     GUIDs::CreateGUID();
@@ -248,20 +221,12 @@ TEST_F(GuidsTest, OneCanBeMadeWhileTheProgramEnds) {
   EXPECT_EXIT(end_program(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(GuidsTest, FixedAndNumbered) {
+TEST(Guids, FixedAndNumbered) {
   EXPECT_EQ(GUIDs::GetNullGUID(), u"{FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF}");
   EXPECT_EQ(GUIDs::GetZeroGUID(), u"{00000000-0000-0000-0000-000000000000}");
   const std::pair<Int32, std::string> cases[] = {
-      {0, "00000000"},
-      {42, "00000042"},
-      {255, "00000255"},
-      {-42, "-00000042"},
-      {12345678, "12345678"},
-      {99999999, "99999999"},
-      {100000000, "100000000"},
-      {123456789, "123456789"},
-      {std::numeric_limits<Int32>::max(), "2147483647"},
-      {std::numeric_limits<Int32>::min(), "-2147483648"}};
+      {0, "00000000"},        {42, "00000042"},         {-42, "-00000042"},
+      {99999999, "99999999"}, {100000000, "100000000"}, {-2147483648, "-2147483648"}};
   for (const auto& [number, first_group] : cases) {
     EXPECT_EQ(Utf8(GUIDs::GetNumGUID(number)), "{" + first_group + "-0000-0000-0000-000000000000}");
   }

@@ -6,24 +6,17 @@
 #include <sys/resource.h>
 
 #include <cstdio>
-#include <random>
 
-#include "quorl/runtime/raised_error.hpp"
+#include "tests/support/print.hpp"
+#include "tests/support/raises.hpp"
+#include "tests/support/random.hpp"
 
 namespace quorl {
 namespace {
 
-// The failure of a call, "" without one.
-template <class Work>
-String FailureOf(Work work) {
-  try {
-    work();
-  } catch (const RaisedError& error) {
-    EXPECT_EQ(error.Number(), 5000);
-    EXPECT_EQ(error.Source(), u"RollBuffer");
-    return error.Description();
-  }
-  return {};
+// The buffer's failure with that description; none for "".
+Failure Refusal(StringView description) {
+  return description.empty() ? Failure{} : Failure{5000, u"RollBuffer", String(description)};
 }
 
 // The obvious buffer: oldest first in a vector, the cursor beside it. Operations give the text of
@@ -49,47 +42,49 @@ struct PlainBuffer {
     *this = {.size = new_size};
     return u"";
   }
+  StringView Go(bool is_allowed, Int32 position, StringView refusal) {
+    if (is_allowed) index = position;
+    return is_allowed ? u"" : refusal;
+  }
   StringView Place(Int32 position) {
-    if (!Has(position)) return u"Tentative de positionnement de l'index en dehors des limites";
-    index = position;
-    return u"";
+    return Go(Has(position), position,
+              u"Tentative de positionnement de l'index en dehors des limites");
   }
   StringView GoTo(Int32 position) {
-    if (Count() > 0) return Place(position);
-    return u"Tentative de positionnement de l'index alors que le buffer est vide";
+    return Go(Count() > 0, position,
+              u"Tentative de positionnement de l'index alors que le buffer est vide");
   }
   StringView Next() {
-    if (items.empty() || index == Count())
-      return u"Tentative de positionnement de l'index au dela du dernier d'élément";
-    ++index;
-    return u"";
+    return Go(Count() > 0 && index < Count(), index + 1,
+              u"Tentative de positionnement de l'index au dela du dernier d'élément");
   }
   StringView Previous() {
-    if (index == -1) return u"Tentative de positionnement de l'index en deça du premier élément";
-    --index;
-    return u"";
+    return Go(index >= 0, index - 1,
+              u"Tentative de positionnement de l'index en deça du premier élément");
   }
 };
 
-void ExpectSame(const RollBuffer& buffer, PlainBuffer& plain, Int32 position) {
-  ASSERT_EQ(buffer.BufferSize(), plain.size);
-  ASSERT_EQ(buffer.Count(), plain.Count());
-  ASSERT_EQ(buffer.Index(), plain.index);
-  ASSERT_EQ(buffer.BOF(), plain.index == -1);
-  ASSERT_EQ(buffer.OnFirst(), plain.index == 0);
-  ASSERT_EQ(buffer.OnLast(), plain.index == plain.Count() - 1);
-  ASSERT_EQ(buffer.AtEOF(), plain.index == plain.Count() || plain.items.empty());
+void ExpectSame(RollBuffer& buffer, PlainBuffer& plain, Int32 position) {
+  EXPECT_EQ(buffer.BufferSize(), plain.size);
+  EXPECT_EQ(buffer.Count(), plain.Count());
+  EXPECT_EQ(buffer.Index(), plain.index);
+  EXPECT_EQ(buffer.BOF(), plain.index == -1);
+  EXPECT_EQ(buffer.OnFirst(), plain.index == 0);
+  EXPECT_EQ(buffer.OnLast(), plain.index == plain.Count() - 1);
+  EXPECT_EQ(buffer.AtEOF(), plain.index == plain.Count() || plain.items.empty());
   if (plain.Has(position)) {
-    ASSERT_EQ(buffer.Items(position), Variant(plain.At(position)));
+    EXPECT_EQ(buffer.Items(position), Variant(plain.At(position)));
   } else {
-    ASSERT_EQ(FailureOf([&] { buffer.Items(position); }),
-              u"Tentative d'accès à un élément en dehors des limites");
+    EXPECT_RAISES(buffer.Items(position),
+                  Refusal(u"Tentative d'accès à un élément en dehors des limites"));
   }
   if (plain.Has(plain.index)) {
-    ASSERT_EQ(buffer.CurrentItem(), Variant(plain.At(plain.index)));
+    EXPECT_EQ(buffer.CurrentItem(), Variant(plain.At(plain.index)));
   } else {
-    ASSERT_EQ(FailureOf([&] { buffer.CurrentItem(); }),
-              u"Aucunne donnée n'est disponible car l'index se trouve en BOF ou EOF");
+    const Failure refusal =
+        Refusal(u"Aucunne donnée n'est disponible car l'index se trouve en BOF ou EOF");
+    EXPECT_RAISES(buffer.CurrentItem(), refusal);
+    EXPECT_RAISES(buffer.CurrentItem(position), refusal);
   }
 }
 
@@ -98,7 +93,7 @@ void Step(RollBuffer& buffer, PlainBuffer& plain, std::uint64_t random, Int32 it
   const auto operation = random % 200;
   const Int32 number = static_cast<Int32>(random / 200 % 23) - 2;
   if (operation == 0) {
-    ASSERT_EQ(FailureOf([&] { buffer.BufferSize(number); }), plain.Resize(number));
+    EXPECT_RAISES(buffer.BufferSize(number), Refusal(plain.Resize(number)));
   } else if (operation == 1) {
     buffer.Clear();
     plain.Resize(plain.size);
@@ -106,31 +101,30 @@ void Step(RollBuffer& buffer, PlainBuffer& plain, std::uint64_t random, Int32 it
     buffer.AddItem(item);
     plain.Add(item);
   } else if (operation < 110) {
-    ASSERT_EQ(FailureOf([&] { buffer.Index(number); }), plain.Place(number));
+    EXPECT_RAISES(buffer.Index(number), Refusal(plain.Place(number)));
   } else if (operation < 120) {
-    const bool replaced = FailureOf([&] { buffer.CurrentItem(item); }).empty();
-    ASSERT_EQ(replaced, plain.Has(plain.index));
-    if (replaced) plain.At(plain.index) = item;
+    if (!plain.Has(plain.index)) return;
+    buffer.CurrentItem(item);
+    plain.At(plain.index) = item;
   } else if (operation < 123) {
-    ASSERT_EQ(FailureOf([&] { buffer.MoveFirst(); }), plain.GoTo(0));
+    EXPECT_RAISES(buffer.MoveFirst(), Refusal(plain.GoTo(0)));
   } else if (operation < 130) {
-    ASSERT_EQ(FailureOf([&] { buffer.MoveLast(); }), plain.GoTo(plain.Count() - 1));
+    EXPECT_RAISES(buffer.MoveLast(), Refusal(plain.GoTo(plain.Count() - 1)));
   } else if (operation < 160) {
-    ASSERT_EQ(FailureOf([&] { buffer.MoveNext(); }), plain.Next());
+    EXPECT_RAISES(buffer.MoveNext(), Refusal(plain.Next()));
   } else {
-    ASSERT_EQ(FailureOf([&] { buffer.MovePrevious(); }), plain.Previous());
+    EXPECT_RAISES(buffer.MovePrevious(), Refusal(plain.Previous()));
   }
 }
 
 TEST(RollBuffer, AMillionOperationsAgreeWithAPlainVector) {
-  std::mt19937_64 generator(81);
+  Random random(81);
   RollBuffer buffer;
   PlainBuffer plain;
   for (Int32 i = 0; i < 1000000 && !HasFailure(); ++i) {
-    const std::uint64_t random = generator();
     SCOPED_TRACE(i);
-    Step(buffer, plain, random, i);
-    ExpectSame(buffer, plain, static_cast<Int32>(random >> 32 & 31) - 2);
+    Step(buffer, plain, random.Bits(), i);
+    ExpectSame(buffer, plain, static_cast<Int32>(random.Whole(-2, 29)));
   }
 }
 
@@ -140,22 +134,20 @@ TEST(RollBuffer, ValuesAreCopiesAndObjectsReferences) {
     buffer.AddItem(value);
     EXPECT_EQ(buffer.CurrentItem(), value);
   }
-  Variant text = u"before";
-  buffer.AddItem(text);
-  *text.If<String>() = u"after";
+  buffer.AddItem(u"before");
   Variant copy = buffer.CurrentItem();
   *copy.If<String>() = u"after";
   EXPECT_EQ(buffer.CurrentItem(), Variant(u"before"));
+  static_assert(EOF < 0, "the macro is in force behind the header");
+#undef EOF
+  EXPECT_FALSE(buffer.EOF());
 }
 
 // A host's object that uses the buffer while the buffer drops it.
-class Caller : public LateBound {
- public:
-  explicit Caller(RollBuffer& buffer) : buffer_(buffer) {}
-  ~Caller() override { buffer_.AddItem(u"late"); }
-
- private:
-  RollBuffer& buffer_;
+struct Caller : LateBound {
+  explicit Caller(RollBuffer& used) : buffer(used) {}
+  ~Caller() override { buffer.AddItem(u"late"); }
+  RollBuffer& buffer;
 };
 
 TEST(RollBuffer, AnItemThatEndsMayCallBack) {
@@ -182,35 +174,17 @@ TEST(RollBuffer, AHugeCapacityCostsNothingAndEndsInAFailure) {
   setrlimit(RLIMIT_AS, &tight);
   RollBuffer buffer;
   buffer.BufferSize(2147483647);
-  Int32 number = 0, added = 0;
-  for (; number == 0 && added < 100000000; ++added) {
-    try {
-      buffer.AddItem(added);
-    } catch (const RaisedError& error) {
-      number = error.Number();
-    }
-  }
+  Int32 added = 0;
+  const Failure failure = FailureOf([&] {
+    for (; added < 100000000; ++added) buffer.AddItem(added);
+  });
   setrlimit(RLIMIT_AS, &former);
-  EXPECT_EQ(number, 7);
-  EXPECT_EQ(buffer.Count(), added - 1);
+  EXPECT_EQ(failure, RuntimeFailure(7));
+  EXPECT_EQ(buffer.Count(), added);
   EXPECT_EQ(buffer.Items(0), Variant(0));
-  EXPECT_EQ(buffer.CurrentItem(), Variant(added - 2));
+  EXPECT_EQ(buffer.CurrentItem(), Variant(added - 1));
   buffer.AddItem(added);
   EXPECT_EQ(buffer.CurrentItem(), Variant(added));
-}
-
-// The example of the header, and the member under the name that the macro hides.
-TEST(RollBuffer, HeaderExample) {
-  RollBuffer history;
-  history.BufferSize(3);
-  for (const char16_t* page : {u"a", u"b", u"c", u"d"}) history.AddItem(page);
-  EXPECT_EQ(history.Items(0), Variant(u"b"));
-  history.MovePrevious();
-  history.AddItem(u"e");
-  EXPECT_EQ(history.CurrentItem(), Variant(u"e"));
-  static_assert(EOF < 0, "the macro is in force behind the header");
-#undef EOF
-  EXPECT_FALSE(history.EOF());
 }
 
 }  // namespace

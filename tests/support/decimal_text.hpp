@@ -8,10 +8,11 @@
 
 namespace quorl {
 
-/// Every digit of the binary value: "0.1000000000000000055...", never an exponent.
-inline std::string ExactText(Double value) {
+/// Every digit of the binary value: "0.1000000000000000055...", never an exponent. Fewer decimals
+/// are enough for a value that is a multiple of a small power of one half.
+inline std::string ExactText(Double value, int decimals = 1074) {
   char text[1500];
-  std::snprintf(text, sizeof text, "%.1074f", value);
+  std::snprintf(text, sizeof text, "%.*f", decimals, value);
   return text;
 }
 

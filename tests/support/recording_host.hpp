@@ -9,33 +9,49 @@
 #include <vector>
 
 #include "quorl/runtime/object.hpp"
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/utf.hpp"
-#include "quorl/runtime/variant.hpp"
 #include "tests/support/print.hpp"
 #include "tests/support/raises.hpp"
 
 namespace quorl {
 
-/// "#" and the Number of a failure.
-inline std::string ShownFailure(Int32 number) {
-  return std::string("#").append(std::to_string(number));
-}
-
-/// What `work` gave, shown, or "#" and the Number of the failure that it raised.
+/// What `work` gave, shown, or "" for nothing, or "#" and the Number of the failure that it raised.
 template <class Work>
 std::string Outcome(Work work) {
   try {
-    return Shown(Variant(work()));
+    if constexpr (std::is_void_v<decltype(work())>) {
+      return work(), "";
+    } else {
+      return Shown(Variant(work()));
+    }
   } catch (const RaisedError& error) {
-    return ShownFailure(error.Number());
+    return std::string("#").append(std::to_string(error.Number()));
   }
 }
 
-/// The Number of the failure that `work` raised, 0 if none.
-template <class Work>
-Int32 NumberRaised(Work work) {
-  return FailureOf(work).number;
+/// Counts that a collection may give, and whether the third of its items is looked at: "yes", "no",
+/// or the Number of the failure. In a locale with a decimal comma.
+inline const std::vector<std::pair<Variant, std::string>>& LyingCounts() {
+  using namespace literals;
+  static const std::vector<std::pair<Variant, std::string>> counts{{u"3", "yes"},
+                                                                   {u" 2,6", "yes"},
+                                                                   {3.5, "yes"},
+                                                                   {2.5, "yes"},
+                                                                   {2.5001_cy, "yes"},
+                                                                   {2.4, "no"},
+                                                                   {Empty, "no"},
+                                                                   {true, "no"},
+                                                                   {Int16{-5}, "no"},
+                                                                   {Int32{-32767}, "no"},
+                                                                   {Int32{-32768}, "#6"},
+                                                                   {Int32{32767}, "yes"},
+                                                                   {Int32{32769}, "#6"},
+                                                                   {1e300, "#6"},
+                                                                   {u"three", "#13"},
+                                                                   {Null, "#94"},
+                                                                   {Missing, "#13"},
+                                                                   {Object(), "#13"},
+                                                                   {Array::OfBytes({3}), "#13"}};
+  return counts;
 }
 
 /// One journal may serve several hosts, so that the order among them shows.
@@ -47,7 +63,6 @@ class RecordingHost : public LateBound {
  public:
   using Arguments = std::span<Variant>;
   using Member = std::function<Variant(Arguments)>;
-  using Reaction = std::function<void(const Variant&)>;
 
   explicit RecordingHost(std::string name, Journal* journal = nullptr)
       : name_(std::move(name)), journal_(journal) {}
@@ -59,38 +74,31 @@ class RecordingHost : public LateBound {
     members_[std::move(member)] = std::move(given);
     return *this;
   }
-  RecordingHost& OnPut(String member, Reaction reaction) {
-    reactions_[std::move(member)] = std::move(reaction);
-    return *this;
+  void WithFailure(String member, Int32 number) {
+    WithMember(std::move(member),
+               [number](Arguments) -> Variant { throw RaisedError(number, u"Host", u"No"); });
   }
   void Remove(const String& member) { members_.erase(member); }
 
-  Variant Get(StringView name, Arguments arguments) override {
-    Note(name, arguments, "");
-    return Find(name, arguments)->second(arguments);
-  }
+  Variant Get(StringView name, Arguments arguments) override { return Use(name, arguments, ""); }
   Variant GetByReference(StringView name, Arguments arguments) override {
-    Note(name, arguments, " by reference");
-    return Find(name, arguments)->second(arguments);
+    return Use(name, arguments, " by reference");
   }
+  Variant Call(StringView name, Arguments arguments) override { return Use(name, arguments, "!"); }
   void Put(StringView name, Arguments arguments, const Variant& value) override {
     Note(name, arguments, " = " + Shown(value));
-    const auto member = Find(name, arguments);
-    if (const auto reaction = reactions_.find(member->first); reaction != reactions_.end()) {
-      return reaction->second(value);
-    }
-    member->second = [value](Arguments) { return value; };
-  }
-  Variant Call(StringView name, Arguments arguments) override {
-    Note(name, arguments, "!");
-    return Find(name, arguments)->second(arguments);
+    Find(name, arguments) = [value](Arguments) { return value; };
   }
 
  private:
-  std::map<String, Member>::iterator Find(StringView name, Arguments arguments) {
+  Variant Use(StringView name, Arguments arguments, const char* how) {
+    Note(name, arguments, how);
+    return Find(name, arguments)(arguments);
+  }
+  Member& Find(StringView name, Arguments arguments) {
     const auto found = members_.find(String(name));
     if (found == members_.end()) LateBound::Get(name, arguments);
-    return found;
+    return found->second;
   }
   void Note(StringView name, Arguments arguments, const std::string& end) {
     if (journal_ == nullptr) return;
@@ -104,7 +112,6 @@ class RecordingHost : public LateBound {
   std::string name_;
   Journal* journal_;
   std::map<String, Member> members_;
-  std::map<String, Reaction> reactions_;
 };
 
 }  // namespace quorl
