@@ -51,6 +51,12 @@ std::string AsUtf16(const std::string& text) {
   return bytes;
 }
 
+// The text with its apostrophes made quotes, which are easier to read in a literal.
+std::string Quoted(std::string text) {
+  std::ranges::replace(text, '\'', '"');
+  return text;
+}
+
 RegistryTextValue Value(std::string name, Int32 type, std::string data) {
   return {std::move(name), false, type, std::move(data)};
 }
@@ -150,34 +156,34 @@ TEST(RegistryTextReader, BadFilesNameTheLine) {
        {{4, "[HKCU\\" + std::string(256, 'k') + "]"}, {4, "[HKCU\\a\0b]"s}}},
       {u"un caractère n'existe pas dans le registre (Windows-1252)",
        {{4, "[HKCU\\\u4E2D]"},
-        {4, "\"a\"=\"\U0001F600\""},
-        {4, "\"a\"=\"\xFF\""},
-        {4, "\"a\"=hex(7):00,\\\n4e"}}},
-      {u"la valeur est sous une clé supprimée", {{5, "[-HKCU\\A]\n\"a\"=\"b\""}}},
-      {u"le signe = manque après le nom de la valeur", {{4, "\"a\""}}},
+        {4, "'a'='\U0001F600'"},
+        {4, "'a'='\xFF'"},
+        {4, "'a'=hex(7):00,\\\n4e"}}},
+      {u"la valeur est sous une clé supprimée", {{5, "[-HKCU\\A]\n'a'='b'"}}},
+      {u"le signe = manque après le nom de la valeur", {{4, "'a'"}}},
       {u"le nom de la valeur est trop long ou contient un caractère nul",
-       {{4, "\"" + std::string(16384, 'v') + "\"=\"\""}, {4, "\"\0\"=\"\""s}}},
-      {u"le contenu de la valeur n'est ni un texte, ni dword, ni hex", {{4, "\"a\"=qword:1"}}},
+       {{4, "'" + std::string(16384, 'v') + "'=''"}, {4, "'\0'=''"s}}},
+      {u"le contenu de la valeur n'est ni un texte, ni dword, ni hex", {{4, "'a'=qword:1"}}},
       {u"la fin de la ligne n'a pas de sens",
-       {{4, "\"a\"=--"},
-        {4, "\"a\"=\"b\" c"},
-        {5, "\"a\"=\"b\n\"c\"=\"d\""},
-        {4, "\"a\"=dword:123456789"},
-        {4, "\"a\"=hex:0g"},
-        {6, "\"a\"=hex:00,\\\n  01,\\\n  0x"}}},
-      {u"le texte n'est pas fermé par un guillemet", {{4, "\"a\"=\"b\nc\nd"}, {4, "\"a\"=\"\n\\"}}},
+       {{4, "'a'=--"},
+        {4, "'a'='b' c"},
+        {5, "'a'='b\n'c'='d'"},
+        {4, "'a'=dword:123456789"},
+        {4, "'a'=hex:0g"},
+        {6, "'a'=hex:00,\\\n  01,\\\n  0x"}}},
+      {u"le texte n'est pas fermé par un guillemet", {{4, "'a'='b\nc\nd"}, {4, "'a'='\n\\"}}},
       {u"une barre oblique inverse n'est suivie ni d'une autre ni d'un guillemet",
-       {{4, "\"a\"=\"C:\\temp\""}}},
-      {u"le signe : manque après le type de la valeur", {{4, "\"a\"=dword"}}},
-      {u"le nombre de la valeur manque", {{4, "\"a\"=dword:"}, {4, "\"a\"=dword:-1"}}},
-      {u"le type de la valeur n'est pas un nombre entre parenthèses", {{4, "\"a\"=hex(g):00"}}},
+       {{4, "'a'='C:\\temp'"}}},
+      {u"le signe : manque après le type de la valeur", {{4, "'a'=dword"}}},
+      {u"le nombre de la valeur manque", {{4, "'a'=dword:"}, {4, "'a'=dword:-1"}}},
+      {u"le type de la valeur n'est pas un nombre entre parenthèses", {{4, "'a'=hex(g):00"}}},
       {u"un octet de la valeur manque ou n'est pas hexadécimal",
-       {{4, "\"a\"=hex:00,"}, {5, "\"a\"=hex:00,\\\n\"b\"=\"c\""}, {4, "\"a\"=hex:00,\\"}}},
-      {u"les octets du texte s'arrêtent dans un caractère", {{4, "\"a\"=hex(2):41"}}},
+       {{4, "'a'=hex:00,"}, {5, "'a'=hex:00,\\\n'b'='c'"}, {4, "'a'=hex:00,\\"}}},
+      {u"les octets du texte s'arrêtent dans un caractère", {{4, "'a'=hex(2):41"}}},
   };
   for (const Case& c : cases) {
     for (const auto& [line, body] : c.bodies) {
-      const std::string file = kHeader + "\n[HKEY_CURRENT_USER\\A]\n" + body;
+      const std::string file = kHeader + "\n[HKEY_CURRENT_USER\\A]\n" + Quoted(body);
       ExpectRefused(file, line, c.what);
       ExpectRefused(AsUtf16(file), line, c.what);
     }
@@ -286,7 +292,9 @@ std::string Content() {
   return content;
 }
 
-RegistryText Text(const std::string& body) { return ReadRegistryText(kHeader + body, u"f"); }
+RegistryText Text(const std::string& body) {
+  return ReadRegistryText(kHeader + Quoted(body), u"f");
+}
 
 struct ImportCase {
   std::string before;
@@ -297,25 +305,20 @@ struct ImportCase {
 
 const std::vector<ImportCase>& ImportCases() {
   static const std::vector<ImportCase> cases{
-      {"", "[HKCU\\A\\B]\n\"x\"=\"1\"", "[HKCU\\A\\B]\n\"x\"=\"1\"", true},
-      {"[HKCU\\A]\n\"x\"=\"0\"\n\"y\"=\"0\"", "[HKCU\\a]\n\"X\"=\"1\"\n@=\"2\"\n[HKCU\\C\\D]",
-       "[HKCU\\A]\n\"x\"=\"1\"\n\"y\"=\"0\"\n@=\"2\"\n[HKCU\\C\\D]", true},
-      {"[HKCU\\A]\n\"x\"=\"0\"\n\"y\"=\"0\"", "[HKCU\\A]\n\"X\"=-\n\"z\"=-\n[HKCU\\B]\n\"q\"=-",
-       "[HKCU\\A]\n\"y\"=\"0\"\n[HKCU\\B]"},
-      {"[HKCU\\A\\B]\n\"x\"=\"0\"\n[HKCU\\C]", "[-HKCU\\a]\n[-HKCU\\absent\\key]", "[HKCU\\C]"},
-      {"[HKCU\\A\\B]\n\"x\"=\"0\"", "[-HKCU\\A]\n[HKCU\\A\\B]\n\"y\"=\"1\"",
-       "[HKCU\\A\\B]\n\"y\"=\"1\""},
-      {"[HKCU\\A\\B]\n\"x\"=\"0\"", "[HKCU\\A\\C]\n\"y\"=\"1\"\n[-HKCU\\A\\C]",
-       "[HKCU\\A\\B]\n\"x\"=\"0\""},
-      {"[HKCU\\A]\n\"x\"=\"0\"", "[HKCU\\A]\n\"x\"=\"1\"\n\"x\"=-\n\"y\"=-\n\"y\"=\"1\"",
-       "[HKCU\\A]\n\"y\"=\"1\""},
-      {"[HKCU\\A]\n\"x\"=\"0\"\n[HKCU\\D]\n\"o\"=\"0\"\n[HKLM\\A]\n\"x\"=\"0\"\n[HKLM\\B\\C]\n"
-       "\"v\"=\"0\"",
-       "[HKCU\\A]\n\"x\"=\"1\"\n\"y\"=\"1\"\n[HKLM\\A]\n\"x\"=-\n\"n\"=\"1\"\n[-HKLM\\B]\n"
-       "[HKLM\\B\\D\\E]\n\"v\"=\"1\"\n[HKCR]\n@=\"1\"\n[HKCR\\N\\K]\n[-HKCU\\D]\n[HKCU\\D]\n"
-       "\"n\"=\"1\"",
-       "[HKCR]\n@=\"1\"\n[HKCR\\N\\K]\n[HKCU\\A]\n\"x\"=\"1\"\n\"y\"=\"1\"\n[HKCU\\D]\n"
-       "\"n\"=\"1\"\n[HKLM\\A]\n\"n\"=\"1\"\n[HKLM\\B\\D\\E]\n\"v\"=\"1\""},
+      {"", "[HKCU\\A\\B]\n'x'='1'", "[HKCU\\A\\B]\n'x'='1'", true},
+      {"[HKCU\\A]\n'x'='0'\n'y'='0'", "[HKCU\\a]\n'X'='1'\n@='2'\n[HKCU\\C\\D]",
+       "[HKCU\\A]\n'x'='1'\n'y'='0'\n@='2'\n[HKCU\\C\\D]", true},
+      {"[HKCU\\A]\n'x'='0'\n'y'='0'", "[HKCU\\A]\n'X'=-\n'z'=-\n[HKCU\\B]\n'q'=-",
+       "[HKCU\\A]\n'y'='0'\n[HKCU\\B]"},
+      {"[HKCU\\A\\B]\n'x'='0'\n[HKCU\\C]", "[-HKCU\\a]\n[-HKCU\\absent\\key]", "[HKCU\\C]"},
+      {"[HKCU\\A\\B]\n'x'='0'", "[-HKCU\\A]\n[HKCU\\A\\B]\n'y'='1'", "[HKCU\\A\\B]\n'y'='1'"},
+      {"[HKCU\\A\\B]\n'x'='0'", "[HKCU\\A\\C]\n'y'='1'\n[-HKCU\\A\\C]", "[HKCU\\A\\B]\n'x'='0'"},
+      {"[HKCU\\A]\n'x'='0'", "[HKCU\\A]\n'x'='1'\n'x'=-\n'y'=-\n'y'='1'", "[HKCU\\A]\n'y'='1'"},
+      {"[HKCU\\A]\n'x'='0'\n[HKCU\\D]\n'o'='0'\n[HKLM\\A]\n'x'='0'\n[HKLM\\B\\C]\n'v'='0'",
+       "[HKCU\\A]\n'x'='1'\n'y'='1'\n[HKLM\\A]\n'x'=-\n'n'='1'\n[-HKLM\\B]\n[HKLM\\B\\D\\E]\n'v'='"
+       "1'\n[HKCR]\n@='1'\n[HKCR\\N\\K]\n[-HKCU\\D]\n[HKCU\\D]\n'n'='1'",
+       "[HKCR]\n@='1'\n[HKCR\\N\\K]\n[HKCU\\A]\n'x'='1'\n'y'='1'\n[HKCU\\D]\n'n'='1'\n[HKLM\\A]\n'"
+       "n'='1'\n[HKLM\\B\\D\\E]\n'v'='1'"},
   };
   return cases;
 }
@@ -414,32 +417,26 @@ TEST_F(SettingsTest, WritesReadsCopiesAndDeletes) {
 }
 
 TEST_F(SettingsTest, RefusesWithAReason) {
-  const std::string absent =
-      "settings: Erreur d'accès au registre windows dans la fonction ExportKey(HKEY_CURRENT_USER"
-      "\\A)\n\nLa clé ou la valeur demandée n'existe pas.\r\n\n";
   Expect("set 'HKCU\\B' x 1 dword", 0, "");
-  Expect("get 'HKCU\\A' x", 1, absent);
-  Expect("list 'HKCU\\A'", 1, absent);
-  Expect("get 'HKCU\\B' y", 1, "settings: the key has no value 'y'\n");
-  Expect("delete 'HKCU\\A'", 1, "settings: there is no key 'HKCU\\A'\n");
-  Expect("delete HKCU", 1, "settings: a root key cannot be deleted\n");
-  Expect("set 'HKCU\\B' y 中", 1, "settings: '中' has a character that the registry cannot keep\n");
-  Expect("import " + Path("absent"), 1, "settings: '" + Path("absent") + "' cannot be read\n");
-  Expect("export HKCU " + Path("no/file"), 1,
-         "settings: '" + Path("no/file") + "' cannot be written\n");
-  const std::string hint = "; see settings --help\n";
   EXPECT_EQ(Run("--help").status, 0);
-  Expect("", 2, "settings: which command?" + hint);
-  Expect("show", 2, "settings: there is no command 'show'" + hint);
-  Expect("list", 2, "settings: wrong arguments for 'list'" + hint);
-  Expect("export HKCU - --utf7", 2, "settings: wrong arguments for 'export'" + hint);
-  Expect("list Software", 2,
-         "settings: 'Software' does not begin with a root key such as HKCU" + hint);
-  Expect("set HKCU x 1 word", 2, "settings: the type is sz, dword or binary, not 'word'" + hint);
+  Expect("get 'HKCU\\A' x", 1,
+         "settings: Erreur d'accès au registre windows dans la fonction "
+         "ExportKey(HKEY_CURRENT_USER\\A)\n\nLa clé ou la valeur demandée n'existe pas.\r\n\n");
+  Expect("get 'HKCU\\B' y", 1, "settings: the key has no value 'y'\n");
+  Expect("import " + Path("absent"), 1, "settings: '" + Path("absent") + "' cannot be read\n");
+  Expect("show", 2, "settings: there is no command 'show'; see settings --help\n");
+  for (const std::string failing : {"list 'HKCU\\A'", "delete 'HKCU\\A'", "delete HKCU",
+                                    "set 'HKCU\\B' y 中", "export HKCU /no/file"}) {
+    EXPECT_EQ(Run(failing).status, 1) << failing;
+  }
+  for (const std::string wrong : {"", "list", "export HKCU - --utf7", "list Software",
+                                  "set HKCU x 1 word", "set HKCU x '00 1' binary"}) {
+    EXPECT_EQ(Run(wrong).status, 2) << wrong;
+  }
   for (const std::string number : {"x", "''", "0x", "1 2", "4294967296", "-2147483649", "0x-1"}) {
     EXPECT_EQ(Run("set HKCU x '" + number + "' dword").status, 2) << number;
   }
-  for (const std::string bytes : {"", "0", "0g", "00 1"}) {
+  for (const std::string bytes : {"", "0", "0g"}) {
     EXPECT_EQ(Run("set HKCU x '" + bytes + "' binary").status, 2) << bytes;
   }
   Expect("list HKCU", 0, "HKEY_CURRENT_USER\\B\n");

@@ -20,19 +20,18 @@ inline StoreFolders SimulatedFolders() { return {"/home/u/registry", "/var/regis
 
 class SimulatedFiles final : public FileSystem {
  public:
-  enum class Failing : std::uint8_t { Never, Once, FromThenOn };
-
   SimulatedFiles() = default;
   /// The same disk; nothing open, nothing failing.
   SimulatedFiles(const SimulatedFiles& other) : disk_(other.disk_) {}
 
-  /// The `call`-th call from now on, counted from 0, gives `error`; 0 stands for a write that
-  /// writes half of what it is given.
-  void Fail(Failing failing, std::int64_t call, int error) {
-    failing_ = failing;
-    fail_at_ = calls_ + call;
+  /// The `call`-th call from now on, counted from 0, gives `error`, and with `lasting` every one
+  /// after it; 0 stands for a write that writes half of what it is given.
+  void Fail(std::int64_t call, int error, bool lasting) {
+    first_failing_ = calls_ + call;
+    last_failing_ = lasting ? INT64_MAX : first_failing_;
     error_ = error == 0 ? kHalf : -error;
   }
+  void FailNever() { last_failing_ = -1; }
   std::int64_t Calls() const { return calls_; }
 
   /// From the `change`-th change on nothing reaches the disk any more.
@@ -273,9 +272,7 @@ class SimulatedFiles final : public FileSystem {
   // Counts a call: 0, or the error that it is to give.
   int Called() {
     const std::int64_t call = calls_++;
-    const bool fails = (failing_ == Failing::Once && call == fail_at_) ||
-                       (failing_ == Failing::FromThenOn && call >= fail_at_);
-    return fails ? error_ : 0;
+    return call >= first_failing_ && call <= last_failing_ ? error_ : 0;
   }
   int Changed() { return cut_at_ >= 0 && changes_++ >= cut_at_ ? -EIO : 0; }
   int CalledToChange() {
@@ -295,10 +292,10 @@ class SimulatedFiles final : public FileSystem {
   std::map<int, std::uint64_t> open_;
   int next_descriptor_ = 2;
 
-  Failing failing_ = Failing::Never;
-  std::int64_t fail_at_ = 0;
-  int error_ = 0;
   std::int64_t calls_ = 0;
+  std::int64_t first_failing_ = 0;
+  std::int64_t last_failing_ = -1;
+  int error_ = 0;
   std::int64_t cut_at_ = -1;
   std::int64_t changes_ = 0;
   bool read_only_ = false;
