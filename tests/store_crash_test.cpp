@@ -85,7 +85,7 @@ class PowerLoss : public testing::Test {
     SimulatedFiles files(disk);
     files.CutPowerAt(cut);
     const std::size_t done = DoAll(files, actions);
-    const std::size_t ways = again ? 4 + 4 * files.Unsynced() : 1;
+    const std::size_t ways = again ? 4 + 4 * files.Unsynced() : 4;
     for (std::size_t way = 0; way < ways; ++way, ++states_) {
       SimulatedFiles after = files.AfterPowerLoss(random_);
       PersistentStore store(SimulatedFolders(), after);

@@ -14,6 +14,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "quorl/store/journal_format.hpp"
@@ -571,7 +572,7 @@ TEST(Places, AreMadeByTheFirstChangeWithTheirModes) {
   EXPECT_EQ(made, wanted);
 }
 
-TEST(Places, KeepLinkAndModeWhenTheFileIsRewritten) {
+TEST(Places, KeepLinkOwnerAndModeWhenTheFileIsRewritten) {
   const TemporaryFolder folder;
   const std::string target = folder.Path() + "/elsewhere.journal";
   fs::create_directory(folder.Folders().user);
@@ -585,16 +586,14 @@ TEST(Places, KeepLinkAndModeWhenTheFileIsRewritten) {
   }
   struct stat former {};
   ASSERT_EQ(stat(target.c_str(), &former), 0);
-  for (int i = 0; i < 5; ++i) {
-    ASSERT_EQ(Save(store, kCurrentUser, "A", "v", std::string(40000, static_cast<char>('a' + i))),
-              kDone);
+  for (const char unit : {'a', 'b', 'c', 'd', 'e'}) {
+    ASSERT_EQ(Save(store, kCurrentUser, "A", "v", std::string(40000, unit)), kDone);
   }
   struct stat now {};
   ASSERT_EQ(stat(target.c_str(), &now), 0);
   EXPECT_NE(now.st_ino, former.st_ino) << "the file was not rewritten";
-  EXPECT_EQ(now.st_mode, former.st_mode);
-  EXPECT_EQ(now.st_uid, former.st_uid);
-  EXPECT_EQ(now.st_gid, former.st_gid);
+  EXPECT_EQ(std::tie(now.st_mode, now.st_uid, now.st_gid),
+            std::tie(former.st_mode, former.st_uid, former.st_gid));
   EXPECT_TRUE(fs::is_symlink(folder.UserHive()));
 }
 

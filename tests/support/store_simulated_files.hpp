@@ -2,9 +2,11 @@
 // loss of power in parts; a call can be made to fail, once or from then on.
 #pragma once
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <map>
 #include <string>
 #include <vector>
@@ -60,6 +62,11 @@ class SimulatedFiles final : public FileSystem {
     }
     for (const Naming& naming : disk.unsynced) {
       if (random.Bits() % 2 == 0) Apply(naming, disk.lasting_names);
+    }
+    // What is in a folder that is lost is lost; a folder comes before what is in it.
+    for (auto each = disk.lasting_names.begin(); each != disk.lasting_names.end();) {
+      const bool there = disk.lasting_names.contains(FolderOfPath(each->first));
+      each = there ? std::next(each) : disk.lasting_names.erase(each);
     }
     disk.names = disk.lasting_names;
     disk.unsynced.clear();
