@@ -176,6 +176,12 @@ TEST_F(Sharing, AChangeIsSeenAtTheNextOpening) {
   }
   ASSERT_EQ(first.DeleteTree(kCurrentUser, "A"), kDone);
   EXPECT_EQ(second.SetValue(open.Handle(), "v", 1, "2"), kKeyDeleted);
+  // As is all when the file goes.
+  ASSERT_EQ(Save(second, kCurrentUser, "C", "v", "1"), kDone);
+  const TestKey left(second, kCurrentUser, "C");
+  fs::remove(folder_.UserHive());
+  EXPECT_EQ(ContentOf(second), "[]\n");
+  EXPECT_EQ(second.SetValue(left.Handle(), "v", 1, "2"), kKeyDeleted);
 }
 
 TEST_F(Sharing, GoesOnOnBothSidesOfAFork) {
@@ -250,8 +256,8 @@ std::vector<int> OpenDescriptors() {
 }
 
 TEST_F(Sharing, DescriptorsAreFewAboveTwoAndClosedByExec) {
-  ExpectSuccess(InChild([&] {
-    for (const int file : {0, 1, 2}) close(file);
+  const auto work = [&](bool without_standard_ones) {
+    for (int file = 0; without_standard_ones && file <= 2; ++file) close(file);
     const auto before = OpenDescriptors();
     {
       PersistentStore store(folder_.Folders());
@@ -264,7 +270,8 @@ TEST_F(Sharing, DescriptorsAreFewAboveTwoAndClosedByExec) {
       }
     }
     return OpenDescriptors() == before;
-  }));
+  };
+  for (const bool without : {false, true}) ExpectSuccess(InChild([&] { return work(without); }));
   ExpectWhole(50);
 }
 
