@@ -162,7 +162,7 @@ TEST(RegistryTextReader, BadFilesNameTheLine) {
       {u"la valeur est sous une clé supprimée", {{5, "[-HKCU\\A]\n'a'='b'"}}},
       {u"le signe = manque après le nom de la valeur", {{4, "'a'"}}},
       {u"le nom de la valeur est trop long ou contient un caractère nul",
-       {{4, "'" + std::string(16384, 'v') + "'=''"}, {4, "'\0'=''"s}}},
+       {{4, "'" + std::string(16384, 'v') + "'=''"}, {4, "'\n\0'=''"s}}},
       {u"le contenu de la valeur n'est ni un texte, ni dword, ni hex", {{4, "'a'=qword:1"}}},
       {u"la fin de la ligne n'a pas de sens",
        {{4, "'a'=--"},
