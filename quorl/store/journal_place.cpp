@@ -8,7 +8,6 @@ namespace {
 
 constexpr int kMostLinks = 40;
 constexpr int kMostKeptAside = 10000;
-constexpr unsigned kParentMode = 0700;
 
 int Opened(FileSystem& files, const std::string& path, OpenFor purpose, unsigned mode) {
   int file = files.Open(path, purpose, mode);
@@ -109,7 +108,7 @@ Int32 MakeFolders(FileSystem& files, const std::string& folder, unsigned mode) {
   const std::string above = FolderOf(folder);
   if (found == -ENOENT) {
     if (above == folder) return kFolderNotFound;
-    if (const Int32 status = MakeFolders(files, above, kParentMode); status != kDone) return status;
+    if (const Int32 status = MakeFolders(files, above, mode); status != kDone) return status;
     const int made = files.MakeFolder(folder, mode);
     if (made != 0 && made != -EEXIST) return CodeOfResult(made);
   }

@@ -61,7 +61,8 @@ class FreshFile {
   bool made_ = false;
 };
 
-/// Makes the folder and those above it that are missing, and makes all their names lasting.
+/// Makes the folder and those above it that are missing, all with this mode (a shared folder behind
+/// a private one would be shared with nobody), and makes all their names lasting.
 Int32 MakeFolders(FileSystem& files, const std::string& folder, unsigned mode);
 
 /// Gives the file at `path`, its links followed, a second name that says that it is damaged, with a

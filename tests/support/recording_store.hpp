@@ -32,58 +32,48 @@ class RecordingStore final : public Store {
   Int32 OpenKey(KeyHandle root, std::string_view path, Int32 access,
                 KeyHandle* key) noexcept override {
     *key = 0;
-    const Int32 code = Note("OpenKey");
-    return code != kDone ? code : behind_.OpenKey(root, path, access, key);
+    return Fails("OpenKey") ? code_ : behind_.OpenKey(root, path, access, key);
   }
   Int32 CreateKey(KeyHandle root, std::string_view path, Int32 access, KeyHandle* key,
                   bool* created) noexcept override {
     *key = 0;
-    const Int32 code = Note("CreateKey");
-    return code != kDone ? code : behind_.CreateKey(root, path, access, key, created);
+    return Fails("CreateKey") ? code_ : behind_.CreateKey(root, path, access, key, created);
   }
   Int32 CloseKey(KeyHandle key) noexcept override { return behind_.CloseKey(key); }
   Int32 QueryValue(KeyHandle key, std::string_view name, Int32* type,
                    OutBuffer data) noexcept override {
-    const Int32 code = Note("QueryValue");
-    return code != kDone ? code : behind_.QueryValue(key, name, type, data);
+    return Fails("QueryValue") ? code_ : behind_.QueryValue(key, name, type, data);
   }
   Int32 SetValue(KeyHandle key, std::string_view name, Int32 type,
                  std::string_view data) noexcept override {
-    const Int32 code = Note("SetValue");
-    return code != kDone ? code : behind_.SetValue(key, name, type, data);
+    return Fails("SetValue") ? code_ : behind_.SetValue(key, name, type, data);
   }
   Int32 DeleteValue(KeyHandle key, std::string_view name) noexcept override {
-    const Int32 code = Note("DeleteValue");
-    return code != kDone ? code : behind_.DeleteValue(key, name);
+    return Fails("DeleteValue") ? code_ : behind_.DeleteValue(key, name);
   }
   Int32 EnumValue(KeyHandle key, Int32 index, OutBuffer name, Int32* type,
                   OutBuffer data) noexcept override {
-    const Int32 code = Note("EnumValue");
-    return code != kDone ? code : behind_.EnumValue(key, index, name, type, data);
+    return Fails("EnumValue") ? code_ : behind_.EnumValue(key, index, name, type, data);
   }
   Int32 EnumKey(KeyHandle key, Int32 index, OutBuffer name) noexcept override {
-    const Int32 code = Note("EnumKey");
-    return code != kDone ? code : behind_.EnumKey(key, index, name);
+    return Fails("EnumKey") ? code_ : behind_.EnumKey(key, index, name);
   }
   Int32 QueryInfo(KeyHandle key, KeyInfo* info) noexcept override {
-    const Int32 code = Note("QueryInfo");
-    return code != kDone ? code : behind_.QueryInfo(key, info);
+    return Fails("QueryInfo") ? code_ : behind_.QueryInfo(key, info);
   }
   Int32 CopyTree(KeyHandle root, std::string_view source, KeyHandle destination) noexcept override {
-    const Int32 code = Note("CopyTree");
-    return code != kDone ? code : behind_.CopyTree(root, source, destination);
+    return Fails("CopyTree") ? code_ : behind_.CopyTree(root, source, destination);
   }
   Int32 DeleteTree(KeyHandle root, std::string_view path) noexcept override {
-    const Int32 code = Note("DeleteTree");
-    return code != kDone ? code : behind_.DeleteTree(root, path);
+    return Fails("DeleteTree") ? code_ : behind_.DeleteTree(root, path);
   }
   Int32 OpenKeyCount() const noexcept override { return behind_.OpenKeyCount(); }
 
  private:
-  Int32 Note(const char* call) noexcept {
+  bool Fails(const char* call) noexcept {
+    const std::size_t place = calls_.size();
     calls_.emplace_back(call);
-    const std::size_t place = calls_.size() - 1;
-    return place >= first_ && place <= last_ ? code_ : Int32{kDone};
+    return code_ != kDone && place >= first_ && place <= last_;
   }
 
   Store& behind_;

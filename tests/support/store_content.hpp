@@ -71,19 +71,18 @@ inline std::string ValuesText(Store& store, KeyHandle key) {
   KeyInfo info;
   store.QueryInfo(key, &info);
   std::string text;
-  std::string name(static_cast<std::size_t>(info.longest_value_name) + 1, '\0');
-  std::string data(static_cast<std::size_t>(info.longest_data), '\0');
   for (Int32 i = 0; i < info.values; ++i) {
-    Int32 name_size = static_cast<Int32>(name.size());
+    Int32 name_size = info.longest_value_name + 1;
     Int32 data_size = info.longest_data;
     Int32 type = 0;
+    std::string name(static_cast<std::size_t>(name_size), '\0');
+    std::string data(static_cast<std::size_t>(data_size), '\0');
     const Int32 code =
         store.EnumValue(key, i, {name.data(), &name_size}, &type, {data.data(), &data_size});
-    text += code != kDone ? "  code " + std::to_string(code)
-                          : "  " + name.substr(0, static_cast<std::size_t>(name_size)) + " = " +
-                                std::to_string(type) + ":" +
-                                data.substr(0, static_cast<std::size_t>(data_size));
-    text += '\n';
+    name.resize(static_cast<std::size_t>(name_size));
+    data.resize(static_cast<std::size_t>(data_size));
+    text += code != kDone ? "  code " + std::to_string(code) + '\n'
+                          : "  " + name + " = " + std::to_string(type) + ":" + data + '\n';
   }
   return text;
 }
@@ -109,8 +108,7 @@ inline std::string ContentOf(Store& store, KeyHandle root = kCurrentUser) {
 
 /// One change to a store.
 struct Action {
-  enum class Kind { Create, Set, Unset, Delete, Copy, Replace };
-  Kind kind = Kind::Set;
+  ChangeKind kind = ChangeKind::SetValue;
   std::string path;
   std::string name{};  ///< Of a value; of a copy or replacement, the destination.
   std::string data{};
@@ -118,34 +116,22 @@ struct Action {
 };
 
 inline Int32 Do(Store& store, const Action& action) {
+  using enum ChangeKind;
+  if (action.kind == DeleteKey) return store.DeleteTree(kCurrentUser, action.path);
+  const bool copies = action.kind == Merge || action.kind == Replace;
+  const std::string& path = copies ? action.name : action.path;
   KeyHandle key = 0;
-  Int32 code = kDone;
-  switch (action.kind) {
-    case Action::Kind::Create:
-      code = store.CreateKey(kCurrentUser, action.path, kAllAccess, &key, nullptr);
-      break;
-    case Action::Kind::Set:
-      code = store.OpenKey(kCurrentUser, action.path, kSetValues, &key);
-      if (code == kDone) code = store.SetValue(key, action.name, action.type, action.data);
-      break;
-    case Action::Kind::Unset:
-      code = store.OpenKey(kCurrentUser, action.path, kSetValues, &key);
-      if (code == kDone) code = store.DeleteValue(key, action.name);
-      break;
-    case Action::Kind::Delete:
-      return store.DeleteTree(kCurrentUser, action.path);
-    case Action::Kind::Copy:
-      code = store.OpenKey(kCurrentUser, action.name, kAllAccess, &key);
-      if (code == kDone) code = store.CopyTree(kCurrentUser, action.path, key);
-      break;
-    case Action::Kind::Replace:
-      code = store.OpenKey(kCurrentUser, action.name, kAllAccess, &key);
-      if (code == kDone) {
-        code = static_cast<HiveStore&>(store).ReplaceTree(kCurrentUser, action.path, key);
-      }
-      break;
+  Int32 code = action.kind == CreateKey
+                   ? store.CreateKey(kCurrentUser, path, kAllAccess, &key, nullptr)
+                   : store.OpenKey(kCurrentUser, path, kAllAccess, &key);
+  if (code != kDone) return code;
+  if (action.kind == SetValue) code = store.SetValue(key, action.name, action.type, action.data);
+  if (action.kind == DeleteValue) code = store.DeleteValue(key, action.name);
+  if (action.kind == Merge) code = store.CopyTree(kCurrentUser, action.path, key);
+  if (action.kind == Replace) {
+    code = static_cast<HiveStore&>(store).ReplaceTree(kCurrentUser, action.path, key);
   }
-  if (key != 0) store.CloseKey(key);
+  store.CloseKey(key);
   return code;
 }
 

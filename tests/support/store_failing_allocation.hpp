@@ -12,30 +12,25 @@ namespace quorl {
 class FailingAllocation {
  public:
   FailingAllocation(std::int64_t place, bool from_then_on) {
-    left_ = place;
-    lasting_ = from_then_on;
-    armed_ = true;
+    first_ = made_ + place;
+    end_ = from_then_on ? INT64_MAX : first_ + 1;
   }
-  FailingAllocation(const FailingAllocation&) = delete;
-  FailingAllocation& operator=(const FailingAllocation&) = delete;
-  ~FailingAllocation() { armed_ = false; }
+  ~FailingAllocation() { end_ = 0; }
 
   /// Whether an allocation has failed.
-  static bool Met() { return left_ < 0; }
+  static bool Met() { return made_ > first_; }
 
   static void* Allocate(std::size_t size) {
-    if (armed_ && (lasting_ ? left_ < 0 || left_-- == 0 : left_-- == 0)) {
-      if (lasting_) left_ = -1;
-      throw std::bad_alloc();
-    }
+    const std::int64_t number = made_++;
+    if (number >= first_ && number < end_) throw std::bad_alloc();
     if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
     throw std::bad_alloc();
   }
 
  private:
-  static inline bool armed_ = false;
-  static inline bool lasting_ = false;
-  static inline std::int64_t left_ = 0;
+  static inline std::int64_t made_ = 0;
+  static inline std::int64_t first_ = 0;
+  static inline std::int64_t end_ = 0;
 };
 
 }  // namespace quorl

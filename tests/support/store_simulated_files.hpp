@@ -2,11 +2,12 @@
 // loss of power in parts; a call can be made to fail, once or from then on.
 #pragma once
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -21,30 +22,21 @@ inline StoreFolders SimulatedFolders() { return {"/home/u/registry", "/var/regis
 
 class SimulatedFiles final : public FileSystem {
  public:
-  enum class Failing : std::uint8_t { Never, Once, FromThenOn };
-
-  SimulatedFiles() : folders_{"/", "/home", "/home/u", "/var"}, lasting_folders_(folders_) {}
+  SimulatedFiles() = default;
   /// The same disk; nothing open, nothing failing.
-  SimulatedFiles(const SimulatedFiles& other)
-      : files_(other.files_),
-        names_(other.names_),
-        lasting_names_(other.lasting_names_),
-        folders_(other.folders_),
-        lasting_folders_(other.lasting_folders_),
-        unsynced_names_(other.unsynced_names_),
-        next_inode_(other.next_inode_),
-        boot_(other.boot_) {}
+  SimulatedFiles(const SimulatedFiles& other) : disk_(other.disk_) {}
 
-  /// The `call`-th call from now on, counted from 0, gives `error`; 0 stands for a write that
-  /// writes half of what it is given.
-  void Fail(Failing failing, std::int64_t call, int error) {
-    failing_ = failing;
-    fail_at_ = calls_ + call;
-    error_ = error;
+  /// The `call`-th call from now on, counted from 0, gives `error`, and with `lasting` every one
+  /// after it; 0 stands for a write that writes half of what it is given.
+  void Fail(std::int64_t call, int error, bool lasting) {
+    first_failing_ = calls_ + call;
+    last_failing_ = lasting ? INT64_MAX : first_failing_;
+    error_ = error == 0 ? kHalf : -error;
   }
+  void FailNever() { last_failing_ = -1; }
   std::int64_t Calls() const { return calls_; }
 
-  /// From the `call`-th change on nothing reaches the disk any more.
+  /// From the `change`-th change on nothing reaches the disk any more.
   void CutPowerAt(std::int64_t change) { cut_at_ = change; }
   std::int64_t Changes() const { return changes_; }
 
@@ -53,8 +45,8 @@ class SimulatedFiles final : public FileSystem {
 
   /// How many changes are not synced: in each way to lose a part of them the disk is another.
   std::size_t Unsynced() const {
-    std::size_t count = unsynced_names_.size();
-    for (const auto& [inode, file] : files_) count += file.unsynced.size();
+    std::size_t count = disk_.unsynced.size();
+    for (const auto& [inode, file] : disk_.files) count += file.unsynced.size();
     return count;
   }
 
@@ -62,44 +54,46 @@ class SimulatedFiles final : public FileSystem {
   /// change is there or not by the draws; a write may be there in some of its sectors alone.
   SimulatedFiles AfterPowerLoss(Random& random) const {
     SimulatedFiles after(*this);
-    for (auto& [inode, file] : after.files_) {
-      std::string content = file.lasting;
-      for (const Write& write : file.unsynced) ApplyPart(write, random, content);
-      file = {.content = content, .lasting = content, .unsynced = {}, .mode = file.mode};
+    Disk& disk = after.disk_;
+    for (auto& [inode, file] : disk.files) {
+      for (const Write& write : file.unsynced) ApplyPart(write, random, file.lasting);
+      file.content = file.lasting;
+      file.unsynced.clear();
     }
-    after.names_ = after.lasting_names_;
-    after.folders_ = after.lasting_folders_;
-    for (const Naming& naming : after.unsynced_names_) {
-      if (random.Bits() % 2 == 0) after.Apply(naming, after.names_, after.folders_);
+    for (const Naming& naming : disk.unsynced) {
+      if (random.Bits() % 2 == 0) Apply(naming, disk.lasting_names);
     }
-    after.lasting_names_ = after.names_;
-    after.lasting_folders_ = after.folders_;
-    after.unsynced_names_.clear();
-    ++after.boot_;
+    // What is in a folder that is lost is lost; a folder comes before what is in it.
+    for (auto each = disk.lasting_names.begin(); each != disk.lasting_names.end();) {
+      const bool there = disk.lasting_names.contains(FolderOfPath(each->first));
+      each = there ? std::next(each) : disk.lasting_names.erase(each);
+    }
+    disk.names = disk.lasting_names;
+    disk.unsynced.clear();
+    ++disk.boot;
     return after;
   }
 
   /// The bytes of a file, for a test to look at and to damage.
-  std::string& Bytes(const std::string& path) { return files_.at(names_.at(path)).content; }
-  bool Exists(const std::string& path) const { return names_.contains(path); }
-  std::size_t OpenCount() const { return open_.size(); }
+  std::string& Bytes(const std::string& path) {
+    return disk_.files.at(disk_.names.at(path)).content;
+  }
 
   int Open(const std::string& path, OpenFor purpose, unsigned mode) override {
     if (const int error = Called()) return error;
     if (read_only_ && purpose != OpenFor::Reading) return -EACCES;
-    if (!names_.contains(path)) {
-      if (purpose != OpenFor::Creating) return -ENOENT;
-      if (!folders_.contains(FolderOfPath(path))) return -ENOENT;
-      if (const int error = Changed()) return error;
-      files_[++next_inode_].mode = mode;
-      Rename({.to = path, .inode = next_inode_});
+    if (!disk_.names.contains(path)) {
+      const bool makes = purpose == OpenFor::Creating && disk_.names.contains(FolderOfPath(path));
+      if (const int error = makes ? Changed() : -ENOENT) return error;
+      disk_.files[++disk_.last_inode].mode = mode;
+      Rename({.to = path, .inode = disk_.last_inode});
     }
-    open_[++next_descriptor_] = names_.at(path);
+    open_[++next_descriptor_] = disk_.names.at(path);
     return next_descriptor_;
   }
 
   void Close(int file) noexcept override {
-    for (auto& [inode, each] : files_) {
+    for (auto& [inode, each] : disk_.files) {
       if (each.locked_by == file) each.locked_by = 0;
     }
     open_.erase(file);
@@ -119,17 +113,13 @@ class SimulatedFiles final : public FileSystem {
     if (error == kHalf) size = (size + 1) / 2;
     if (error < 0 && error != kHalf) return error;
     if (const int cut = Changed()) return cut;
-    const Write write{offset, std::string(static_cast<const char*>(bytes), size), false};
-    FileOf(file).unsynced.push_back(write);
-    ApplyWhole(write, FileOf(file).content);
+    Made(file, {offset, std::string(static_cast<const char*>(bytes), size)});
     return static_cast<std::int64_t>(size);
   }
 
   int Truncate(int file, std::uint64_t size) override {
     if (const int error = CalledToChange()) return error;
-    FileOf(file).unsynced.push_back({size, {}, true});
-    FileOf(file).content.resize(static_cast<std::size_t>(size));
-    return 0;
+    return Made(file, {size, {}, true}), 0;
   }
 
   int Sync(int file) override {
@@ -141,12 +131,8 @@ class SimulatedFiles final : public FileSystem {
 
   int Describe(const std::string& path, FileInfo& info) override {
     if (const int error = Called()) return error;
-    if (folders_.contains(path)) {
-      info = {.device = 1, .inode = 0, .regular = false};
-      return 0;
-    }
-    const auto found = names_.find(path);
-    if (found == names_.end()) return -ENOENT;
+    const auto found = disk_.names.find(path);
+    if (found == disk_.names.end()) return -ENOENT;
     info = InfoOf(found->second);
     return 0;
   }
@@ -175,15 +161,15 @@ class SimulatedFiles final : public FileSystem {
 
   int Rename(const std::string& from, const std::string& to) override {
     if (const int error = CalledToChange()) return error;
-    if (!names_.contains(from)) return -ENOENT;
-    Rename({.from = from, .to = to, .inode = names_.at(from)});
+    if (!disk_.names.contains(from)) return -ENOENT;
+    Rename({.from = from, .to = to, .inode = disk_.names.at(from)});
     return 0;
   }
 
   int Link(const std::string& from, const std::string& to) override {
     if (const int error = CalledToChange()) return error;
-    if (names_.contains(to)) return -EEXIST;
-    Rename({.to = to, .inode = names_.at(from)});
+    if (disk_.names.contains(to)) return -EEXIST;
+    Rename({.to = to, .inode = disk_.names.at(from)});
     return 0;
   }
 
@@ -195,16 +181,16 @@ class SimulatedFiles final : public FileSystem {
 
   int MakeFolder(const std::string& path, unsigned) override {
     if (const int error = CalledToChange()) return error;
-    if (folders_.contains(path)) return -EEXIST;
-    Rename({.to = path, .folder = true});
+    if (disk_.names.contains(path)) return -EEXIST;
+    Rename({.to = path});
     return 0;
   }
 
   int SyncFolder(const std::string& path) override {
     if (const int error = CalledToChange()) return error;
-    std::erase_if(unsynced_names_, [&](const Naming& naming) {
+    std::erase_if(disk_.unsynced, [&](const Naming& naming) {
       const bool here = FolderOfPath(naming.to.empty() ? naming.from : naming.to) == path;
-      if (here) Apply(naming, lasting_names_, lasting_folders_);
+      if (here) Apply(naming, disk_.lasting_names);
       return here;
     });
     return 0;
@@ -212,13 +198,13 @@ class SimulatedFiles final : public FileSystem {
 
   int ReadLink(const std::string& path, std::string&) override {
     if (const int error = Called()) return error;
-    return names_.contains(path) ? -EINVAL : -ENOENT;
+    return disk_.names.contains(path) ? -EINVAL : -ENOENT;
   }
 
-  std::uint64_t BootNumber() override { return boot_; }
+  std::uint64_t BootNumber() override { return disk_.boot; }
 
  private:
-  static constexpr int kHalf = INT32_MIN;
+  static constexpr int kHalf = -100000;  // No errno.
   static constexpr std::size_t kSector = 512;
 
   struct Write {
@@ -237,8 +223,16 @@ class SimulatedFiles final : public FileSystem {
   struct Naming {
     std::string from{};
     std::string to{};
-    std::uint64_t inode = 0;
-    bool folder = false;
+    std::uint64_t inode = 0;  // 0 is any folder.
+  };
+  using Names = std::map<std::string, std::uint64_t>;
+  struct Disk {
+    std::map<std::uint64_t, File> files;
+    Names names{{"/", 0}, {"/home", 0}, {"/home/u", 0}, {"/var", 0}};
+    Names lasting_names = names;
+    std::vector<Naming> unsynced;
+    std::uint64_t last_inode = 0;
+    std::uint64_t boot = 1;
   };
 
   static std::string FolderOfPath(const std::string& path) {
@@ -268,60 +262,47 @@ class SimulatedFiles final : public FileSystem {
     }
   }
 
-  static void Apply(const Naming& naming, std::map<std::string, std::uint64_t>& names,
-                    std::set<std::string>& folders) {
+  static void Apply(const Naming& naming, Names& names) {
     names.erase(naming.from);
-    if (naming.folder) {
-      folders.insert(naming.to);
-    } else if (!naming.to.empty()) {
-      names[naming.to] = naming.inode;
-    }
+    if (!naming.to.empty()) names[naming.to] = naming.inode;
   }
 
   void Rename(const Naming& naming) {
-    Apply(naming, names_, folders_);
-    unsynced_names_.push_back(naming);
+    Apply(naming, disk_.names);
+    disk_.unsynced.push_back(naming);
+  }
+  void Made(int file, const Write& write) {
+    ApplyWhole(write, FileOf(file).content);
+    FileOf(file).unsynced.push_back(write);
   }
 
   // Counts a call: 0, or the error that it is to give.
   int Called() {
     const std::int64_t call = calls_++;
-    const bool fails = (failing_ == Failing::Once && call == fail_at_) ||
-                       (failing_ == Failing::FromThenOn && call >= fail_at_);
-    if (!fails) return 0;
-    return error_ == 0 ? kHalf : -error_;
+    return call >= first_failing_ && call <= last_failing_ ? error_ : 0;
   }
   int Changed() { return cut_at_ >= 0 && changes_++ >= cut_at_ ? -EIO : 0; }
   int CalledToChange() {
     const int error = Called();
-    return error == kHalf ? -EIO : error != 0 ? error : Changed();
+    return error != 0 ? error : Changed();
   }
 
-  File& FileOf(int file) { return files_.at(open_.at(file)); }
+  File& FileOf(int file) { return disk_.files.at(open_.at(file)); }
   FileInfo InfoOf(std::uint64_t inode) const {
-    const File& file = files_.at(inode);
-    return {.device = 1,
-            .inode = inode,
-            .size = file.content.size(),
-            .mode = file.mode,
-            .regular = true};
+    FileInfo info{.device = 1, .inode = inode, .regular = inode != 0};
+    if (info.regular) info.size = disk_.files.at(inode).content.size();
+    if (info.regular) info.mode = disk_.files.at(inode).mode;
+    return info;
   }
 
-  std::map<std::uint64_t, File> files_;
-  std::map<std::string, std::uint64_t> names_;
-  std::map<std::string, std::uint64_t> lasting_names_;
-  std::set<std::string> folders_;
-  std::set<std::string> lasting_folders_;
-  std::vector<Naming> unsynced_names_;
+  Disk disk_;
   std::map<int, std::uint64_t> open_;
-  std::uint64_t next_inode_ = 0;
-  std::uint64_t boot_ = 1;
   int next_descriptor_ = 2;
 
-  Failing failing_ = Failing::Never;
-  std::int64_t fail_at_ = 0;
-  int error_ = 0;
   std::int64_t calls_ = 0;
+  std::int64_t first_failing_ = 0;
+  std::int64_t last_failing_ = -1;
+  int error_ = 0;
   std::int64_t cut_at_ = -1;
   std::int64_t changes_ = 0;
   bool read_only_ = false;
