@@ -17,6 +17,10 @@
 namespace {
 // How many allocations are still granted; negative for all of them.
 long granted = -1;
+struct Granted {
+  explicit Granted(long count) { granted = count; }
+  ~Granted() { granted = -1; }
+};
 }  // namespace
 
 // Not inlined, so that the compiler sees a pair of `new` and `delete` at every use.
@@ -45,40 +49,29 @@ TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
     std::function<void()> work;
     Int32 in_the_end = 0;  // the failure that stays once there is memory
   };
-  const Case cases[] = {
-      {"text", [&] { ToString(longest); }},
-      {"number", [] { ToString(Variant(-1.2345678901234567e-7)); }},
-      {"date", [] { ToString(Variant(Date(-1.25))); }},
-      {"dotted", [] { DottedNumber(Variant(0.123456789)); }},
-      {"format", [] { FormatNumber(Variant(1e300), u"#,##0.00"); }},
-      {"truth", [&] { ToBoolean(longest); }, 13},
-      {"copy", [&] { ConvertTo(longest, VariantType::kString); }},
-      {"join",
-       [&] {
-         String joined;
-         AppendText(joined, longest);
-       }},
-      {"lower", [&] { LowerCase(StringView(text)); }},
-      {"to UTF-8", [&] { Utf8(text); }},
-      {"to UTF-16", [&] { Utf16(bytes); }},
-      {"element", [&] { texts.Get({1}); }},
-      {"array",
-       [] {
-         Array(VariantType::kString, {{0, 10}});
-       }},
-      {"failure", [] { Raise(FailureNumber::kTypeMismatch); }, 13},
-      {"write", [&] { array.Set({0}, 5); }},
-  };
-  for (const Case& c : cases) {
+  for (const Case& c : {
+           Case{"text", [&] { ToString(longest); }},
+           {"number", [] { ToString(-1.2345678901234567e-7); }},
+           {"date", [] { ToString(Date(-1.25)); }},
+           {"dotted", [] { DottedNumber(0.123456789); }},
+           {"format", [] { FormatNumber(1e300, u"#,##0.00"); }},
+           {"truth", [&] { ToBoolean(longest); }, 13},
+           {"copy", [&] { ConvertTo(longest, VariantType::kString); }},
+           {"join", [&, joined = String()]() mutable { AppendText(joined, longest); }},
+           {"lower", [&] { LowerCase(StringView(text)); }},
+           {"to UTF-8", [&] { Utf8(text); }},
+           {"to UTF-16", [&] { Utf16(bytes); }},
+           {"element", [&] { texts.Get({1}); }},
+           {"array", [] { Array::WithBounds(VariantType::kString, 0, 9); }},
+           {"failure", [] { Raise(FailureNumber::kTypeMismatch); }, 13},
+           {"write", [&] { array.Set({0}, 5); }},
+       }) {
     Failure failure = RuntimeFailure(7);
     for (long most = 0; failure == RuntimeFailure(7); ++most) {
       ASSERT_LT(most, 100) << c.name;
       ASSERT_EQ(array, texts) << c.name;
       failure = FailureOf([&] {
-        granted = most;
-        struct Restore {
-          ~Restore() { granted = -1; }
-        } const restore;
+        const Granted grant(most);
         c.work();
       });
     }
