@@ -2,37 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdlib>
 #include <functional>
-#include <new>
-#include <string>
 
-#include "quorl/runtime/arithmetic.hpp"
 #include "quorl/runtime/concatenate.hpp"
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "tests/support/raises.hpp"
-
-namespace {
-// How many allocations are still granted; negative for all of them.
-long granted = -1;
-struct Granted {
-  explicit Granted(long count) { granted = count; }
-  ~Granted() { granted = -1; }
-};
-}  // namespace
-
-// Not inlined, so that the compiler sees a pair of `new` and `delete` at every use.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  if (granted == 0) throw std::bad_alloc();
-  if (granted > 0) --granted;
-  void* const memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+#include "tests/support/store_failing_allocation.hpp"
 
 namespace quorl {
 namespace {
@@ -67,11 +44,11 @@ TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
            {"write", [&] { array.Set({0}, 5); }},
        }) {
     Failure failure = RuntimeFailure(7);
-    for (long most = 0; failure == RuntimeFailure(7); ++most) {
+    for (std::int64_t most = 0; failure == RuntimeFailure(7); ++most) {
       ASSERT_LT(most, 100) << c.name;
       ASSERT_EQ(array, texts) << c.name;
       failure = FailureOf([&] {
-        const Granted grant(most);
+        const FailingAllocation failing(most, true);
         c.work();
       });
     }
@@ -79,14 +56,12 @@ TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
   }
   // Reading and comparing numbers needs no memory at all, however long the text.
   const Variant digits = String(5000, u'7') + u"E-4990";
-  granted = 0;
-  const Double read = ToDouble(digits);
-  const Currency amount = ToCurrency(digits);
-  const Double large = ToDouble(Currency::Highest());
-  granted = -1;
-  EXPECT_EQ(read, 7777777777.7777777);
-  EXPECT_EQ(amount.TenThousandths(), 77777777777778);
-  EXPECT_EQ(large, 922337203685477.5807);
+  std::array<Double, 3> read{};
+  {
+    const FailingAllocation failing(0, true);
+    read = {ToDouble(digits), ToDouble(ToCurrency(digits)), ToDouble(Currency::Highest())};
+  }
+  EXPECT_EQ(read, (std::array{7777777777.7777777, 7777777777.7778, 922337203685477.5807}));
 }
 
 }  // namespace
