@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <limits>
 #include <stdexcept>
@@ -68,9 +69,7 @@ TEST(Variant, CanBeAssignedFromWhatItHolds) {
       Variant value = std::move(array);
       Variant& element = value.If<Array>()->WritableElements()[0];
       by_move ? value = std::move(element) : value = std::as_const(element);
-      EXPECT_EQ(value, held);
-      const Variant& same = value;
-      value = same;
+      value = std::as_const(value);
       EXPECT_EQ(value, held);
     }
   }
@@ -94,7 +93,7 @@ TEST(Array, CopiesAreIndependentAtEveryDepth) {
   const Array copy = bytes;
   bytes.WritableBytes()[1] = 9;
   EXPECT_EQ(copy, Array::OfBytes({1, 2, 3}));
-  EXPECT_EQ(bytes, Array::OfBytes({1, 9, 3}));
+  EXPECT_EQ(bytes.Get({1}), Variant(Byte{9}));
 }
 
 TEST(Array, LeftmostSubscriptRunsFastestWithinTheBounds) {
@@ -165,7 +164,7 @@ class Form : public LateBound, public std::enable_shared_from_this<Form> {
  public:
   Variant Get(StringView name, std::span<Variant> arguments) override {
     if (name == u"Left") return left_;
-    if (name == u"Tag") return ToInt32(arguments[0]) * 2;
+    if (name == u"Tag") return arguments[0];
     if (name.empty() && left_ != Variant(0)) return Object(shared_from_this());
     if (name.empty() || name == u"Broken") throw RaisedError(438, u"Host", u"Hors service");
     return LateBound::Get(name, arguments);
@@ -186,15 +185,13 @@ class Form : public LateBound, public std::enable_shared_from_this<Form> {
 
 TEST(Object, ReachesMembersByName) {
   const Object form = MakeObject<Form>();
-  const Object again = form;
-  again.Put(u"Left", {}, 120);
+  Object(form).Put(u"Left", {}, 120);
   EXPECT_EQ(form.Get(u"Left"), Variant(120));
   std::array<Variant, 2> arguments{21, u"b"};
-  EXPECT_EQ(form.Get(u"Tag", arguments), Variant(42));
+  EXPECT_EQ(form.Get(u"Tag", arguments), Variant(21));
   EXPECT_EQ(form.Call(u"Swap", arguments), Variant());
   EXPECT_EQ(arguments[1], Variant(21));
-  EXPECT_TRUE(form == again && form != MakeObject<Form>());
-
+  EXPECT_TRUE(form == Object(form) && form != MakeObject<Form>());
   for (const auto& [object, number] : {std::pair(form, 438), {Object(), 91}}) {
     const auto& target = object;
     EXPECT_RAISES(target.Get(u"Right"), RuntimeFailure(number));
@@ -213,18 +210,15 @@ TEST(Object, ReachesMembersByName) {
 TEST(RaisedError, CarriesItsRecordThroughCopiesAndMoves) {
   RaisedError error(5000, u"Quorl.Math", u"Décimales");
   const RaisedError moved = std::move(error);
+  EXPECT_EQ(error.Number(), 5000);  // NOLINT: a RaisedError stays whole when it is moved from
   error = RaisedError(6, u"", u"");
   EXPECT_STREQ(moved.what(), "Quorl.Math (5000): Décimales");
-  EXPECT_EQ(moved.Description(), u"Décimales");
-  const RaisedError left = std::move(error);
-  EXPECT_EQ(error.Number(), 6);  // NOLINT: a RaisedError stays whole when it is moved from
-  for (const Int32 number : {5, 6, 7, 9, 11, 13, 91, 94, 424, 438}) {
-    const auto known = static_cast<FailureNumber>(number);
-    EXPECT_RAISES(Raise(known), RuntimeFailure(number));
-    EXPECT_TRUE(DescriptionOf(known).ends_with(u'.')) << number;
-  }
-  for (const Int32 number : {kLowest, 12, kHighest}) {
-    EXPECT_TRUE(DescriptionOf(static_cast<FailureNumber>(number)).empty()) << number;
+  for (Int32 number = -1; number < 500; ++number) {
+    const auto known = std::ranges::count(std::array{5, 6, 7, 9, 11, 13, 91, 94, 424, 438}, number);
+    const StringView description = DescriptionOf(static_cast<FailureNumber>(number));
+    EXPECT_EQ(std::ranges::count(description, u'.'), known) << number;
+    if (known == 0) continue;
+    EXPECT_RAISES(Raise(FailureNumber{number}), RuntimeFailure(number));
   }
   EXPECT_RAISES(WithinMemory([] { throw std::length_error(""); }), RuntimeFailure(7));
 }
