@@ -109,6 +109,7 @@ TEST(Array, LeftmostSubscriptRunsFastestWithinTheBounds) {
   std::string order;
   for (const Variant& element : array.Elements()) order += Shown(element) + ' ';
   EXPECT_EQ(order, "Int16 9 Int16 10 Int16 11 Int16 10 Int16 11 Int16 12 ");
+  EXPECT_NE(Array(kInt16, {{0, 3}}), Array(kInt16, {{1, 3}}));
   EXPECT_EQ(array.LowerBound(0), -1);
   EXPECT_EQ(array.UpperBound(1), 11);
 }
