@@ -128,8 +128,9 @@ TEST(Arithmetic, EdgesOfProductsAndQuotients) {
     const std::size_t sign = operation.find_first_of(u"*/");
     const Variant left = Read(StringView(operation).substr(0, sign));
     const Variant right = Read(StringView(operation).substr(sign + 1));
+    const bool product = operation[sign] == u'*';
     const auto operate = [&] {
-      return Written(operation[sign] == u'*' ? Multiply(left, right) : Divide(left, right));
+      return Written(product ? Multiply(left, right) : Divide(left, right));
     };
     EXPECT_EQ(ResultOf(operate), expected) << Shown(operation);
   }
