@@ -2,33 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdlib>
 #include <functional>
-#include <new>
-#include <string>
 
-#include "quorl/runtime/arithmetic.hpp"
 #include "quorl/runtime/concatenate.hpp"
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "tests/support/raises.hpp"
-
-namespace {
-// How many allocations are still granted; negative for all of them.
-long granted = -1;
-}  // namespace
-
-// Not inlined, so that the compiler sees a pair of `new` and `delete` at every use.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  if (granted == 0) throw std::bad_alloc();
-  if (granted > 0) --granted;
-  void* const memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+#include "tests/support/store_failing_allocation.hpp"
 
 namespace quorl {
 namespace {
@@ -45,40 +26,29 @@ TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
     std::function<void()> work;
     Int32 in_the_end = 0;  // the failure that stays once there is memory
   };
-  const Case cases[] = {
-      {"text", [&] { ToString(longest); }},
-      {"number", [] { ToString(Variant(-1.2345678901234567e-7)); }},
-      {"date", [] { ToString(Variant(Date(-1.25))); }},
-      {"dotted", [] { DottedNumber(Variant(0.123456789)); }},
-      {"format", [] { FormatNumber(Variant(1e300), u"#,##0.00"); }},
-      {"truth", [&] { ToBoolean(longest); }, 13},
-      {"copy", [&] { ConvertTo(longest, VariantType::kString); }},
-      {"join",
-       [&] {
-         String joined;
-         AppendText(joined, longest);
-       }},
-      {"lower", [&] { LowerCase(StringView(text)); }},
-      {"to UTF-8", [&] { Utf8(text); }},
-      {"to UTF-16", [&] { Utf16(bytes); }},
-      {"element", [&] { texts.Get({1}); }},
-      {"array",
-       [] {
-         Array(VariantType::kString, {{0, 10}});
-       }},
-      {"failure", [] { Raise(FailureNumber::kTypeMismatch); }, 13},
-      {"write", [&] { array.Set({0}, 5); }},
-  };
-  for (const Case& c : cases) {
+  for (const Case& c : {
+           Case{"text", [&] { ToString(longest); }},
+           {"number", [] { ToString(-1.2345678901234567e-7); }},
+           {"date", [] { ToString(Date(-1.25)); }},
+           {"dotted", [] { DottedNumber(0.123456789); }},
+           {"format", [] { FormatNumber(1e300, u"#,##0.00"); }},
+           {"truth", [&] { ToBoolean(longest); }, 13},
+           {"copy", [&] { ConvertTo(longest, VariantType::kString); }},
+           {"join", [&, joined = String()]() mutable { AppendText(joined, longest); }},
+           {"lower", [&] { LowerCase(StringView(text)); }},
+           {"to UTF-8", [&] { Utf8(text); }},
+           {"to UTF-16", [&] { Utf16(bytes); }},
+           {"element", [&] { texts.Get({1}); }},
+           {"array", [] { Array::WithBounds(VariantType::kString, 0, 9); }},
+           {"failure", [] { Raise(FailureNumber::kTypeMismatch); }, 13},
+           {"write", [&] { array.Set({0}, 5); }},
+       }) {
     Failure failure = RuntimeFailure(7);
-    for (long most = 0; failure == RuntimeFailure(7); ++most) {
+    for (std::int64_t most = 0; failure == RuntimeFailure(7); ++most) {
       ASSERT_LT(most, 100) << c.name;
       ASSERT_EQ(array, texts) << c.name;
       failure = FailureOf([&] {
-        granted = most;
-        struct Restore {
-          ~Restore() { granted = -1; }
-        } const restore;
+        const FailingAllocation failing(most, true);
         c.work();
       });
     }
@@ -86,14 +56,12 @@ TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
   }
   // Reading and comparing numbers needs no memory at all, however long the text.
   const Variant digits = String(5000, u'7') + u"E-4990";
-  granted = 0;
-  const Double read = ToDouble(digits);
-  const Currency amount = ToCurrency(digits);
-  const Double large = ToDouble(Currency::Highest());
-  granted = -1;
-  EXPECT_EQ(read, 7777777777.7777777);
-  EXPECT_EQ(amount.TenThousandths(), 77777777777778);
-  EXPECT_EQ(large, 922337203685477.5807);
+  std::array<Double, 3> read{};
+  {
+    const FailingAllocation failing(0, true);
+    read = {ToDouble(digits), ToDouble(ToCurrency(digits)), ToDouble(Currency::Highest())};
+  }
+  EXPECT_EQ(read, (std::array{7777777777.7777777, 7777777777.7778, 922337203685477.5807}));
 }
 
 }  // namespace

@@ -1,12 +1,18 @@
-// Tables of many short texts, one row a text: Cells(u"a|b||c") is "a", "b", "" and "c".
+// Tables of many short texts, one row a text, and what comes out of a case as such a cell.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
 #include <vector>
 
-#include "quorl/runtime/types.hpp"
+#include "quorl/runtime/utf.hpp"
+#include "tests/support/raises.hpp"
 
 namespace quorl {
 
+/// Cells(u"a|b||c") is "a", "b", "" and "c".
 inline std::vector<String> Cells(StringView row, char16_t separator = u'|') {
   std::vector<String> cells(1);
   for (const char16_t unit : row) {
@@ -24,6 +30,26 @@ inline std::vector<std::vector<String>> Rows(StringView table) {
   std::vector<std::vector<String>> rows;
   for (const String& row : Cells(table, u';')) rows.push_back(Cells(row));
   return rows;
+}
+
+/// Pairs(u"a=b|c=") is "a" with "b" and "c" with "", the second of each in UTF-8.
+inline std::vector<std::pair<String, std::string>> Pairs(StringView row) {
+  std::vector<std::pair<String, std::string>> pairs;
+  for (const String& cell : Cells(row)) {
+    const std::size_t mark = cell.find(u'=');
+    pairs.emplace_back(cell.substr(0, mark), Utf8(cell.substr(mark + 1)));
+  }
+  return pairs;
+}
+
+/// The text that `work` gives, or "!" and the Number of the runtime's failure.
+template <class Work>
+std::string ResultOf(Work&& work) {
+  std::string result;
+  const Failure failure = FailureOf([&] { result = work(); });
+  if (failure == Failure{}) return result;
+  EXPECT_EQ(failure, RuntimeFailure(failure.number));
+  return '!' + std::to_string(failure.number);
 }
 
 }  // namespace quorl
