@@ -70,6 +70,19 @@ TEST(Text, SearchesCutsAndTrimsLikeTheNaiveWay) {
   EXPECT_EQ(String(Trim(u"\t\u00A0 x\n")), u"\t\u00A0 x\n");  // nothing but U+0020 is a blank
 }
 
+TEST(Text, LongTextsAreFoundWhereTheStandardSearchFindsThem) {
+  Random random(5);
+  for (int i = 0; i < 20000; ++i) {
+    const String text = random.Text(u"aaaaaaaaaaaaaaab", 400) + u"a";
+    const auto size = static_cast<std::size_t>(random.Whole(60, 80));
+    const auto from = static_cast<std::size_t>(random.Whole(0, std::ssize(text)));
+    const String sought = i % 2 == 0 ? text.substr(from, size) : String(size, u'a') + u'b';
+    const std::size_t found = text.find(sought, from / 2);
+    const auto position = found == String::npos ? 0 : static_cast<std::int64_t>(found) + 1;
+    ASSERT_EQ(Find(static_cast<std::int64_t>(from / 2) + 1, text, sought), position) << Shown(text);
+  }
+}
+
 TEST(TextCase, MapsEveryCodeUnit) {
   for (unsigned number = 0; number <= 0xFFFF; ++number) {
     const auto unit = static_cast<char16_t>(number);
