@@ -109,7 +109,7 @@ BENCHMARK(GetSubKeys)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 // The calls of the peer's library that are used, found at run time.
 struct Peer {
-  void* library = dlopen("libsqlite3.so.0", RTLD_NOW);
+  void* handle = dlopen("libsqlite3.so.0", RTLD_NOW);
 #define QUORL_PEER(name) \
   decltype(&sqlite3_##name) name = Find<decltype(&sqlite3_##name)>("sqlite3_" #name)
   QUORL_PEER(open);
@@ -125,7 +125,7 @@ struct Peer {
 
   template <class Function>
   Function Find(const char* name) const {
-    return library == nullptr ? nullptr : reinterpret_cast<Function>(dlsym(library, name));
+    return handle == nullptr ? nullptr : reinterpret_cast<Function>(dlsym(handle, name));
   }
 };
 
@@ -227,7 +227,7 @@ void SqliteFirstOpen(benchmark::State& state) {
 }
 
 bool RegisterPeer() {
-  if (Sqlite().library == nullptr) return false;
+  if (Sqlite().handle == nullptr) return false;
   using benchmark::RegisterBenchmark;
   RegisterBenchmark("SqliteSaveDurably", SqliteSaveDurably)
       ->Arg(100)

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <initializer_list>
 
 #include "quorl/money/number_to_text.hpp"
 #include "quorl/money/word_tables.hpp"
@@ -10,6 +9,7 @@
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/raised_error.hpp"
 #include "quorl/runtime/text.hpp"
+#include "quorl/text/joined.hpp"
 #include "quorl/text/strings.hpp"
 
 namespace quorl {
@@ -93,18 +93,6 @@ StringView LinkTo(StringView name, Int32 base, std::int64_t whole) {
   return Alternative(links, Strings::IsVoyelle(name) ? std::min(1, LastAlternative(links)) : 0);
 }
 
-// The one allocation of an amount.
-String Join(std::initializer_list<StringView> pieces) {
-  std::size_t size = 0;
-  for (const StringView piece : pieces) size += piece.size();
-  return WithinMemory([&] {
-    String text;
-    text.reserve(size);
-    for (const StringView piece : pieces) text.append(piece);
-    return text;
-  });
-}
-
 }  // namespace
 
 String Money::ToText(Currency amount) const {
@@ -115,12 +103,14 @@ String Money::ToText(Currency amount) const {
   const Words<kWholeDigits> whole(base, split.whole, UnitKind);
   const StringView name = split.whole <= 1 ? Unit : Units;
   const StringView link = LinkTo(name, base, split.whole);
-  if (split.count == 0) return Join({minus, gap, whole.View(), link, name});
+  // Either way the one allocation of an amount is that of its result.
+  if (split.count == 0) return text::Joined({minus, gap, whole.View(), link, name});
   const Words<kCountDigits> count(base, split.count, SubUnitKind);
   // Blanks at the end are taken off behind sub-units only.
   const StringView sub_name = TrimTrailing(split.count <= 1 ? SubUnit : SubUnits);
   const StringView sub_gap = sub_name.empty() ? kNothing : kOneBlank;
-  return Join({minus, gap, whole.View(), link, name, kOneBlank, count.View(), sub_gap, sub_name});
+  return text::Joined(
+      {minus, gap, whole.View(), link, name, kOneBlank, count.View(), sub_gap, sub_name});
 }
 
 }  // namespace quorl
