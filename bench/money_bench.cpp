@@ -10,9 +10,9 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "quorl/money/internal/number_to_text.hpp"
+#include "quorl/money/internal/word_tables.hpp"
 #include "quorl/money/money.hpp"
-#include "quorl/money/number_to_text.hpp"
-#include "quorl/money/word_tables.hpp"
 #include "quorl/numeric/math.hpp"
 
 #ifdef QUORL_BENCH_ICU

@@ -29,23 +29,29 @@ if((QUORL_SANITIZE OR QUORL_FUZZ) AND CMAKE_CXX_COMPILER_ID MATCHES Clang)
   target_compile_options(quorl_settings INTERFACE -fno-sanitize=function)
 endif()
 
+# What is not marked QUORL_API is hidden in the shared libraries.
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
 # Every source of the named rooms. A new file is seen at the next build.
 function(quorl_room_sources result)
   set(found)
   foreach(room ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/quorl/${room}/*.cpp)
+    file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/quorl/${room}/*.cpp
+                                        ${PROJECT_SOURCE_DIR}/quorl/${room}/internal/*.cpp)
     list(APPEND found ${sources})
   endforeach()
   set(${result} ${found} PARENT_SCOPE)
 endfunction()
 
-# The headers of the named rooms, found under the repository's root and installed as a file set.
-function(quorl_public_headers target)
+# The doors of the named rooms: the headers beside `internal`, found under the repository's root and
+# installed as a file set.
+function(quorl_doors target)
   set(found)
   foreach(room ${ARGN})
     file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/quorl/${room}/*.hpp
-                                        ${PROJECT_SOURCE_DIR}/quorl/${room}/*.h
-                                        ${PROJECT_SOURCE_DIR}/quorl/${room}/*.inc)
+                                        ${PROJECT_SOURCE_DIR}/quorl/${room}/*.h)
     list(APPEND found ${headers})
   endforeach()
   target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${found})

@@ -31,7 +31,6 @@
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/raised_error.hpp"
 #include "quorl/runtime/screen.hpp"
-#include "quorl/runtime/text.hpp"
 #include "quorl/runtime/utf.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
@@ -41,6 +40,9 @@ namespace {
 
 using namespace quorl;
 using Arguments = std::span<Variant>;
+
+// Without the blanks at both ends.
+String Trimmed(StringView text) { return Strings::LTrimEx(Strings::RTrimEx(text)); }
 
 constexpr Int16 kMaximised = 2;
 
@@ -138,7 +140,7 @@ class OrderDesk {
     if (command == kCommands.end()) {
       throw RaisedError(kFailedCheck, u"Order desk", u"Nobody here knows how to " + verb);
     }
-    (this->*command->second)(Trim(line.substr(verb.size())));
+    (this->*command->second)(Trimmed(line.substr(verb.size())));
   }
 
  private:
@@ -189,7 +191,7 @@ class OrderDesk {
   // "101 Liège Atelier du Pont": the number, then the entry as the combo box lists it.
   void AddCustomer(StringView text) {
     const String number = Strings::GetToken(text);
-    customers_->Add(ToInt32(Variant(number)), Trim(text.substr(number.size())));
+    customers_->Add(ToInt32(Variant(number)), Trimmed(text.substr(number.size())));
   }
   void PickByTown(StringView town) {
     ComboBoxEx::CmbSelectMatchToken(combo_, town, 1);
@@ -211,7 +213,7 @@ class OrderDesk {
   // a record of a database whose price is a money field, and read again from there.
   void Enter(StringView entries) {
     const auto entry = [&](Int16 index) -> String {
-      return String(Trim(Strings::GetToken(entries, u"|", index)));
+      return Trimmed(Strings::GetToken(entries, u"|", index));
     };
     const auto record = std::make_shared<Record>();
     record->Add(u"Reference", DbLib::StrToField(entry(1)));

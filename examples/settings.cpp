@@ -17,11 +17,11 @@
 #include <vector>
 
 #include "quorl/registry/registry.hpp"
-#include "quorl/registry/registry_export.hpp"
-#include "quorl/registry/registry_import.hpp"
-#include "quorl/registry/registry_text_reader.hpp"
-#include "quorl/registry/registry_text_writer.hpp"
-#include "quorl/registry/root_name.hpp"
+#include "quorl/registry/text/export.hpp"
+#include "quorl/registry/text/import.hpp"
+#include "quorl/registry/text/reader.hpp"
+#include "quorl/registry/text/root_name.hpp"
+#include "quorl/registry/text/writer.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/raised_error.hpp"
 #include "quorl/runtime/utf.hpp"

@@ -14,6 +14,7 @@
 #include "quorl/regional/regional.hpp"
 #include "quorl/registry/registry.hpp"
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/enumerations.hpp"
 #include "quorl/runtime/locale.hpp"
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/raised_error.hpp"

@@ -14,15 +14,17 @@
 #include <thread>
 #include <vector>
 
-#include "quorl/abi/errors.hpp"
-#include "quorl/frame/description.hpp"
-#include "quorl/frame/listing.hpp"
+#include "quorl/abi/internal/errors.hpp"
+#include "quorl/frame/internal/description.hpp"
+#include "quorl/frame/internal/listing.hpp"
 #include "tests/support/component.hpp"
 #include "tests/support/recording_store.hpp"
 #include "tests/support/store_content.hpp"
 #include "tests/support/store_failing_allocation.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 using abi::operator==;
@@ -522,7 +524,7 @@ TEST(ComponentFiles, GeneratedTextsAreUpToDate) {
 
 // A row that names another member than its own would call the wrong one, in every way alike.
 TEST(ComponentFiles, EveryRowNamesItsOwnMember) {
-  const std::string source = ContentOfFile(QUORL_SOURCE_DIR "/quorl/frame/catalogue.cpp");
+  const std::string source = ContentOfFile(QUORL_SOURCE_DIR "/quorl/frame/internal/catalogue.cpp");
   std::ptrdiff_t rows = 0;
   const std::string between = ">(u\"";
   for (std::size_t at = 0; (at = source.find(between, at)) != std::string::npos; ++rows) {

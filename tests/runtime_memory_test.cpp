@@ -4,14 +4,16 @@
 #include <array>
 #include <functional>
 
-#include "quorl/runtime/concatenate.hpp"
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "tests/support/raises.hpp"
 #include "tests/support/store_failing_allocation.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {

@@ -7,13 +7,15 @@
 #include <set>
 
 #include "quorl/runtime/ansi.hpp"
-#include "quorl/runtime/text.hpp"
+#include "quorl/runtime/internal/text.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "tests/support/cells.hpp"
 #include "tests/support/print.hpp"
 #include "tests/support/random.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max();
@@ -114,7 +116,7 @@ TEST(TextCase, TableIsWhatTheGeneratorWrites) {
     if (pipe != nullptr) pclose(pipe);
     return text;
   };
-  std::ifstream file(QUORL_SOURCE_DIR "/quorl/runtime/case_table.inc");
+  std::ifstream file(QUORL_SOURCE_DIR "/quorl/runtime/internal/case_table.inc");
   const std::string table((std::istreambuf_iterator<char>(file)), {});
   const std::string version = output("--version");
   if (!table.starts_with("// Made by tools/generate_case_table.py; do not edit.\n// Unicode " +

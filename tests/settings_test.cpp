@@ -10,10 +10,10 @@
 #include <utility>
 #include <vector>
 
-#include "quorl/registry/registry_export.hpp"
-#include "quorl/registry/registry_import.hpp"
-#include "quorl/registry/registry_text_reader.hpp"
-#include "quorl/registry/registry_text_writer.hpp"
+#include "quorl/registry/text/export.hpp"
+#include "quorl/registry/text/import.hpp"
+#include "quorl/registry/text/reader.hpp"
+#include "quorl/registry/text/writer.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "quorl/runtime/utf.hpp"

@@ -19,6 +19,8 @@
 #include "tests/support/store_temporary_folder.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 using enum ChangeKind;
@@ -43,7 +45,6 @@ std::vector<Action> Scenario() {
       {SetValue, "App", "Bulk", "small"},
       {Merge, "Backup", "App"},
       {SetValue, "Backup\\Windows", "Only", "here"},
-      {Replace, "Backup", "App"},
       {DeleteKey, "Backup"},
       {SetValue, "App", "Last", "1"},
   };

@@ -22,6 +22,8 @@
 #include "tests/support/store_temporary_folder.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 namespace fs = std::filesystem;

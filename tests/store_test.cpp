@@ -17,7 +17,7 @@
 #include <tuple>
 #include <vector>
 
-#include "quorl/store/journal_format.hpp"
+#include "quorl/store/internal/journal_format.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/persistent_store.hpp"
 #include "tests/support/random.hpp"
@@ -28,6 +28,8 @@
 #include "tests/support/store_temporary_folder.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 namespace fs = std::filesystem;
@@ -195,7 +197,7 @@ Action RandomAction(Random& random) {
   }
   if (kind < 88) return {DeleteValue, path(), name};
   if (kind < 92) return {DeleteKey, path()};
-  return {kind < 97 ? Merge : Replace, path(), path()};
+  return {Merge, path(), path()};
 }
 
 TEST_P(Operations, AgreeWithAPlainModel) {

@@ -9,14 +9,17 @@
 #include <type_traits>
 #include <vector>
 
-#include "quorl/runtime/concatenate.hpp"
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/screen.hpp"
 #include "tests/support/cells.hpp"
 #include "tests/support/holder.hpp"
 #include "tests/support/print.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 using namespace literals;

@@ -11,13 +11,15 @@
 #include <sstream>
 #include <vector>
 
-#include "quorl/money/number_to_text.hpp"
-#include "quorl/money/word_tables.hpp"
+#include "quorl/money/internal/number_to_text.hpp"
+#include "quorl/money/internal/word_tables.hpp"
 #include "tests/support/cells.hpp"
 #include "tests/support/raises.hpp"
 #include "tests/support/random.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__)

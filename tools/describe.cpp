@@ -5,7 +5,7 @@
 #include <iostream>
 #include <string_view>
 
-#include "quorl/frame/description.hpp"
+#include "quorl/frame/internal/description.hpp"
 
 int main(int count, char** arguments) {
   const std::string_view what = count == 2 ? arguments[1] : "";

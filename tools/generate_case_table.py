@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Writes quorl/runtime/case_table.inc: the simple case mapping of all 65 536 code units.
+"""Writes quorl/runtime/internal/case_table.inc: the simple case mapping of all 65 536 code units.
 
 Source: the character database that Debian's package unicode-data installs. Without an argument the
 table goes to standard output; `--version` prints the database's version, which the table records.
 
-    tools/generate_case_table.py > quorl/runtime/case_table.inc
+    tools/generate_case_table.py > quorl/runtime/internal/case_table.inc
 """
 import sys
 

@@ -23,9 +23,13 @@
 
 #include <stddef.h>
 #include <stdint.h>
-#ifndef __cplusplus
+#ifdef __cplusplus
+#include "quorl/runtime/enumerations.hpp"
+#else
 #include <uchar.h>
 #endif
+
+#include "quorl/runtime/export.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -314,73 +318,107 @@ static const GUID QUORL_IID_TYPE_INFO = {
 /* ------------------------------------------------------------- functions of libquorl_runtime -- */
 
 /* Texts. A null argument gives null; SysFreeString takes null. Length counts code units. */
-BSTR SysAllocString(const char16_t* text);
+QUORL_API BSTR SysAllocString(const char16_t* text);
 /* `text` may be null: the units are then zeros. */
-BSTR SysAllocStringLen(const char16_t* text, uint32_t length);
-void SysFreeString(BSTR text);
-uint32_t SysStringLen(BSTR text);
+QUORL_API BSTR SysAllocStringLen(const char16_t* text, uint32_t length);
+QUORL_API void SysFreeString(BSTR text);
+QUORL_API uint32_t SysStringLen(BSTR text);
 
 /* Variants. VariantClear ends what the Variant owns and leaves it Empty; what it holds by reference
  * belongs to someone else. VariantCopy clears the destination first and copies deep; an object is
  * counted once more, and a value by reference stays one. */
-void VariantInit(VARIANT* variant);
-HRESULT VariantClear(VARIANT* variant);
-HRESULT VariantCopy(VARIANT* destination, const VARIANT* source);
+QUORL_API void VariantInit(VARIANT* variant);
+QUORL_API HRESULT VariantClear(VARIANT* variant);
+QUORL_API HRESULT VariantCopy(VARIANT* destination, const VARIANT* source);
 
 /* Arrays of any VT number of a single value, or VT_VARIANT. `bounds` stand leftmost dimension
  * first. Null when an argument is out of its contract or memory ran out. */
-SAFEARRAY* SafeArrayCreate(uint16_t vt, uint32_t dimensions, const QuorlBound* bounds);
+QUORL_API SAFEARRAY* SafeArrayCreate(uint16_t vt, uint32_t dimensions, const QuorlBound* bounds);
 /* Ends the elements, the data and the array; takes null. E_UNEXPECTED while data is accessed. */
-HRESULT SafeArrayDestroy(SAFEARRAY* array);
-uint32_t SafeArrayGetDim(SAFEARRAY* array);
+QUORL_API HRESULT SafeArrayDestroy(SAFEARRAY* array);
+QUORL_API uint32_t SafeArrayGetDim(SAFEARRAY* array);
 /* Dimensions count from 1, leftmost first; DISP_E_BADINDEX for any other. */
-HRESULT SafeArrayGetLBound(SAFEARRAY* array, uint32_t dimension, int32_t* bound);
-HRESULT SafeArrayGetUBound(SAFEARRAY* array, uint32_t dimension, int32_t* bound);
-HRESULT SafeArrayGetVartype(SAFEARRAY* array, uint16_t* vt);
+QUORL_API HRESULT SafeArrayGetLBound(SAFEARRAY* array, uint32_t dimension, int32_t* bound);
+QUORL_API HRESULT SafeArrayGetUBound(SAFEARRAY* array, uint32_t dimension, int32_t* bound);
+QUORL_API HRESULT SafeArrayGetVartype(SAFEARRAY* array, uint16_t* vt);
 /* Subscripts leftmost first. A text is put as the BSTR itself, an object as its pointer, everything
  * else as a pointer to it; what is put is copied. A text or Variant that is got is a copy that the
  * caller ends; `element` is written over, not ended. */
-HRESULT SafeArrayGetElement(SAFEARRAY* array, const int32_t* subscripts, void* element);
-HRESULT SafeArrayPutElement(SAFEARRAY* array, const int32_t* subscripts, void* element);
-HRESULT SafeArrayAccessData(SAFEARRAY* array, void** data);
-HRESULT SafeArrayUnaccessData(SAFEARRAY* array);
+QUORL_API HRESULT SafeArrayGetElement(SAFEARRAY* array, const int32_t* subscripts, void* element);
+QUORL_API HRESULT SafeArrayPutElement(SAFEARRAY* array, const int32_t* subscripts, void* element);
+QUORL_API HRESULT SafeArrayAccessData(SAFEARRAY* array, void** data);
+QUORL_API HRESULT SafeArrayUnaccessData(SAFEARRAY* array);
 
 /* The thread's failure of a call through a table. GetErrorInfo takes it away; S_FALSE and null when
  * there is none. SetErrorInfo takes null to clear it, and counts the object. */
-HRESULT GetErrorInfo(uint32_t reserved, void** out);
-HRESULT SetErrorInfo(uint32_t reserved, void* info);
+QUORL_API HRESULT GetErrorInfo(uint32_t reserved, void** out);
+QUORL_API HRESULT SetErrorInfo(uint32_t reserved, void* info);
 
 /* "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}", either case on reading, with the braces. */
-HRESULT CLSIDFromString(const char16_t* text, GUID* out);
+QUORL_API HRESULT CLSIDFromString(const char16_t* text, GUID* out);
 /* Writes 38 characters and a zero; gives 39, or 0 if `capacity` is too small. */
-int32_t StringFromGUID2(const GUID* guid, char16_t* buffer, int32_t capacity);
+QUORL_API int32_t StringFromGUID2(const GUID* guid, char16_t* buffer, int32_t capacity);
 
 /* Classes, by what is registered below HKEY_CLASSES_ROOT. `context` is not looked at. */
-HRESULT CLSIDFromProgID(const char16_t* progid, GUID* out);
-HRESULT CoGetClassObject(const GUID* class_identifier, uint32_t context, void* reserved,
-                         const GUID* identifier, void** out);
-HRESULT CoCreateInstance(const GUID* class_identifier, void* outer, uint32_t context,
-                         const GUID* identifier, void** out);
+QUORL_API HRESULT CLSIDFromProgID(const char16_t* progid, GUID* out);
+QUORL_API HRESULT CoGetClassObject(const GUID* class_identifier, uint32_t context, void* reserved,
+                                   const GUID* identifier, void** out);
+QUORL_API HRESULT CoCreateInstance(const GUID* class_identifier, void* outer, uint32_t context,
+                                   const GUID* identifier, void** out);
 
 /* A counted dispatch pointer to the hidden instance of a global class, the same each time.
  * CLASS_E_CLASSNOTAVAILABLE for a class that is not global. */
-HRESULT QuorlGlobalObject(const char16_t* progid, void** out);
+QUORL_API HRESULT QuorlGlobalObject(const char16_t* progid, void** out);
 /* "fr-BE" and the like; null or empty: the system's again. E_INVALIDARG for an unknown one. */
-HRESULT QuorlSetLocale(const char16_t* name);
+QUORL_API HRESULT QuorlSetLocale(const char16_t* name);
 /* The ambient screen's size, 0 by 0 until then. E_INVALIDARG for a size out of range. */
-HRESULT QuorlSetScreen(double width, double height);
+QUORL_API HRESULT QuorlSetScreen(double width, double height);
 /* The folders of the user's and the machine's settings. A null user folder: in memory; a null
  * machine folder: the usual one. E_UNEXPECTED, with nothing changed, once the store is in use. */
-HRESULT QuorlSetStore(const char16_t* user_folder, const char16_t* machine_folder);
+QUORL_API HRESULT QuorlSetStore(const char16_t* user_folder, const char16_t* machine_folder);
 /* Loads a component and has it register or unregister itself. */
-HRESULT QuorlRegister(const char16_t* path);
-HRESULT QuorlUnregister(const char16_t* path);
+QUORL_API HRESULT QuorlRegister(const char16_t* path);
+QUORL_API HRESULT QuorlUnregister(const char16_t* path);
 
 /* ---------------------------------------------------- the classes, from libquorl's catalogue -- */
 
 /* Generated by the program describe ("describe tables"); do not edit between the two marks. */
 /* begin generated */
 /* clang-format off */
+#ifdef __cplusplus
+
+typedef quorl::AlignentEnum QuorlAlignentEnum;
+using quorl::qlAlignLeft;
+using quorl::qlAlignRight;
+using quorl::qlAlignCenter;
+using quorl::qlAlignGeneral;
+
+typedef quorl::RegionalItemEnum QuorlRegionalItemEnum;
+using quorl::riNumDecimalChar;
+using quorl::riNumThousandChar;
+using quorl::riMonDecimalChar;
+using quorl::riMonThousandChar;
+
+typedef quorl::HKeyEnum QuorlHKeyEnum;
+using quorl::HKEY_CLASSES_ROOT;
+using quorl::HKEY_CURRENT_USER;
+using quorl::HKEY_LOCAL_MACHINE;
+using quorl::HKEY_USERS;
+using quorl::HKEY_PERFORMANCE_DATA;
+using quorl::HKEY_CURRENT_CONFIG;
+using quorl::HKEY_DYN_DATA;
+
+typedef quorl::RegTypeEnum QuorlRegTypeEnum;
+using quorl::REG_NONE;
+using quorl::REG_SZ;
+using quorl::REG_DWORD;
+using quorl::REG_BINARY;
+
+typedef quorl::RegModeEnum QuorlRegModeEnum;
+using quorl::qlWinRegCurrentUser;
+using quorl::qlWinRegLocalMachine;
+
+#else
 
 enum QuorlAlignentEnum {
   qlAlignLeft = 0,
@@ -417,6 +455,8 @@ enum QuorlRegModeEnum {
   qlWinRegCurrentUser = 0,
   qlWinRegLocalMachine = 1
 };
+
+#endif
 
 QUORL_OBJECT(QuorlMath);
 QUORL_OBJECT(QuorlDates);

@@ -4,9 +4,11 @@
 #include <type_traits>
 #include <utility>
 
-#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 
 namespace quorl {
+
+using namespace internal;
 
 namespace {
 
@@ -30,10 +32,6 @@ constexpr std::size_t kFirstGrowth = 16;
 
 void Check(bool allowed, StringView description) {
   if (!allowed) throw RaisedError(kFailedCheck, kSource, description);
-}
-
-Variant CopyOf(const Variant& value) {
-  return WithinMemory([&] { return value; });
 }
 
 }  // namespace

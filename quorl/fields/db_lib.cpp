@@ -6,20 +6,18 @@
 #include "quorl/runtime/compare.hpp"
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/date_text.hpp"
-#include "quorl/runtime/guid_text.hpp"
+#include "quorl/runtime/internal/guid_text.hpp"
+#include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/number_text.hpp"
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 // The third state of a truth value: no value.
 constexpr Int16 kNoState = 2;
-
-String CopyOf(StringView text) {
-  return WithinMemory([&] { return String(text); });
-}
 
 // The text of a field by `write`, which is asked for whatever is neither Null nor a text.
 template <class Write>

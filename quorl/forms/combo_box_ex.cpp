@@ -6,13 +6,15 @@
 
 #include "quorl/runtime/compare.hpp"
 #include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text.hpp"
+#include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "quorl/runtime/variant.hpp"
 #include "quorl/text/strings.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 constexpr Int16 kNoEntry = -1;

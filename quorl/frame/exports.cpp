@@ -1,10 +1,10 @@
 // The four functions that the component exports, and nothing else.
 #include "quorl/abi/quorl.h"
-#include "quorl/frame/catalogue.hpp"
-#include "quorl/frame/class_factory.hpp"
-#include "quorl/frame/registration.hpp"
+#include "quorl/frame/internal/catalogue.hpp"
+#include "quorl/frame/internal/class_factory.hpp"
+#include "quorl/frame/internal/registration.hpp"
 
-#define QUORL_EXPORT extern "C" __attribute__((visibility("default")))
+#define QUORL_EXPORT extern "C" QUORL_API
 
 QUORL_EXPORT HRESULT DllGetClassObject(const GUID* class_identifier, const GUID* identifier,
                                        void** out) {

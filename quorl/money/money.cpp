@@ -3,16 +3,18 @@
 #include <algorithm>
 #include <array>
 
-#include "quorl/money/number_to_text.hpp"
-#include "quorl/money/word_tables.hpp"
+#include "quorl/money/internal/number_to_text.hpp"
+#include "quorl/money/internal/word_tables.hpp"
 #include "quorl/runtime/arithmetic.hpp"
 #include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text.hpp"
-#include "quorl/text/joined.hpp"
+#include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/text/strings.hpp"
 
 namespace quorl {
+
+using namespace internal;
 
 namespace {
 
@@ -104,13 +106,12 @@ String Money::ToText(Currency amount) const {
   const StringView name = split.whole <= 1 ? Unit : Units;
   const StringView link = LinkTo(name, base, split.whole);
   // Either way the one allocation of an amount is that of its result.
-  if (split.count == 0) return text::Joined({minus, gap, whole.View(), link, name});
+  if (split.count == 0) return Joined({minus, gap, whole.View(), link, name});
   const Words<kCountDigits> count(base, split.count, SubUnitKind);
   // Blanks at the end are taken off behind sub-units only.
   const StringView sub_name = TrimTrailing(split.count <= 1 ? SubUnit : SubUnits);
   const StringView sub_gap = sub_name.empty() ? kNothing : kOneBlank;
-  return text::Joined(
-      {minus, gap, whole.View(), link, name, kOneBlank, count.View(), sub_gap, sub_name});
+  return Joined({minus, gap, whole.View(), link, name, kOneBlank, count.View(), sub_gap, sub_name});
 }
 
 }  // namespace quorl

@@ -10,11 +10,13 @@
 #include <optional>
 #include <span>
 
-#include "quorl/runtime/guid_text.hpp"
+#include "quorl/runtime/internal/guid_text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/number_text.hpp"
-#include "quorl/runtime/raised_error.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 constexpr StringView kAllOnesGuid = u"{FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF}";

@@ -6,11 +6,13 @@
 
 #include "quorl/registry/registry.hpp"
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/number_text.hpp"
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 constexpr Double kSample = 1000.2;

@@ -15,17 +15,10 @@
 
 #include <array>
 
+#include "quorl/runtime/enumerations.hpp"
 #include "quorl/runtime/types.hpp"
 
 namespace quorl {
-
-/// Which separator `SetRegional` sets. A host may pass any other Int32 too.
-enum RegionalItemEnum : Int32 {
-  riNumDecimalChar = 0,   ///< Decimal separator of numbers, "sDecimal".
-  riNumThousandChar = 1,  ///< Thousand separator of numbers, "sThousand".
-  riMonDecimalChar = 2,   ///< Decimal separator of amounts of money, "sMonDecimalSep".
-  riMonThousandChar = 3,  ///< Thousand separator of amounts of money, "sMonThousandSep".
-};
 
 class Regional {
  public:

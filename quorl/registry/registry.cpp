@@ -4,16 +4,18 @@
 #include <cstring>
 #include <string>
 
-#include "quorl/registry/open_key.hpp"
-#include "quorl/registry/store_failure.hpp"
+#include "quorl/registry/internal/store_failure.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/compare.hpp"
-#include "quorl/runtime/concatenate.hpp"
 #include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
+#include "quorl/store/open_key.hpp"
 #include "quorl/store/operations.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 static_assert(std::endian::native == std::endian::little, "a number is stored low byte first");

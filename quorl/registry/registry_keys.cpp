@@ -7,16 +7,18 @@
 #include <utility>
 #include <vector>
 
-#include "quorl/registry/key_reader.hpp"
-#include "quorl/registry/open_key.hpp"
+#include "quorl/registry/internal/key_reader.hpp"
+#include "quorl/registry/internal/store_failure.hpp"
 #include "quorl/registry/registry.hpp"
-#include "quorl/registry/store_failure.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
+#include "quorl/store/open_key.hpp"
 #include "quorl/store/operations.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 constexpr Int32 kColumns = 3;

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 
-#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 constexpr unsigned kFirst = 0x80;

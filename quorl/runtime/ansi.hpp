@@ -11,13 +11,13 @@
 namespace quorl {
 
 /// The character of one byte.
-char16_t FromAnsi(unsigned char byte) noexcept;
+QUORL_API char16_t FromAnsi(unsigned char byte) noexcept;
 /// One character a byte.
-String FromAnsi(std::string_view bytes);
+QUORL_API String FromAnsi(std::string_view bytes);
 
 /// The byte of one character, '?' for a character that has none.
-unsigned char ToAnsi(char16_t unit) noexcept;
+QUORL_API unsigned char ToAnsi(char16_t unit) noexcept;
 /// One byte a code unit.
-std::string ToAnsi(StringView text);
+QUORL_API std::string ToAnsi(StringView text);
 
 }  // namespace quorl

@@ -8,10 +8,12 @@
 #include <limits>
 
 #include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/decimal.hpp"
+#include "quorl/runtime/internal/decimal.hpp"
 #include "quorl/runtime/raised_error.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 constexpr int kHighestPower = 308;

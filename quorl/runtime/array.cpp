@@ -5,10 +5,12 @@
 #include <utility>
 
 #include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/variant.hpp"
 
 namespace quorl {
+
+using namespace internal;
 
 struct Array::Storage {
   Storage(VariantType element_type, std::vector<ArrayBound> dimensions)

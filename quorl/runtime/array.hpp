@@ -28,7 +28,7 @@ struct ArrayBound {
 
 /// Holds bytes as bytes and every other element type as Variants of that type. One that has been
 /// moved from may only be assigned to or destroyed.
-class Array {
+class QUORL_API Array {
  public:
   /// An array of `element` with every element at its type's zero: 0, the empty text, Empty.
   /// At least one dimension, and any count from 0 up. Failure 5 without a dimension or for an
@@ -76,7 +76,7 @@ class Array {
   std::span<Variant> WritableElements();
 
   /// Equal in element type, bounds and every element, without conversion.
-  friend bool operator==(const Array& a, const Array& b);
+  friend QUORL_API bool operator==(const Array& a, const Array& b);
 
  private:
   struct Storage;

@@ -16,17 +16,17 @@ namespace quorl {
 /// Variant against Variant: numbers by number (True is -1, a date its days), texts by text, any
 /// number below any text. Empty is 0 beside a number and the empty text beside a text; two Empty
 /// are equal.
-std::partial_ordering Compare(const Variant& left, const Variant& right);
+QUORL_API std::partial_ordering Compare(const Variant& left, const Variant& right);
 
 /// Against a number that the code fixes: by number, Empty as 0. A text is read as a number by the
 /// locale; failure 13 for one that is none.
-std::partial_ordering CompareToNumber(const Variant& value, Double number);
+QUORL_API std::partial_ordering CompareToNumber(const Variant& value, Double number);
 
 /// Against a truth value that the code fixes: by number, True being -1.
-std::partial_ordering CompareToBoolean(const Variant& value, Boolean truth);
+QUORL_API std::partial_ordering CompareToBoolean(const Variant& value, Boolean truth);
 
 /// Against a text that the code fixes: by text, Empty as the empty text, anything else as the text
 /// that it converts to.
-std::partial_ordering CompareToText(const Variant& value, StringView text);
+QUORL_API std::partial_ordering CompareToText(const Variant& value, StringView text);
 
 }  // namespace quorl

@@ -8,13 +8,15 @@
 #include <string_view>
 
 #include "quorl/runtime/date_text.hpp"
-#include "quorl/runtime/decimal.hpp"
+#include "quorl/runtime/internal/decimal.hpp"
+#include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/number_text.hpp"
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text.hpp"
 #include "quorl/runtime/text_case.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 template <class Whole>

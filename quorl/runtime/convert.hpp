@@ -15,61 +15,61 @@ namespace quorl {
 
 /// Whole numbers: the nearest, ties to even (2.5 gives 2, 3.5 gives 4). Failure 6 if the rounded
 /// value lies outside the type, and for NaN and infinities.
-Byte ToByte(const Variant& value);
-Int16 ToInt16(const Variant& value);
-Int32 ToInt32(const Variant& value);
-Byte ToByte(Double value);
-Int16 ToInt16(Double value);
-Int32 ToInt32(Double value);
+QUORL_API Byte ToByte(const Variant& value);
+QUORL_API Int16 ToInt16(const Variant& value);
+QUORL_API Int32 ToInt32(const Variant& value);
+QUORL_API Byte ToByte(Double value);
+QUORL_API Int16 ToInt16(Double value);
+QUORL_API Int32 ToInt32(Double value);
 
 /// Narrows a whole number; failure 6 outside the type. This is the limit of every counter,
 /// length and position that a signature declares as Int16.
-Int16 CheckedInt16(std::int64_t value);
-Int32 CheckedInt32(std::int64_t value);
+QUORL_API Int16 CheckedInt16(std::int64_t value);
+QUORL_API Int32 CheckedInt32(std::int64_t value);
 /// A text's length or any other size as an Int16; failure 6 above 32767.
-Int16 LengthAsInt16(StringView text);
+QUORL_API Int16 LengthAsInt16(StringView text);
 
 /// The single-precision number nearest to the value's Double; failure 6 beyond its range.
-Single ToSingle(const Variant& value);
-Single ToSingle(Double value);
+QUORL_API Single ToSingle(const Variant& value);
+QUORL_API Single ToSingle(Double value);
 
 /// The nearest Double. A Currency is converted to the Double nearest to its decimal value.
 /// A Double passes as it is, a NaN too. Failure 6 for a text beyond the range.
-Double ToDouble(const Variant& value);
-Double ToDouble(Currency value);
+QUORL_API Double ToDouble(const Variant& value);
+QUORL_API Double ToDouble(Currency value);
 
 /// The nearest ten-thousandth, ties to even, decided on the exact value; a text is read digit by
 /// digit and never passes through a Double. Failure 6 beyond ±922337203685477.5807 (-...5808 is the
 /// lowest), and for NaN and infinities.
-Currency ToCurrency(const Variant& value);
-Currency ToCurrency(Double value);
+QUORL_API Currency ToCurrency(const Variant& value);
+QUORL_API Currency ToCurrency(Double value);
 
 /// A number counts as days from 1899-12-30; a text is read by the locale's date order.
 /// Failure 6 outside the calendar (year 100 to 9999), NaN included.
-Date ToDate(const Variant& value);
-Date ToDate(Double days);
+QUORL_API Date ToDate(const Variant& value);
+QUORL_API Date ToDate(Double days);
 
 /// A number is True unless 0. A text is a number or a truth word of the locale, or True or False,
 /// in any case. Failure 6 for NaN and for a text beyond the range of a Double.
-Boolean ToBoolean(const Variant& value);
+QUORL_API Boolean ToBoolean(const Variant& value);
 
 /// Numbers in shortest form: the fewest digits that read back as the same value, no exponent from
 /// 1E-5 up to below 1E+15, the locale's decimal separator, no thousand separators. Dates by the
 /// locale, Booleans as its truth words, a String as it is. Failure 6 for NaN and infinities.
-String ToString(const Variant& value);
+QUORL_API String ToString(const Variant& value);
 
 /// The reference itself, an empty one too. Failure 13 for anything but an object.
-Object ToObject(const Variant& value);
+QUORL_API Object ToObject(const Variant& value);
 /// The same for a value on which a member is to be called by name: failure 424.
-Object RequireObject(const Variant& value);
+QUORL_API Object RequireObject(const Variant& value);
 
 /// `value` as `type`, by the conversions above. `Variant` gives a copy. Failure 13 for a type that
 /// nothing converts to (Missing, arrays), but a value already of that type passes.
-Variant ConvertTo(const Variant& value, VariantType type);
+QUORL_API Variant ConvertTo(const Variant& value, VariantType type);
 
 /// `value` itself unless it holds an object; of an object, what its default member gives.
 /// Failure 13 without a default member, for an empty reference, and for objects that only ever
 /// lead to further objects.
-Variant PlainValueOf(const Variant& value);
+QUORL_API Variant PlainValueOf(const Variant& value);
 
 }  // namespace quorl

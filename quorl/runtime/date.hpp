@@ -38,16 +38,16 @@ struct CalendarTime {
 };
 
 /// True for a year from 100 to 9999, a month and a day that exist in it, and a time of day.
-bool IsValid(const CalendarTime& time) noexcept;
+QUORL_API bool IsValid(const CalendarTime& time) noexcept;
 
 /// The date of a valid time.
-Date DateOf(const CalendarTime& time) noexcept;
+QUORL_API Date DateOf(const CalendarTime& time) noexcept;
 
 /// The nearest second of `date`; the last second of 9999 is not rounded past.
 /// Failure 6 for a date outside the calendar, NaN and infinities.
-CalendarTime CalendarTimeOf(Date date);
+QUORL_API CalendarTime CalendarTimeOf(Date date);
 
 /// True if `days` lies in the calendar.
-bool IsDateNumber(Double days) noexcept;
+QUORL_API bool IsDateNumber(Double days) noexcept;
 
 }  // namespace quorl

@@ -3,11 +3,13 @@
 #include <array>
 #include <cstddef>
 
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text.hpp"
+#include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/text_case.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 constexpr std::size_t kYearDigits = 4;

@@ -20,11 +20,11 @@
 namespace quorl {
 
 /// The date that `text` holds, or none.
-std::optional<Date> ReadDate(StringView text, const Locale& locale = Locale::Current());
+QUORL_API std::optional<Date> ReadDate(StringView text, const Locale& locale = Locale::Current());
 /// The test for a date: True exactly when `ReadDate` gives one.
-bool IsDate(StringView text, const Locale& locale = Locale::Current());
+QUORL_API bool IsDate(StringView text, const Locale& locale = Locale::Current());
 /// The text of a date, rounded to the second; `ReadDate` gives the same moment back. Failure 6
 /// outside the calendar.
-String WriteDate(Date date, const Locale& locale = Locale::Current());
+QUORL_API String WriteDate(Date date, const Locale& locale = Locale::Current());
 
 }  // namespace quorl

@@ -16,7 +16,7 @@ enum class DateOrder { kDayMonthYear, kMonthDayYear, kYearMonthDay };
 
 /// A plain value; any separator may be empty or longer than one character. Dates and times that are
 /// written with an empty separator cannot be read back.
-struct Locale {
+struct QUORL_API Locale {
   String decimal_separator = u".";
   String thousand_separator = u",";
   DateOrder date_order = DateOrder::kYearMonthDay;
@@ -50,7 +50,7 @@ struct Locale {
 ///
 ///     LocaleScope french(*Locale::Named(u"fr-FR"));
 ///     ToString(0.5);  // u"0,5"
-class LocaleScope {
+class QUORL_API LocaleScope {
  public:
   explicit LocaleScope(Locale locale);
   ~LocaleScope();

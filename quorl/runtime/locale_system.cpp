@@ -7,12 +7,14 @@
 #include <string_view>
 
 #include "quorl/runtime/ansi.hpp"
+#include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/locale.hpp"
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text.hpp"
 #include "quorl/runtime/utf.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 // A locale of the C library, for one category; empty where the environment names none that the

@@ -1,10 +1,12 @@
 #include <algorithm>
 
-#include "quorl/runtime/decimal.hpp"
+#include "quorl/runtime/internal/decimal.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/number_text.hpp"
-#include "quorl/runtime/raised_error.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 // What a format asks for.

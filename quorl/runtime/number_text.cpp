@@ -7,11 +7,13 @@
 #include <string_view>
 
 #include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/decimal.hpp"
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text.hpp"
+#include "quorl/runtime/internal/decimal.hpp"
+#include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }

@@ -20,7 +20,7 @@ class Variant;
 /// member. `arguments` stand in call order; a callee may write an argument back by assigning to it.
 /// Each operation raises failure 438 for a member that the object lacks, which is all that these
 /// defaults do; any other RaisedError of a host reaches its caller unchanged.
-class LateBound {
+class QUORL_API LateBound {
  public:
   LateBound() = default;
   LateBound(const LateBound&) = delete;
@@ -44,7 +44,7 @@ class LateBound {
 ///     Object form = MakeObject<MyForm>();
 ///     form.Put(u"Left", {}, Variant(120));
 ///     Double left = ToDouble(form.Get(u"Left"));
-class Object {
+class QUORL_API Object {
  public:
   Object() noexcept = default;
   explicit Object(std::shared_ptr<LateBound> target) noexcept : target_(std::move(target)) {}
@@ -71,7 +71,7 @@ class Object {
 
 /// Makes a host's object and the first reference to it.
 template <class Host, class... Arguments>
-Object MakeObject(Arguments&&... arguments) {
+QUORL_API Object MakeObject(Arguments&&... arguments) {
   return Object(std::make_shared<Host>(std::forward<Arguments>(arguments)...));
 }
 

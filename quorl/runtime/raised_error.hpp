@@ -7,10 +7,6 @@
 
 #include <exception>
 #include <memory>
-#include <new>
-#include <stdexcept>
-#include <string>
-#include <utility>
 
 #include "quorl/runtime/types.hpp"
 
@@ -25,7 +21,7 @@ namespace quorl {
 ///       error.Source();       // u"Quorl.Math"
 ///       error.Description();  // u"Le nombre de décimales doit être supérieur ou égal à 0."
 ///     }
-class RaisedError : public std::exception {
+class QUORL_API RaisedError : public std::exception {
  public:
   /// Raises the runtime's failure 7 where memory does not suffice for the record.
   RaisedError(Int32 number, StringView source, StringView description);
@@ -69,22 +65,9 @@ inline constexpr Int32 kFailedCheck = 5000;
 inline constexpr StringView kRuntimeSource = u"Quorl.Runtime";
 
 /// Raises the runtime's failure of that number, with its Source and its French Description.
-[[noreturn]] void Raise(FailureNumber number);
+[[noreturn]] QUORL_API void Raise(FailureNumber number);
 
 /// The runtime's French sentence for `number`; empty for a number that is none of its own.
-StringView DescriptionOf(FailureNumber number) noexcept;
-
-/// Runs `work` and turns the allocator's exceptions into failure 7, so that a size that a caller
-/// provoked comes out as a RaisedError like everything else.
-template <class Work>
-decltype(auto) WithinMemory(Work&& work) {
-  try {
-    return std::forward<Work>(work)();
-  } catch (const std::bad_alloc&) {
-    Raise(FailureNumber::kOutOfMemory);
-  } catch (const std::length_error&) {
-    Raise(FailureNumber::kOutOfMemory);
-  }
-}
+QUORL_API StringView DescriptionOf(FailureNumber number) noexcept;
 
 }  // namespace quorl

@@ -6,7 +6,7 @@
 
 namespace quorl {
 
-class Screen {
+class QUORL_API Screen {
  public:
   static Single Width() noexcept;
   static Single Height() noexcept;

@@ -4,12 +4,14 @@
 #include <array>
 #include <cstddef>
 
-#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
-#include "quorl/runtime/case_table.inc"
+#include "quorl/runtime/internal/case_table.inc"
 
 constexpr std::size_t kPage = 256;
 

@@ -8,14 +8,14 @@
 namespace quorl {
 
 /// The lower-case form of one code unit; the unit itself where there is none.
-char16_t LowerCase(char16_t unit) noexcept;
+QUORL_API char16_t LowerCase(char16_t unit) noexcept;
 /// The upper-case form of one code unit; the unit itself where there is none.
-char16_t UpperCase(char16_t unit) noexcept;
+QUORL_API char16_t UpperCase(char16_t unit) noexcept;
 
 /// A copy of `text` with every code unit mapped; the length stays. Failure 7 where memory does not
 /// hold it.
-String LowerCase(StringView text);
+QUORL_API String LowerCase(StringView text);
 /// Replaces every code unit of `text` by its lower-case form, in place.
-void MakeLowerCase(String& text) noexcept;
+QUORL_API void MakeLowerCase(String& text) noexcept;
 
 }  // namespace quorl

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "quorl/runtime/export.h"
+
 namespace quorl {
 
 using Byte = std::uint8_t;

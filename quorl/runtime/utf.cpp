@@ -3,9 +3,11 @@
 #include <array>
 #include <cstddef>
 
-#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;

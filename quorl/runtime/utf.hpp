@@ -12,10 +12,10 @@ namespace quorl {
 
 /// UTF-8 to UTF-16. Each byte that belongs to no well-formed sequence becomes U+FFFD, so the result
 /// is always readable and never longer, in code units, than `text` is in bytes.
-String Utf16(std::string_view text);
+QUORL_API String Utf16(std::string_view text);
 
 /// UTF-16 to UTF-8. A surrogate without its partner becomes U+FFFD.
 /// Example: `std::cout << Utf8(Strings::Pluriel(u"mot"))` prints "mots".
-std::string Utf8(StringView text);
+QUORL_API std::string Utf8(StringView text);
 
 }  // namespace quorl

@@ -63,7 +63,7 @@ inline constexpr MissingState Missing{};
 ///     Variant f = true;             // Boolean
 ///     Variant g = Null;             // Null
 ///     Variant h = 12.50_cy;         // Currency
-class Variant {
+class QUORL_API Variant {
  public:
   Variant() noexcept = default;
   Variant(EmptyState) noexcept {}

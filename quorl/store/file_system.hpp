@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <string>
 
+#include "quorl/runtime/export.h"
+
 namespace quorl {
 
 struct FileInfo {
@@ -32,7 +34,7 @@ enum class OpenFor : std::uint8_t {
   Creating,  ///< As `Writing`, made when absent; a symbolic link at the last level is refused.
 };
 
-class FileSystem {
+class QUORL_API FileSystem {
  public:
   FileSystem() = default;
   FileSystem(const FileSystem&) = delete;

@@ -2,29 +2,21 @@
 // keep no settings, and for tests. Threads as in store.hpp.
 #pragma once
 
-#include <mutex>
+#include <memory>
 
-#include "quorl/store/hive_store.hpp"
+#include "quorl/store/forwarding_store.hpp"
 
 namespace quorl {
 
-/// A hive in memory.
-class MemoryHive final : public Hive {
- public:
-  Int32 Read(Freshness freshness, Look look) override;
-  Int32 Write(Plan plan) override;
-  void HoldForFork() noexcept override { mutex_.lock(); }
-  void ReleaseAfterFork() noexcept override { mutex_.unlock(); }
-
- private:
-  std::mutex mutex_;
-  HiveContent content_;
-};
-
 /// Seven empty root keys to begin with. Construction may throw std::bad_alloc.
-class MemoryStore final : public HiveStore {
+class QUORL_API MemoryStore final : public ForwardingStore {
  public:
   MemoryStore();
+
+ private:
+  Store& Next() const noexcept override { return *engine_; }
+
+  std::unique_ptr<Store> engine_;
 };
 
 }  // namespace quorl

@@ -38,30 +38,31 @@ namespace quorl {
 /// Opens a key that exists. `options` is 0. Gives 2 when the path is absent; `*key` is then 0.
 ///     KeyHandle key = 0;
 ///     RegOpenKeyExA(kCurrentUser, "Software\\Maison\\Caisse", 0, kReadValues, &key);
-Int32 RegOpenKeyExA(KeyHandle root, std::string_view path, Int32 options, Int32 access,
-                    KeyHandle* key) noexcept;
+QUORL_API Int32 RegOpenKeyExA(KeyHandle root, std::string_view path, Int32 options, Int32 access,
+                              KeyHandle* key) noexcept;
 
 /// Opens a key and makes every level of it that is missing, in one change. `reserved` and `options`
 /// are 0; the key's class and `security` are taken and not kept. `disposition`, unless null, gets 1
 /// when the key is new and 2 when it was there.
-Int32 RegCreateKeyExA(KeyHandle root, std::string_view path, Int32 reserved,
-                      std::string_view key_class, Int32 options, Int32 access,
-                      const SecurityRecord* security, KeyHandle* key, Int32* disposition) noexcept;
+QUORL_API Int32 RegCreateKeyExA(KeyHandle root, std::string_view path, Int32 reserved,
+                                std::string_view key_class, Int32 options, Int32 access,
+                                const SecurityRecord* security, KeyHandle* key,
+                                Int32* disposition) noexcept;
 
 /// Reads one value, opened for `kReadValues`. `type` may be null. With `data` null, `*size` gets
 /// the number of bytes; otherwise `*size` is the capacity, and the bytes and their number are
 /// given. Gives 2 when the value is absent, 234 with the number needed (and the type) when the
 /// capacity is too small. `reserved` is null.
-Int32 RegQueryValueExA(KeyHandle key, std::string_view name, const Int32* reserved, Int32* type,
-                       void* data, Int32* size) noexcept;
+QUORL_API Int32 RegQueryValueExA(KeyHandle key, std::string_view name, const Int32* reserved,
+                                 Int32* type, void* data, Int32* size) noexcept;
 
 /// Makes or replaces a value, opened for `kSetValues`. `reserved` is 0; `data` may be null when
 /// `size` is 0. A value that is replaced keeps its name's case and its place among the values.
-Int32 RegSetValueExA(KeyHandle key, std::string_view name, Int32 reserved, Int32 type,
-                     const void* data, Int32 size) noexcept;
+QUORL_API Int32 RegSetValueExA(KeyHandle key, std::string_view name, Int32 reserved, Int32 type,
+                               const void* data, Int32 size) noexcept;
 
 /// Removes a value, opened for `kSetValues`. Gives 2 when it is absent.
-Int32 RegDeleteValueA(KeyHandle key, std::string_view name) noexcept;
+QUORL_API Int32 RegDeleteValueA(KeyHandle key, std::string_view name) noexcept;
 
 /// The value at `index`, from 0, of a key opened for `kReadValues`. `*name_size` is the capacity of
 /// `name`, terminator counted, and gets the name's length without it. `type` may be null; `data`
@@ -69,55 +70,58 @@ Int32 RegDeleteValueA(KeyHandle key, std::string_view name) noexcept;
 /// `*data_size` are as for `RegQueryValueExA`, and both may be null. Gives 259 behind the last
 /// value, and 234 when a buffer is too small: each size is then what is needed, the name's with
 /// terminator.
-Int32 RegEnumValueA(KeyHandle key, Int32 index, char* name, Int32* name_size, const Int32* reserved,
-                    Int32* type, void* data, Int32* data_size) noexcept;
+QUORL_API Int32 RegEnumValueA(KeyHandle key, Int32 index, char* name, Int32* name_size,
+                              const Int32* reserved, Int32* type, void* data,
+                              Int32* data_size) noexcept;
 
 /// The subkey at `index`, from 0, of a key opened for `kListSubkeys`; name and codes as above. The
 /// class is the empty text: `key_class`, unless null, gets a terminator and `*class_size` 0.
 /// `time`, unless null, gets zeros.
-Int32 RegEnumKeyExA(KeyHandle key, Int32 index, char* name, Int32* name_size, const Int32* reserved,
-                    char* key_class, Int32* class_size, FileTime* time) noexcept;
+QUORL_API Int32 RegEnumKeyExA(KeyHandle key, Int32 index, char* name, Int32* name_size,
+                              const Int32* reserved, char* key_class, Int32* class_size,
+                              FileTime* time) noexcept;
 
 /// Counts and longest lengths of a key opened for `kReadValues`, in bytes and without terminators.
 /// Every out pointer may be null. `key_class` is not written, whatever its capacity; `*class_size`
 /// and `*longest_class` get 0.
-Int32 RegQueryInfoKeyA(KeyHandle key, const char* key_class, Int32* class_size,
-                       const Int32* reserved, Int32* subkeys, Int32* longest_subkey,
-                       Int32* longest_class, Int32* values, Int32* longest_value_name,
-                       Int32* longest_data, Int32* security_size, FileTime* time) noexcept;
+QUORL_API Int32 RegQueryInfoKeyA(KeyHandle key, const char* key_class, Int32* class_size,
+                                 const Int32* reserved, Int32* subkeys, Int32* longest_subkey,
+                                 Int32* longest_class, Int32* values, Int32* longest_value_name,
+                                 Int32* longest_data, Int32* security_size,
+                                 FileTime* time) noexcept;
 
 /// Ends a handle. A root key may be closed too: that does nothing.
-Int32 RegCloseKey(KeyHandle key) noexcept;
+QUORL_API Int32 RegCloseKey(KeyHandle key) noexcept;
 
 /// Copies the values and subkeys of a key, all levels, into `destination`, opened for `kSetValues`
 /// and `kCreateSubkeys`. What is there already stays, values of the same name are replaced.
 /// `reserved` is 0. Gives 2 when the source is absent. A key copied onto itself stays as it is; one
 /// copied into its own tree is copied as it was before.
-Int32 SHCopyKeyA(KeyHandle root, std::string_view source, KeyHandle destination,
-                 Int32 reserved) noexcept;
+QUORL_API Int32 SHCopyKeyA(KeyHandle root, std::string_view source, KeyHandle destination,
+                           Int32 reserved) noexcept;
 
 /// Deletes a key with all below it. Gives 2 when it is absent. Of a root key, which always exists,
 /// everything below it and its values are deleted.
-Int32 SHDeleteKeyA(KeyHandle root, std::string_view path) noexcept;
+QUORL_API Int32 SHDeleteKeyA(KeyHandle root, std::string_view path) noexcept;
 
 /// Puts `code` in words: a French sentence ended by CR LF and a terminator, into `buffer` of
 /// `capacity` bytes. `flags` is 4096. Returns the sentence's length without terminator, and 0 when
 /// the store has no such code or the buffer is too small. The last three pointers and the language
 /// are not looked at.
-Int32 FormatMessageA(Int32 flags, const void* source, Int32 code, Int32 language, char* buffer,
-                     Int32 capacity, const void* arguments) noexcept;
+QUORL_API Int32 FormatMessageA(Int32 flags, const void* source, Int32 code, Int32 language,
+                               char* buffer, Int32 capacity, const void* arguments) noexcept;
 
 /// The store that the operations act on: the one that a host chose, else the persistent store in
 /// the user's and the machine's usual folders, made at the first use. May throw std::bad_alloc.
-Store& CurrentStore();
+QUORL_API Store& CurrentStore();
 
 /// Chooses the store of the process. False, with nothing changed, when a store is in use already.
-bool ChooseStore(std::unique_ptr<Store> store) noexcept;
+QUORL_API bool ChooseStore(std::unique_ptr<Store> store) noexcept;
 
 /// Puts another store in the current one's place as long as the guard lives, for the whole process:
 ///     MemoryStore store;
 ///     const ScopedStore guard(store);
-class ScopedStore {
+class QUORL_API ScopedStore {
  public:
   /// `store` is lent and must outlive the guard.
   explicit ScopedStore(Store& store) noexcept;

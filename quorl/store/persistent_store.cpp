@@ -5,10 +5,13 @@
 #include <string_view>
 #include <utility>
 
-#include "quorl/store/journal_hive.hpp"
-#include "quorl/store/memory_store.hpp"
+#include "quorl/store/internal/hive_store.hpp"
+#include "quorl/store/internal/journal_hive.hpp"
+#include "quorl/store/internal/memory_hive.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 enum class Kept : std::uint8_t { WithUser, WithMachine, InMemory };
@@ -52,29 +55,44 @@ JournalPlace PlaceOf(const HiveRow& row, const StoreFolders& folders) {
           .status = StatusOfFolder(folder)};
 }
 
+HiveStore::Hives MakeHives(const StoreFolders& folders, FileSystem& files) {
+  HiveStore::Hives hives;
+  for (std::size_t i = 0; i < kHives.size(); ++i) {
+    if (kHives[i].kept == Kept::InMemory) {
+      hives[i] = std::make_unique<MemoryHive>();
+    } else {
+      hives[i] = std::make_unique<JournalHive>(files, PlaceOf(kHives[i], folders));
+    }
+  }
+  return hives;
+}
+
 }  // namespace
 
+struct PersistentStore::Engine {
+  /// The hive of a root key that is kept in a file; null for one in memory only.
+  JournalHive* JournalOf(StoreRoot root) const noexcept {
+    return dynamic_cast<JournalHive*>(&store.HiveOf(root));
+  }
+
+  FileSystem& files;
+  HiveStore store;
+};
+
 PersistentStore::PersistentStore(const StoreFolders& folders, FileSystem& files)
-    : HiveStore([&] {
-        Hives hives;
-        for (std::size_t i = 0; i < kHives.size(); ++i) {
-          if (kHives[i].kept == Kept::InMemory) {
-            hives[i] = std::make_unique<MemoryHive>();
-          } else {
-            hives[i] = std::make_unique<JournalHive>(files, PlaceOf(kHives[i], folders));
-          }
-        }
-        return hives;
-      }()),
-      files_(files) {}
+    : engine_(new Engine{files, HiveStore(MakeHives(folders, files))}) {}
+
+PersistentStore::~PersistentStore() = default;
+
+Store& PersistentStore::Next() const noexcept { return engine_->store; }
 
 std::string PersistentStore::HivePath(StoreRoot root) const {
-  const auto* hive = dynamic_cast<JournalHive*>(&HiveOf(root));
+  const auto* hive = engine_->JournalOf(root);
   return hive == nullptr ? std::string() : hive->Path();
 }
 
 JournalReport PersistentStore::Verify(StoreRoot root) const {
-  auto* hive = dynamic_cast<JournalHive*>(&HiveOf(root));
+  auto* hive = engine_->JournalOf(root);
   return hive == nullptr ? JournalReport{.status = kAbsent} : hive->Verify();
 }
 
@@ -82,10 +100,10 @@ std::vector<JournalReport> PersistentStore::VerifyKeptAside(StoreRoot root) cons
   std::vector<JournalReport> reports;
   const std::string path = HivePath(root);
   std::string target;
-  if (path.empty() || FollowLinks(files_, path, target) != kDone) return reports;
+  if (path.empty() || FollowLinks(engine_->files, path, target) != kDone) return reports;
   FileInfo info;
-  for (int number = 1; files_.Describe(AsideName(target, number), info) == 0; ++number) {
-    reports.push_back(ExamineFile(files_, AsideName(target, number)));
+  for (int number = 1; engine_->files.Describe(AsideName(target, number), info) == 0; ++number) {
+    reports.push_back(ExamineFile(engine_->files, AsideName(target, number)));
   }
   return reports;
 }
@@ -93,7 +111,7 @@ std::vector<JournalReport> PersistentStore::VerifyKeptAside(StoreRoot root) cons
 std::vector<JournalReport> PersistentStore::TakeReports() {
   std::vector<JournalReport> reports;
   for (const HiveRow& row : kHives) {
-    auto* hive = dynamic_cast<JournalHive*>(&HiveOf(row.root));
+    auto* hive = engine_->JournalOf(row.root);
     if (hive == nullptr) continue;
     for (auto& report : hive->TakeReports()) reports.push_back(std::move(report));
   }

@@ -25,20 +25,22 @@
 // No member throws but for want of memory.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "quorl/store/file_system.hpp"
-#include "quorl/store/hive_store.hpp"
-#include "quorl/store/journal_salvage.hpp"
+#include "quorl/store/forwarding_store.hpp"
+#include "quorl/store/journal_report.hpp"
 #include "quorl/store/store_folders.hpp"
 
 namespace quorl {
 
-class PersistentStore final : public HiveStore {
+class QUORL_API PersistentStore final : public ForwardingStore {
  public:
   /// `files` is lent for the store's life. Nothing is read or made before the first use.
   explicit PersistentStore(const StoreFolders& folders, FileSystem& files = FileSystem::Posix());
+  ~PersistentStore() override;
 
   /// The path of a hive's file; empty for a root key that is in memory only.
   std::string HivePath(StoreRoot root) const;
@@ -56,7 +58,11 @@ class PersistentStore final : public HiveStore {
   std::vector<JournalReport> TakeReports();
 
  private:
-  FileSystem& files_;
+  struct Engine;
+
+  Store& Next() const noexcept override;
+
+  std::unique_ptr<Engine> engine_;
 };
 
 }  // namespace quorl

@@ -72,9 +72,9 @@ constexpr bool StatusRowsAscend() {
 static_assert(StatusRowsAscend());
 
 /// The French sentence of `code`, ended by CR LF; empty when the store has no such code.
-StringView SentenceOf(Int32 code) noexcept;
+QUORL_API StringView SentenceOf(Int32 code) noexcept;
 
 /// The store's code for a failed system call: `error` is an errno value, as a positive number.
-StoreStatus StatusOf(int error) noexcept;
+QUORL_API StoreStatus StatusOf(int error) noexcept;
 
 }  // namespace quorl

@@ -69,7 +69,7 @@ struct OutBuffer {
 };
 
 /// The operations on one store. See operations.hpp for each one's contract.
-class Store {
+class QUORL_API Store {
  public:
   Store() = default;
   Store(const Store&) = delete;

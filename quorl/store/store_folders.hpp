@@ -10,7 +10,7 @@ namespace quorl {
 
 /// A folder of hives. A path that does not begin with "/" is no place: every operation on its hives
 /// then gives kWrongFolder, and kFolderNotFound for an empty one.
-struct StoreFolders {
+struct QUORL_API StoreFolders {
   std::string user;
   std::string machine;
 

@@ -3,11 +3,13 @@
 #include <algorithm>
 
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/number_text.hpp"
-#include "quorl/runtime/raised_error.hpp"
 #include "quorl/text/strings.hpp"
 
 namespace quorl {
+
+using namespace internal;
 
 namespace {
 

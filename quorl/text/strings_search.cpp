@@ -3,12 +3,14 @@
 #include <algorithm>
 
 #include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text.hpp"
-#include "quorl/text/joined.hpp"
+#include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/text/strings.hpp"
 
 namespace quorl {
+
+using namespace internal;
 
 namespace {
 
@@ -42,7 +44,7 @@ class ClosedText {
     }
     const StringView tail = LastOf(text_, LengthOf(separator_) - 1);
     const std::int64_t skipped = LengthOf(text_) - LengthOf(tail);
-    const String closed_tail = text::Joined({tail, separator_});
+    const String closed_tail = Joined({tail, separator_});
     const std::int64_t found =
         Find(std::max<std::int64_t>(start - skipped, 1), closed_tail, separator_);
     return found == 0 ? 0 : found + skipped;
@@ -82,8 +84,8 @@ String Strings::GetToken(StringView Text, StringView Separator, Int16 Index) {
   }
   const std::int64_t end = closed.FindSeparator(start);
   // Without an end the search stands behind the whole text, and one character further counts.
-  if (end == 0) return text::Joined({closed.RestBehindText(start + 1)});
-  return text::Joined({Slice(Text, start, end - start)});
+  if (end == 0) return Joined({closed.RestBehindText(start + 1)});
+  return Joined({Slice(Text, start, end - start)});
 }
 
 Int32 Strings::StrCount(StringView Text, StringView SubString) {
@@ -103,8 +105,8 @@ Int32 Strings::StrCount(StringView Text, StringView SubString) {
 String Strings::StrTran(StringView Text, StringView OldSubString, StringView NewSubString) {
   const Int16 found = CheckedInt16(Find(1, Text, OldSubString));
   const Int16 behind = CheckedInt16(found + LengthOf(OldSubString));
-  if (found == 0) return text::Joined({Text});
-  return text::Joined({FirstOf(Text, found - 1), NewSubString, SliceFrom(Text, behind)});
+  if (found == 0) return Joined({Text});
+  return Joined({FirstOf(Text, found - 1), NewSubString, SliceFrom(Text, behind)});
 }
 
 Int16 Strings::IndexOf(StringView cText, StringView cSubString, Int16 nStart, Int16 nCount) {

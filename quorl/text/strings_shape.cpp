@@ -3,12 +3,14 @@
 #include <algorithm>
 
 #include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text.hpp"
-#include "quorl/text/joined.hpp"
+#include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/text/strings.hpp"
 
 namespace quorl {
+
+using namespace internal;
 
 namespace {
 
@@ -53,20 +55,20 @@ String Strings::Padr(StringView Text, Int16 Length, StringView PadChar) {
 String Strings::RTrimEx(StringView Text, StringView Char) {
   StringView rest = TrimTrailing(Text);
   if (Char.size() == 1) rest = TrimTrailing(rest, Char.front());
-  return text::Joined({rest});
+  return Joined({rest});
 }
 
 String Strings::LTrimEx(StringView Text, StringView Char) {
   StringView rest = TrimLeading(Text);
   if (Char.size() == 1) rest = TrimLeading(rest, Char.front());
-  return text::Joined({rest});
+  return Joined({rest});
 }
 
 String Strings::TruncateMiddle(StringView Text, Int16 Length, Int16 DotsPosition) {
-  if (static_cast<std::int64_t>(Text.size()) <= Length) return text::Joined({Text});
+  if (static_cast<std::int64_t>(Text.size()) <= Length) return Joined({Text});
   const Double head = HeadLength(Length, DotsPosition);
   const Double tail = Length - head - static_cast<Double>(kDots.size());
-  return text::Joined({FirstOf(Text, ToInt16(head)), kDots, LastOf(Text, ToInt16(tail))});
+  return Joined({FirstOf(Text, ToInt16(head)), kDots, LastOf(Text, ToInt16(tail))});
 }
 
 }  // namespace quorl

@@ -1,13 +1,15 @@
 // Word forms.
 
 #include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/text.hpp"
+#include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/text_case.hpp"
-#include "quorl/text/joined.hpp"
 #include "quorl/text/strings.hpp"
 
 namespace quorl {
+
+using namespace internal;
 
 namespace {
 
@@ -25,7 +27,7 @@ StringView PluralEnding(char16_t last) {
 
 String Strings::Pluriel(StringView Text) {
   const StringView word = Trim(Text);
-  return text::Joined({word, word.empty() ? u"S" : PluralEnding(word.back())});
+  return Joined({word, word.empty() ? u"S" : PluralEnding(word.back())});
 }
 
 String Strings::ProperCase(StringView Text) {

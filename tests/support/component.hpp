@@ -16,12 +16,12 @@
 #include <utility>
 #include <vector>
 
-#include "quorl/abi/bstr.hpp"
-#include "quorl/abi/counted.hpp"
-#include "quorl/abi/foreign_object.hpp"
+#include "quorl/abi/internal/bstr.hpp"
+#include "quorl/abi/internal/dispatch_proxy.hpp"
+#include "quorl/abi/internal/ref_counted.hpp"
+#include "quorl/abi/internal/values.hpp"
 #include "quorl/abi/quorl.h"
-#include "quorl/abi/values.hpp"
-#include "quorl/frame/catalogue.hpp"
+#include "quorl/frame/internal/catalogue.hpp"
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/locale.hpp"
 #include "quorl/runtime/raised_error.hpp"
@@ -30,6 +30,8 @@
 #include "tests/support/print.hpp"
 
 namespace quorl {
+
+using namespace internal;
 
 using abi::OwnedVariant;
 using abi::Reference;

@@ -12,13 +12,15 @@
 #include <utility>
 #include <vector>
 
-#include "quorl/abi/element.hpp"
-#include "quorl/abi/errors.hpp"
+#include "quorl/abi/internal/element.hpp"
+#include "quorl/abi/internal/errors.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
 #include "tests/support/component.hpp"
 
 namespace quorl {
+
+using namespace internal;
 
 /// Numbers made of the bytes, zeros behind the last.
 class FuzzBytes {
@@ -139,8 +141,12 @@ class FuzzArguments {
     arrays_.push_back(array);
     for (std::uint32_t i = 0; i < bounds[0].count; ++i) {
       VARIANT element = vt == VT_VARIANT ? Next(depth + 1) : Plain(vt);
-      abi::CopyElement(vt, static_cast<char*>(array->data) + i * array->element_size,
-                       vt == VT_VARIANT ? static_cast<void*>(&element) : &element.value);
+      const Int32 subscripts[] = {bounds[0].lower + static_cast<Int32>(i), 0, 1};
+      const bool is_pointer = vt == VT_BSTR || vt == VT_DISPATCH;
+      SafeArrayPutElement(array, subscripts,
+                          is_pointer         ? *reinterpret_cast<void**>(&element.value)
+                          : vt == VT_VARIANT ? static_cast<void*>(&element)
+                                             : &element.value);
     }
     VARIANT value{};
     value.vt = static_cast<std::uint16_t>(VT_ARRAY | (bytes_.Below(8) == 0 ? kTypes[2] : vt));

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "quorl/runtime/date_text.hpp"
-#include "quorl/runtime/decimal.hpp"
+#include "quorl/runtime/internal/decimal.hpp"
 #include "quorl/runtime/utf.hpp"
 #include "quorl/runtime/variant.hpp"
 

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "quorl/store/store.hpp"
+#include "quorl/store/forwarding_store.hpp"
 
 namespace quorl {
 
-class RecordingStore final : public Store {
+class RecordingStore final : public ForwardingStore {
  public:
   explicit RecordingStore(Store& behind) : behind_(behind) {}
 
@@ -39,7 +39,6 @@ class RecordingStore final : public Store {
     *key = 0;
     return Fails("CreateKey") ? code_ : behind_.CreateKey(root, path, access, key, created);
   }
-  Int32 CloseKey(KeyHandle key) noexcept override { return behind_.CloseKey(key); }
   Int32 QueryValue(KeyHandle key, std::string_view name, Int32* type,
                    OutBuffer data) noexcept override {
     return Fails("QueryValue") ? code_ : behind_.QueryValue(key, name, type, data);
@@ -67,9 +66,10 @@ class RecordingStore final : public Store {
   Int32 DeleteTree(KeyHandle root, std::string_view path) noexcept override {
     return Fails("DeleteTree") ? code_ : behind_.DeleteTree(root, path);
   }
-  Int32 OpenKeyCount() const noexcept override { return behind_.OpenKeyCount(); }
 
  private:
+  Store& Next() const noexcept override { return behind_; }
+
   bool Fails(const char* call) noexcept {
     const std::size_t place = calls_.size();
     calls_.emplace_back(call);

@@ -7,9 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "quorl/store/hive_store.hpp"
+#include "quorl/store/internal/hive_store.hpp"
 
 namespace quorl {
+
+using namespace internal;
 
 /// Whether the long sweeps are to run.
 inline bool LongSweeps() { return std::getenv("QUORL_LONG") != nullptr; }
@@ -118,7 +120,7 @@ struct Action {
 inline Int32 Do(Store& store, const Action& action) {
   using enum ChangeKind;
   if (action.kind == DeleteKey) return store.DeleteTree(kCurrentUser, action.path);
-  const bool copies = action.kind == Merge || action.kind == Replace;
+  const bool copies = action.kind == Merge;
   const std::string& path = copies ? action.name : action.path;
   KeyHandle key = 0;
   Int32 code = action.kind == CreateKey
@@ -128,9 +130,6 @@ inline Int32 Do(Store& store, const Action& action) {
   if (action.kind == SetValue) code = store.SetValue(key, action.name, action.type, action.data);
   if (action.kind == DeleteValue) code = store.DeleteValue(key, action.name);
   if (action.kind == Merge) code = store.CopyTree(kCurrentUser, action.path, key);
-  if (action.kind == Replace) {
-    code = static_cast<HiveStore&>(store).ReplaceTree(kCurrentUser, action.path, key);
-  }
   store.CloseKey(key);
   return code;
 }

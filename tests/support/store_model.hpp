@@ -12,6 +12,8 @@
 
 namespace quorl {
 
+using namespace internal;
+
 class StoreModel {
  public:
   struct Value {

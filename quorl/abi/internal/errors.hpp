@@ -1,0 +1,31 @@
+// Failures between RaisedError and their binary forms: a result code, the thread's error info, the
+// record of a call by name.
+#pragma once
+
+#include "quorl/abi/quorl.h"
+#include "quorl/runtime/raised_error.hpp"
+
+namespace quorl::abi {
+
+/// 0x800A0000 + Number for a Number from 0 to 0xFFFF, any other with its top bit set.
+QUORL_API HRESULT CodeOf(Int32 number) noexcept;
+
+/// Makes `error` the thread's error info. Without memory for it, the thread has none.
+QUORL_API void SetErrorInfoOf(const RaisedError& error) noexcept;
+
+/// Fills a record that the caller owns; what it holds is not looked at. Without memory the texts
+/// stay null.
+QUORL_API void FillRecord(const RaisedError& error, EXCEPINFO& info) noexcept;
+
+/// The failure that a host's record tells, once the host has been asked to fill it.
+RaisedError ReadRecord(EXCEPINFO& info);
+
+/// Ends the texts of a host's record.
+inline void EndRecord(EXCEPINFO& info) noexcept {
+  SysFreeString(info.source);
+  SysFreeString(info.description);
+  SysFreeString(info.help_file);
+  info = EXCEPINFO{};
+}
+
+}  // namespace quorl::abi

@@ -1,0 +1,16 @@
+// Paths as the registration keeps them: bytes outside printable ASCII, and the percent sign itself,
+// as "%XX".
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "quorl/runtime/export.h"
+
+namespace quorl::abi {
+
+QUORL_API std::string PercentEscaped(std::string_view bytes);
+/// The bytes again; an escape that is none stands for itself.
+std::string PercentUnescaped(std::string_view text);
+
+}  // namespace quorl::abi

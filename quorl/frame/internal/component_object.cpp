@@ -1,0 +1,115 @@
+#include "quorl/frame/internal/component_object.hpp"
+
+#include <algorithm>
+
+#include "quorl/abi/internal/ref_counted.hpp"
+#include "quorl/frame/internal/class_row.hpp"
+#include "quorl/frame/internal/invoke.hpp"
+#include "quorl/frame/internal/type_info.hpp"
+
+namespace quorl::frame {
+namespace {
+
+using abi::operator==;
+
+std::atomic<std::int64_t> uses{0};
+
+ComponentObject& At(QuorlDispatch* self) { return *static_cast<ComponentObject*>(self); }
+
+// The object whose `support` this is.
+QuorlDispatch* OwnerOf(QuorlSupportErrorInfo* support) {
+  // It is the first thing behind the object's own table pointer.
+  static_assert(sizeof(QuorlDispatch) == sizeof(void*));
+  return reinterpret_cast<QuorlDispatch*>(support) - 1;
+}
+
+HRESULT SupportQuery(QuorlSupportErrorInfo* self, const GUID* identifier, void** out) {
+  return QueryInterface(OwnerOf(self), identifier, out);
+}
+std::uint32_t SupportAddRef(QuorlSupportErrorInfo* self) { return AddRef(OwnerOf(self)); }
+std::uint32_t SupportRelease(QuorlSupportErrorInfo* self) { return Release(OwnerOf(self)); }
+
+bool IsInterfaceOf(const ClassRow& row, const GUID& identifier) {
+  return std::ranges::any_of(row.interfaces,
+                             [&](const GUID& known) { return known == identifier; });
+}
+
+HRESULT SupportsErrorInfo(QuorlSupportErrorInfo* self, const GUID* identifier) {
+  if (identifier == nullptr) return E_POINTER;
+  return IsInterfaceOf(At(OwnerOf(self)).row, *identifier) ? S_OK : S_FALSE;
+}
+
+constexpr QuorlSupportErrorInfoTable kSupportTable{&SupportQuery, &SupportAddRef, &SupportRelease,
+                                                   &SupportsErrorInfo};
+
+}  // namespace
+
+ComponentObject::ComponentObject(const ClassRow& of_class, Holder holder) noexcept
+    : QuorlDispatch{of_class.table}, support{&kSupportTable}, row(of_class), held_by(holder) {
+  if (held_by == Holder::kHost) CountUse(+1);
+}
+
+ComponentObject::~ComponentObject() {
+  if (held_by == Holder::kHost) CountUse(-1);
+}
+
+void CountUse(int change) noexcept { uses.fetch_add(change, std::memory_order_acq_rel); }
+
+bool IsInUse() noexcept { return uses.load(std::memory_order_acquire) != 0; }
+
+HRESULT QueryInterface(QuorlDispatch* self, const GUID* identifier, void** out) noexcept {
+  if (out == nullptr) return E_POINTER;
+  *out = nullptr;
+  if (identifier == nullptr) return E_POINTER;
+  ComponentObject& object = At(self);
+  if (*identifier == IID_ISupportErrorInfo) {
+    *out = &object.support;
+  } else if (*identifier == IID_IUnknown || *identifier == IID_IDispatch ||
+             IsInterfaceOf(object.row, *identifier)) {
+    *out = self;
+  } else {
+    return E_NOINTERFACE;
+  }
+  AddRef(self);
+  return S_OK;
+}
+
+std::uint32_t AddRef(QuorlDispatch* self) noexcept {
+  return At(self).count.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+std::uint32_t Release(QuorlDispatch* self) noexcept {
+  ComponentObject& object = At(self);
+  const std::uint32_t left = object.count.fetch_sub(1, std::memory_order_acq_rel) - 1;
+  // The library's own reference to a hidden instance is not for a host to give back.
+  if (left == 0 && object.held_by == Holder::kHost) object.row.end(&object);
+  return left;
+}
+
+HRESULT GetTypeInfoCount(QuorlDispatch*, std::uint32_t* count) noexcept {
+  if (count == nullptr) return E_POINTER;
+  *count = 1;
+  return S_OK;
+}
+
+HRESULT GetTypeInfo(QuorlDispatch* self, std::uint32_t index, std::uint32_t, void** out) noexcept {
+  if (out == nullptr) return E_POINTER;
+  *out = nullptr;
+  if (index != 0) return DISP_E_BADINDEX;
+  *out = NewTypeInfo(At(self).row);
+  return *out == nullptr ? E_OUTOFMEMORY : S_OK;
+}
+
+HRESULT GetIDsOfNames(QuorlDispatch* self, const GUID*, const char16_t** names, std::uint32_t count,
+                      std::uint32_t, std::int32_t* ids) noexcept {
+  return IdentifiersOf(At(self).row, names, count, ids);
+}
+
+HRESULT Invoke(QuorlDispatch* self, std::int32_t id, const GUID*, std::uint32_t,
+               std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,
+               std::uint32_t* wrong_argument) noexcept {
+  const KeptAlive kept(self);
+  return InvokeMember(At(self), id, flags, parameters, result, info, wrong_argument);
+}
+
+}  // namespace quorl::frame

@@ -1,0 +1,30 @@
+// What the type description says of classes beyond their rows: flags, and the order of the listing.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "quorl/frame/internal/class_row.hpp"
+
+namespace quorl::frame {
+
+/// Application object, creatable, predeclared; creatable alone.
+inline constexpr std::uint16_t kGlobalFlags = 0xB;
+inline constexpr std::uint16_t kCreatableFlags = 0x2;
+/// Dual, automation-compatible, non-extensible, hidden.
+inline constexpr std::uint16_t kInterfaceFlags = 0x11D0;
+/// An alias that stands for a former version: hidden.
+inline constexpr std::uint16_t kAliasFlags = 0x10;
+
+constexpr std::uint16_t ClassFlags(const ClassRow& row) {
+  return row.kind == ClassKind::kGlobal ? kGlobalFlags : kCreatableFlags;
+}
+
+/// The name of the interface's version 1.k: "Math___v0" for a former one, "_Math" for the current.
+String InterfaceName(const ClassRow& row, std::size_t version);
+
+/// The place, from 0, of a member in the listing: those with a place of their own first, the others
+/// in table order.
+std::size_t ListingPlaceOf(const ClassRow& row, const MemberRow& member) noexcept;
+
+}  // namespace quorl::frame

@@ -1,0 +1,247 @@
+// The types of members between C++, a slot of a table, and a Variant of a call by name: one
+// specialisation a type.
+//
+// For a parameter: `In` is the slot's argument, `FromSlot` holds it as C++ wants it, `FromVariant`
+// the same from a Variant; both convert to the parameter. For a result: `Out` is what the slot's
+// result pointer points to, `Write` fills it, and `Former` is what stood there: the slot is cleared
+// at once, but a caller may have lent the very same text as an argument, so that it is ended only
+// behind the call. `kType` is what the description says.
+#pragma once
+
+#include <type_traits>
+#include <utility>
+
+#include "quorl/abi/internal/bstr.hpp"
+#include "quorl/abi/internal/dispatch_proxy.hpp"
+#include "quorl/abi/internal/values.hpp"
+#include "quorl/abi/quorl.h"
+#include "quorl/frame/internal/member_row.hpp"
+#include "quorl/frame/internal/registry_argument.hpp"
+#include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/raised_error.hpp"
+
+namespace quorl::frame {
+
+/// The published name of an enumeration; specialised beside the catalogue.
+template <class Enumeration>
+struct EnumerationName;
+
+template <class Type>
+struct Wire;
+
+/// What all plain types share. `Wire<Type>` narrows the slot's argument and converts a Variant.
+template <class Type, class Slot>
+struct PlainWire {
+  using In = Slot;
+  struct FromSlot {
+    Type value;
+    explicit FromSlot(In in) : value(Wire<Type>::Narrow(in)) {}
+    operator Type() const { return value; }
+  };
+  struct FromVariant {
+    Type value;
+    explicit FromVariant(const Variant& variant) : value(Wire<Type>::Convert(variant)) {}
+    operator Type() const { return value; }
+  };
+  struct Former {
+    template <class Out>
+    explicit Former(Out*) {}
+  };
+};
+
+template <>
+struct Wire<Int16> : PlainWire<Int16, std::int32_t> {
+  static constexpr TypeRow kType{VariantType::kInt16};
+  using Out = std::int16_t;
+  static Int16 Narrow(std::int32_t in) { return CheckedInt16(in); }
+  static Int16 Convert(const Variant& value) { return ToInt16(value); }
+  static void Write(Out* out, Int16 value) { *out = value; }
+};
+
+template <>
+struct Wire<Int32> : PlainWire<Int32, std::int32_t> {
+  static constexpr TypeRow kType{VariantType::kInt32};
+  using Out = std::int32_t;
+  static Int32 Narrow(std::int32_t in) { return in; }
+  static Int32 Convert(const Variant& value) { return ToInt32(value); }
+  static void Write(Out* out, Int32 value) { *out = value; }
+};
+
+template <class Enumeration>
+requires std::is_enum_v<Enumeration>
+struct Wire<Enumeration> : PlainWire<Enumeration, std::int32_t> {
+  static constexpr TypeRow kType{VariantType::kInt32, EnumerationName<Enumeration>::kName};
+  using Out = std::int32_t;
+  static Enumeration Narrow(std::int32_t in) { return static_cast<Enumeration>(in); }
+  static Enumeration Convert(const Variant& value) { return Narrow(ToInt32(value)); }
+  static void Write(Out* out, Enumeration value) { *out = value; }
+};
+
+template <>
+struct Wire<Double> : PlainWire<Double, double> {
+  static constexpr TypeRow kType{VariantType::kDouble};
+  using Out = double;
+  static Double Narrow(double in) { return in; }
+  static Double Convert(const Variant& value) { return ToDouble(value); }
+  static void Write(Out* out, Double value) { *out = value; }
+};
+
+template <>
+struct Wire<Date> : PlainWire<Date, double> {
+  static constexpr TypeRow kType{VariantType::kDate};
+  using Out = double;
+  static Date Narrow(double in) { return Date(in); }
+  static Date Convert(const Variant& value) { return ToDate(value); }
+  static void Write(Out* out, Date value) { *out = value.Days(); }
+};
+
+template <>
+struct Wire<Currency> : PlainWire<Currency, std::int64_t> {
+  static constexpr TypeRow kType{VariantType::kCurrency};
+  using Out = std::int64_t;
+  static Currency Narrow(std::int64_t in) { return Currency::FromTenThousandths(in); }
+  static Currency Convert(const Variant& value) { return ToCurrency(value); }
+  static void Write(Out* out, Currency value) { *out = value.TenThousandths(); }
+};
+
+template <>
+struct Wire<Boolean> : PlainWire<Boolean, std::int16_t> {
+  static constexpr TypeRow kType{VariantType::kBoolean};
+  using Out = std::int16_t;
+  static Boolean Narrow(std::int16_t in) { return in != 0; }
+  static Boolean Convert(const Variant& value) { return ToBoolean(value); }
+  static void Write(Out* out, Boolean value) { *out = value ? kTrueAsNumber : Int16{0}; }
+};
+
+template <>
+struct Wire<StringView> {
+  static constexpr TypeRow kType{VariantType::kString};
+  using In = BSTR;
+  struct FromSlot {
+    StringView text;
+    explicit FromSlot(In in) : text(abi::ViewOf(in)) {}
+    operator StringView() const { return text; }
+  };
+  struct FromVariant {
+    String converted;
+    StringView text;
+    explicit FromVariant(Variant& variant) {
+      // A text is lent as it stands.
+      if (const String* content = variant.If<String>()) {
+        text = *content;
+      } else {
+        converted = ToString(variant);
+        text = converted;
+      }
+    }
+    FromVariant(const FromVariant&) = delete;
+    FromVariant& operator=(const FromVariant&) = delete;
+    operator StringView() const { return text; }
+  };
+};
+
+/// As a result, and as a field that a host writes.
+template <>
+struct Wire<String> : Wire<StringView> {
+  using Out = BSTR;
+  class Former {
+   public:
+    explicit Former(Out* out) : text_(std::exchange(*out, nullptr)) {}
+    Former(const Former&) = delete;
+    Former& operator=(const Former&) = delete;
+    ~Former() { SysFreeString(text_); }
+
+   private:
+    BSTR text_;
+  };
+  static void Write(Out* out, const String& value) { *out = abi::NewBstr(value); }
+};
+
+template <>
+struct Wire<Variant> {
+  static constexpr TypeRow kType{VariantType::kVariant};
+  using Out = VARIANT;
+  struct Former {
+    abi::OwnedVariant value;
+    explicit Former(Out* out) : value(abi::OwnedVariant::TakenFrom(out)) {}
+  };
+  static void Write(Out* out, const Variant& value) { *out = abi::ToBinary(value); }
+};
+
+template <>
+struct Wire<const Variant&> {
+  static constexpr TypeRow kType{VariantType::kVariant};
+  using In = VARIANT;
+  struct FromSlot {
+    Variant value;
+    explicit FromSlot(const In& in) : value(abi::FromBinary(in)) {}
+    operator const Variant&() const { return value; }
+  };
+  struct FromVariant {
+    const Variant& value;
+    explicit FromVariant(Variant& variant) : value(variant) {}
+    operator const Variant&() const { return value; }
+  };
+};
+
+template <>
+struct Wire<const Object&> {
+  static constexpr TypeRow kType{VariantType::kObject};
+  using In = QuorlDispatch*;
+  struct FromSlot {
+    Object value;
+    explicit FromSlot(In in) : value(abi::ObjectOf(in)) {}
+    operator const Object&() const { return value; }
+  };
+  struct FromVariant {
+    Object value;
+    explicit FromVariant(Variant& variant) : value(ToObject(variant)) {}
+    operator const Object&() const { return value; }
+  };
+};
+
+/// An argument that the member writes back.
+template <>
+struct Wire<Int16&> {
+  static constexpr TypeRow kType{VariantType::kInt16, {}, true};
+  using In = std::int16_t*;
+  struct FromSlot {
+    Int16* place;
+    explicit FromSlot(In in) : place(in) {}
+    operator Int16&() const { return *place; }
+  };
+  struct FromVariant {
+    Variant& place;
+    Int16 value;
+    explicit FromVariant(Variant& variant) : place(variant), value(ToInt16(variant)) {}
+    FromVariant(const FromVariant&) = delete;
+    FromVariant& operator=(const FromVariant&) = delete;
+    ~FromVariant() { place = value; }
+    operator Int16&() { return value; }
+  };
+};
+
+/// Whether a slot lacks the place where it is to write an argument back.
+template <class In>
+bool IsAbsent(const In&) {
+  return false;
+}
+inline bool IsAbsent(std::int16_t* const& place) { return place == nullptr; }
+
+template <>
+struct Wire<Registry&> {
+  static constexpr TypeRow kType{VariantType::kObject, u"Registry"};
+  using In = QuorlDispatch*;
+  struct FromSlot {
+    Registry& value;
+    explicit FromSlot(In in) : value(RegistryBehind(in)) {}
+    operator Registry&() const { return value; }
+  };
+  struct FromVariant {
+    Registry& value;
+    explicit FromVariant(Variant& variant) : value(RegistryBehind(ToObject(variant))) {}
+    operator Registry&() const { return value; }
+  };
+};
+
+}  // namespace quorl::frame

@@ -1,0 +1,17 @@
+// How the generated texts call the types of arguments and results.
+#pragma once
+
+#include <string>
+
+#include "quorl/frame/internal/member_row.hpp"
+
+namespace quorl::frame {
+
+/// In interface-definition text.
+std::string DescribedType(const TypeRow& type);
+
+/// In plain C: as an argument of a slot, and as what a slot's result pointer points to.
+std::string SlotArgumentType(const TypeRow& type);
+std::string SlotResultType(const TypeRow& type);
+
+}  // namespace quorl::frame

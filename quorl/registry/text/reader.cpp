@@ -1,0 +1,294 @@
+#include "quorl/registry/text/reader.hpp"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "quorl/registry/text/root_name.hpp"
+#include "quorl/runtime/ansi.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
+#include "quorl/runtime/text_case.hpp"
+#include "quorl/runtime/utf.hpp"
+#include "quorl/store/key_name.hpp"
+
+namespace quorl {
+
+using namespace internal;
+namespace {
+
+constexpr std::string_view kUtf16Mark = "\xFF\xFE";
+constexpr std::string_view kUtf16SwappedMark = "\xFE\xFF";
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kHeader4InBytes = "REGEDIT4";
+constexpr StringView kHeader4 = u"REGEDIT4";
+constexpr StringView kHeader5 = u"Windows Registry Editor Version 5.00";
+
+// A carriage return before a line feed counts as one too.
+constexpr StringView kBlanks = u" \t\r";
+
+[[noreturn]] void RaiseAt(StringView file, Int32 line, StringView what) {
+  String description(file);
+  description.append(u":").append(FromAnsi(std::to_string(line))).append(u": ").append(what);
+  throw RaisedError(kFailedCheck, kRegistryTextSource, description);
+}
+
+// The code units of bytes, low one first; an odd last byte is left out.
+String FromUtf16Bytes(std::string_view bytes) {
+  String text(bytes.size() / 2, u'\0');
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    text[i] = static_cast<char16_t>(static_cast<unsigned char>(bytes[2 * i]) |
+                                    static_cast<unsigned char>(bytes[2 * i + 1]) << 8);
+  }
+  return text;
+}
+
+String Decoded(std::string_view bytes, StringView file) {
+  if (bytes.starts_with(kUtf16Mark)) {
+    if (bytes.size() % 2 != 0) RaiseAt(file, 1, u"le fichier s'arrête au milieu d'un caractère");
+    return FromUtf16Bytes(bytes.substr(kUtf16Mark.size()));
+  }
+  if (bytes.starts_with(kUtf16SwappedMark)) {
+    RaiseAt(file, 1, u"le texte UTF-16 doit avoir l'octet de poids faible en premier");
+  }
+  if (bytes.starts_with(kUtf8Mark)) return Utf16(bytes.substr(kUtf8Mark.size()));
+  return bytes.starts_with(kHeader4InBytes) ? FromAnsi(bytes) : Utf16(bytes);
+}
+
+std::optional<std::uint32_t> HexDigit(char16_t unit) {
+  if (unit >= u'0' && unit <= u'9') return unit - u'0';
+  const char16_t lowered = LowerCase(unit);
+  if (lowered >= u'a' && lowered <= u'f') return lowered - u'a' + 10U;
+  return std::nullopt;
+}
+
+class Reader {
+ public:
+  Reader(StringView text, StringView file, ForeignCharacters foreign)
+      : text_(text), file_(file), foreign_(foreign) {}
+
+  RegistryText Read() {
+    ReadHeader();
+    for (; at_ < text_.size(); EndLine()) {
+      SkipBlanks();
+      if (Peek() == u'[') {
+        ReadKey();
+      } else if (Peek() == u'"' || Peek() == u'@') {
+        ReadValue();
+      } else if (!AtLineEnd()) {
+        Fail(u"la ligne n'est ni une clé, ni une valeur, ni un commentaire");
+      }
+    }
+    return std::move(keys_);
+  }
+
+ private:
+  [[noreturn]] void Fail(StringView what) const { FailAt(line_, what); }
+  [[noreturn]] void FailAt(Int32 line, StringView what) const { RaiseAt(file_, line, what); }
+
+  char16_t Peek() const { return at_ < text_.size() ? text_[at_] : u'\0'; }
+  bool TakeIf(char16_t unit) {
+    if (at_ >= text_.size() || text_[at_] != unit) return false;
+    if (unit == u'\n') ++line_;
+    ++at_;
+    return true;
+  }
+  void SkipBlanks() { at_ = std::min(text_.find_first_not_of(kBlanks, at_), text_.size()); }
+  void SkipComment() { at_ = std::min(text_.find(u'\n', at_), text_.size()); }
+  bool AtLineEnd() const { return at_ == text_.size() || Peek() == u'\n' || Peek() == u';'; }
+
+  // Passes to the next line; nothing but a comment may be left on this one.
+  void EndLine() {
+    SkipBlanks();
+    if (!AtLineEnd()) Fail(u"la fin de la ligne n'a pas de sens");
+    SkipComment();
+    TakeIf(u'\n');
+  }
+
+  // The rest of the line, without blanks at its end.
+  StringView TakeLine() {
+    const std::size_t end = std::min(text_.find(u'\n', at_), text_.size());
+    const StringView line = text_.substr(at_, end - at_);
+    at_ = end;
+    return line.substr(0, line.find_last_not_of(kBlanks) + 1);
+  }
+
+  void ReadHeader() {
+    const StringView header = TakeLine();
+    if (header != kHeader5 && header != kHeader4) {
+      Fail(u"l'en-tête n'est ni celui de la version 5.00 ni celui de la version 4");
+    }
+    has_wide_texts_ = header == kHeader5;
+    TakeIf(u'\n');
+  }
+
+  void ReadKey() {
+    StringView name = TakeLine().substr(1);
+    if (!name.ends_with(u']')) Fail(u"la clé n'est pas fermée par un crochet");
+    name.remove_suffix(1);
+    RegistryTextKey key;
+    key.is_deletion = name.starts_with(u'-');
+    if (key.is_deletion) name.remove_prefix(1);
+    const std::optional<KeyPlace> place = PlaceNamed(name);
+    if (!place) Fail(u"la clé ne commence pas par une clé racine");
+    key.root = place->root;
+    key.path = Stored(place->path, line_);
+    if (!IsKeyPath(key.path)) Fail(u"le nom de la clé est trop long ou contient un caractère nul");
+    const bool is_root = key.path.find_first_not_of(kPathSeparator) == std::string::npos;
+    if (key.is_deletion && is_root) Fail(u"une clé racine ne peut pas être supprimée");
+    keys_.push_back(std::move(key));
+  }
+
+  void ReadValue() {
+    if (keys_.empty()) Fail(u"la valeur n'est sous aucune clé");
+    if (keys_.back().is_deletion) Fail(u"la valeur est sous une clé supprimée");
+    const Int32 line = line_;
+    RegistryTextValue value;
+    if (!TakeIf(u'@')) value.name = Stored(TakeQuoted(), line);
+    if (!IsValueName(value.name)) {
+      FailAt(line, u"le nom de la valeur est trop long ou contient un caractère nul");
+    }
+    SkipBlanks();
+    if (!TakeIf(u'=')) Fail(u"le signe = manque après le nom de la valeur");
+    SkipBlanks();
+    ReadContent(value);
+    keys_.back().values.push_back(std::move(value));
+  }
+
+  void ReadContent(RegistryTextValue& value) {
+    const Int32 line = line_;
+    if (TakeIf(u'-')) {
+      value.is_deletion = true;
+    } else if (Peek() == u'"') {
+      value.type = REG_SZ;
+      value.data = Stored(TakeQuoted(), line) + '\0';
+    } else {
+      ReadNumbers(value);
+    }
+  }
+
+  void ReadNumbers(RegistryTextValue& value) {
+    const Int32 line = line_;
+    const String kind = TakeWord();
+    if (kind == u"dword") {
+      value.type = REG_DWORD;
+      RequireColon();
+      value.data = TakeDword();
+    } else if (kind == u"hex") {
+      value.type = TakeType();
+      RequireColon();
+      value.data = TakeBytes();
+      if (has_wide_texts_ && IsTextType(value.type)) value.data = Narrowed(value.data, line);
+    } else {
+      Fail(u"le contenu de la valeur n'est ni un texte, ni dword, ni hex");
+    }
+  }
+
+  String TakeWord() {
+    const std::size_t start = at_;
+    while (LowerCase(Peek()) >= u'a' && LowerCase(Peek()) <= u'z') ++at_;
+    return LowerCase(text_.substr(start, at_ - start));
+  }
+
+  void RequireColon() {
+    if (!TakeIf(u':')) Fail(u"le signe : manque après le type de la valeur");
+  }
+
+  std::optional<std::uint32_t> TakeHex(int most_digits) {
+    std::optional<std::uint32_t> number;
+    for (int digits = 0; digits < most_digits; ++digits, ++at_) {
+      const std::optional<std::uint32_t> digit = HexDigit(Peek());
+      if (!digit) break;
+      number = number.value_or(0) * 16 + *digit;
+    }
+    return number;
+  }
+
+  std::string TakeDword() {
+    std::optional<std::uint32_t> number = TakeHex(8);
+    if (!number) Fail(u"le nombre de la valeur manque");
+    std::string bytes;
+    for (int i = 0; i < 4; ++i, *number >>= 8) bytes.push_back(static_cast<char>(*number & 0xFF));
+    return bytes;
+  }
+
+  Int32 TakeType() {
+    if (!TakeIf(u'(')) return REG_BINARY;
+    const std::optional<std::uint32_t> type = TakeHex(8);
+    if (!type || !TakeIf(u')')) Fail(u"le type de la valeur n'est pas un nombre entre parenthèses");
+    return static_cast<Int32>(*type);
+  }
+
+  std::string TakeBytes() {
+    std::string bytes;
+    SkipContinuations();
+    if (AtLineEnd()) return bytes;
+    do {
+      SkipContinuations();
+      const std::optional<std::uint32_t> byte = TakeHex(2);
+      if (!byte) Fail(u"un octet de la valeur manque ou n'est pas hexadécimal");
+      bytes.push_back(static_cast<char>(*byte));
+      SkipContinuations();
+    } while (TakeIf(u','));
+    return bytes;
+  }
+
+  // Blanks, and each backslash that continues a line, with the comments that may follow it.
+  void SkipContinuations() {
+    for (SkipBlanks(); TakeIf(u'\\'); SkipBlanks()) {
+      EndLine();
+      for (SkipBlanks(); Peek() == u';'; SkipBlanks()) EndLine();
+    }
+  }
+
+  String TakeQuoted() {
+    const Int32 line = line_;
+    ++at_;
+    String text;
+    while (!TakeIf(u'"')) {
+      const bool is_escaped = TakeIf(u'\\');
+      if (at_ == text_.size()) FailAt(line, u"le texte n'est pas fermé par un guillemet");
+      if (is_escaped && Peek() != u'\\' && Peek() != u'"') {
+        Fail(u"une barre oblique inverse n'est suivie ni d'une autre ni d'un guillemet");
+      }
+      text.push_back(Peek());
+      TakeIf(Peek());
+    }
+    return text;
+  }
+  // In the store's single bytes.
+  std::string Stored(StringView text, Int32 line) const {
+    std::string bytes = ToAnsi(text);
+    if (foreign_ == ForeignCharacters::kReplace) return bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      if (FromAnsi(static_cast<unsigned char>(bytes[i])) != text[i]) {
+        FailAt(line, u"un caractère n'existe pas dans le registre (Windows-1252)");
+      }
+    }
+    return bytes;
+  }
+
+  std::string Narrowed(std::string_view wide, Int32 line) const {
+    if (wide.size() % 2 != 0) FailAt(line, u"les octets du texte s'arrêtent dans un caractère");
+    return Stored(FromUtf16Bytes(wide), line);
+  }
+
+  StringView text_;
+  StringView file_;
+  ForeignCharacters foreign_;
+  bool has_wide_texts_ = true;
+  std::size_t at_ = 0;
+  Int32 line_ = 1;
+  RegistryText keys_;
+};
+
+}  // namespace
+
+RegistryText ReadRegistryText(std::string_view bytes, StringView file, ForeignCharacters foreign) {
+  return WithinMemory([&] {
+    const String text = Decoded(bytes, file);
+    return Reader(text, file, foreign).Read();
+  });
+}
+
+}  // namespace quorl

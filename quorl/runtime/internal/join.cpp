@@ -1,0 +1,48 @@
+#include "quorl/runtime/internal/join.hpp"
+
+#include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
+
+namespace quorl::internal {
+namespace {
+
+void AppendBytes(String& text, std::span<const Byte> bytes) {
+  text.reserve(text.size() + bytes.size() / 2);
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    text.push_back(static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8));
+  }
+}
+
+void AppendPlain(String& text, const Variant& plain) {
+  if (plain.IsNull() || plain.IsEmpty()) return;
+  const Array* array = plain.If<Array>();
+  if (array != nullptr && array->ElementType() == VariantType::kByte) {
+    AppendBytes(text, array->Bytes());
+  } else if (const String* content = plain.If<String>()) {
+    text += *content;
+  } else {
+    text += ToString(plain);
+  }
+}
+
+}  // namespace
+
+String Joined(std::initializer_list<StringView> pieces) {
+  return WithinMemory([&] {
+    std::size_t length = 0;
+    for (const StringView piece : pieces) length += piece.size();
+    String joined;
+    joined.reserve(length);
+    for (const StringView piece : pieces) joined += piece;
+    return joined;
+  });
+}
+
+void AppendText(String& text, const Variant& value) {
+  WithinMemory([&] {
+    if (value.Holds<Object>()) return AppendPlain(text, PlainValueOf(value));
+    AppendPlain(text, value);
+  });
+}
+
+}  // namespace quorl::internal

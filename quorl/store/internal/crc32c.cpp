@@ -1,0 +1,57 @@
+#include "quorl/store/internal/crc32c.hpp"
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstring>
+
+namespace quorl::internal {
+namespace {
+
+constexpr std::uint32_t kPolynomial = 0x82F63B78;
+constexpr std::size_t kStep = 8;
+
+using Tables = std::array<std::array<std::uint32_t, 256>, kStep>;
+
+// Row k holds the checksum of a byte with k zero bytes behind it, so that eight bytes are taken at
+// a time.
+constexpr Tables kTables = [] {
+  Tables tables{};
+  for (std::uint32_t byte = 0; byte < 256; ++byte) {
+    std::uint32_t rest = byte;
+    for (int bit = 0; bit < 8; ++bit) rest = (rest >> 1) ^ ((rest & 1) != 0 ? kPolynomial : 0);
+    tables[0][byte] = rest;
+  }
+  for (std::size_t row = 1; row < kStep; ++row) {
+    for (std::size_t byte = 0; byte < 256; ++byte) {
+      const std::uint32_t former = tables[row - 1][byte];
+      tables[row][byte] = (former >> 8) ^ tables[0][former & 0xFF];
+    }
+  }
+  return tables;
+}();
+
+static_assert(std::endian::native == std::endian::little);
+
+}  // namespace
+
+std::uint32_t Crc32c(std::string_view bytes) noexcept {
+  std::uint32_t rest = ~std::uint32_t{0};
+  const char* next = bytes.data();
+  std::size_t left = bytes.size();
+  for (; left >= kStep; left -= kStep, next += kStep) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, next, kStep);
+    word ^= rest;
+    rest = 0;
+    for (std::size_t i = 0; i < kStep; ++i) {
+      rest ^= kTables[kStep - 1 - i][(word >> (8 * i)) & 0xFF];
+    }
+  }
+  for (; left != 0; --left, ++next) {
+    rest = (rest >> 8) ^ kTables[0][(rest ^ static_cast<unsigned char>(*next)) & 0xFF];
+  }
+  return ~rest;
+}
+
+}  // namespace quorl::internal

@@ -1,0 +1,46 @@
+// The open keys of a store by their handles. May be used from several threads at once.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+
+#include "quorl/store/internal/hive.hpp"
+#include "quorl/store/store.hpp"
+
+namespace quorl::internal {
+
+/// An open key. It is known by its path; the key itself is remembered as long as the hive's tree is
+/// the same one. `key` and `generation` are touched only while the hive is read or written.
+struct OpenedKey {
+  Hive* hive = nullptr;
+  std::string path;
+  Int32 access = 0;
+  std::shared_ptr<const Key> key;
+  std::uint64_t generation = 0;
+};
+
+class HandleTable {
+ public:
+  /// A new handle for `opened`, above 0 and different from every open one. Handles count upward, so
+  /// that a stale one names nothing for the next two thousand million openings. May throw
+  /// std::bad_alloc.
+  KeyHandle Add(std::shared_ptr<OpenedKey> opened);
+  /// The open key, null when there is none under that handle.
+  std::shared_ptr<OpenedKey> Find(KeyHandle handle) const noexcept;
+  /// False when there was none under that handle.
+  bool Remove(KeyHandle handle) noexcept;
+  std::size_t Count() const noexcept;
+
+  void HoldForFork() noexcept { mutex_.lock(); }
+  void ReleaseAfterFork() noexcept { mutex_.unlock(); }
+
+ private:
+  mutable std::mutex mutex_;
+  std::unordered_map<KeyHandle, std::shared_ptr<OpenedKey>> open_;
+  KeyHandle last_ = 0;
+};
+
+}  // namespace quorl::internal

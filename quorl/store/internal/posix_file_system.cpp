@@ -1,0 +1,170 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+
+#include "quorl/store/file_system.hpp"
+#include "quorl/store/internal/crc32c.hpp"
+
+namespace quorl::internal {
+namespace {
+
+constexpr const char* kBootIdPath = "/proc/sys/kernel/random/boot_id";
+constexpr int kFirstOwnDescriptor = 3;
+constexpr unsigned kPermissionBits = 07777;
+
+template <class Result>
+Result OrError(Result result) noexcept {
+  return result < 0 ? static_cast<Result>(-errno) : result;
+}
+
+template <class Call>
+auto Uninterrupted(Call call) noexcept {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return OrError(result);
+}
+
+// A host may have closed descriptors 0 to 2; what it prints must not land in a hive.
+int AboveStandardStreams(int file) noexcept {
+  if (file < 0 || file >= kFirstOwnDescriptor) return file;
+  const int moved = OrError(fcntl(file, F_DUPFD_CLOEXEC, kFirstOwnDescriptor));
+  close(file);
+  return moved;
+}
+
+int OpenWith(const char* path, int flags, unsigned mode) noexcept {
+  return AboveStandardStreams(Uninterrupted(
+      [&] { return open(path, flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode_t{mode}); }));
+}
+
+int FlagsOf(OpenFor purpose) noexcept {
+  switch (purpose) {
+    case OpenFor::Reading:
+      return O_RDONLY;
+    case OpenFor::Writing:
+      return O_RDWR;
+    case OpenFor::Creating:
+      return O_RDWR | O_CREAT | O_NOFOLLOW;
+  }
+  return O_RDONLY;
+}
+
+FileInfo InfoOf(const struct stat& status) noexcept {
+  return {.device = status.st_dev,
+          .inode = status.st_ino,
+          .size = static_cast<std::uint64_t>(status.st_size),
+          .mode = status.st_mode & kPermissionBits,
+          .owner = status.st_uid,
+          .group = status.st_gid,
+          .regular = S_ISREG(status.st_mode)};
+}
+
+class PosixFileSystem final : public FileSystem {
+ public:
+  int Open(const std::string& path, OpenFor purpose, unsigned mode) override {
+    return OpenWith(path.c_str(), FlagsOf(purpose), mode);
+  }
+
+  void Close(int file) noexcept override { close(file); }
+
+  std::int64_t ReadAt(int file, void* bytes, std::size_t size, std::uint64_t offset) override {
+    return OrError<std::int64_t>(pread(file, bytes, size, static_cast<off_t>(offset)));
+  }
+
+  std::int64_t WriteAt(int file, const void* bytes, std::size_t size,
+                       std::uint64_t offset) override {
+    return OrError<std::int64_t>(pwrite(file, bytes, size, static_cast<off_t>(offset)));
+  }
+
+  int Truncate(int file, std::uint64_t size) override {
+    return Uninterrupted([&] { return ftruncate(file, static_cast<off_t>(size)); });
+  }
+
+  int Sync(int file) override {
+    return Uninterrupted([&] { return fdatasync(file); });
+  }
+
+  int Describe(const std::string& path, FileInfo& info) override {
+    struct stat status {};
+    const int result = OrError(stat(path.c_str(), &status));
+    if (result == 0) info = InfoOf(status);
+    return result;
+  }
+
+  int DescribeOpen(int file, FileInfo& info) override {
+    struct stat status {};
+    const int result = OrError(fstat(file, &status));
+    if (result == 0) info = InfoOf(status);
+    return result;
+  }
+
+  int TryLock(int file) override {
+    struct flock lock {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    const int result = OrError(fcntl(file, F_OFD_SETLK, &lock));
+    return result == -EACCES ? -EAGAIN : result;
+  }
+
+  int SetMode(int file, unsigned mode) override { return OrError(fchmod(file, mode_t{mode})); }
+
+  int SetOwner(int file, unsigned owner, unsigned group) override {
+    return OrError(fchown(file, uid_t{owner}, gid_t{group}));
+  }
+
+  int Rename(const std::string& from, const std::string& to) override {
+    return OrError(rename(from.c_str(), to.c_str()));
+  }
+
+  int Link(const std::string& from, const std::string& to) override {
+    return OrError(link(from.c_str(), to.c_str()));
+  }
+
+  int Remove(const std::string& path) override { return OrError(unlink(path.c_str())); }
+
+  int MakeFolder(const std::string& path, unsigned mode) override {
+    const int result = OrError(mkdir(path.c_str(), mode_t{mode}));
+    return result == 0 ? OrError(chmod(path.c_str(), mode_t{mode})) : result;
+  }
+
+  int SyncFolder(const std::string& path) override {
+    const int folder = OpenWith(path.c_str(), O_RDONLY | O_DIRECTORY, 0);
+    if (folder < 0) return folder;
+    const int result = Uninterrupted([&] { return fsync(folder); });
+    close(folder);
+    return result == -EINVAL || result == -EOPNOTSUPP ? 0 : result;
+  }
+
+  int ReadLink(const std::string& path, std::string& target) override {
+    std::array<char, 4096> buffer{};
+    const auto length = OrError<std::int64_t>(readlink(path.c_str(), buffer.data(), buffer.size()));
+    if (length < 0) return static_cast<int>(length);
+    target.assign(buffer.data(), static_cast<std::size_t>(length));
+    return 0;
+  }
+
+  std::uint64_t BootNumber() override {
+    const int file = OpenWith(kBootIdPath, O_RDONLY, 0);
+    if (file < 0) return 0;
+    std::array<char, 64> text{};
+    const auto length = Uninterrupted([&] { return read(file, text.data(), text.size()); });
+    close(file);
+    if (length < 2) return 0;
+    const std::string_view id(text.data(), static_cast<std::size_t>(length));
+    const std::size_t half = id.size() / 2;
+    return std::uint64_t{Crc32c(id.substr(0, half))} << 32 | Crc32c(id.substr(half));
+  }
+};
+
+}  // namespace
+}  // namespace quorl::internal
+
+quorl::FileSystem& quorl::FileSystem::Posix() {
+  static auto* const posix = new internal::PosixFileSystem;
+  return *posix;
+}
