@@ -100,6 +100,8 @@ TEST(TextCase, MapsEveryCodeUnit) {
   const String upper = u"ÀÉÎÖØÞŒŸŽΑΣΩЀЁЖЯԱỲⰀＡ";
   const String lower = u"àéîöøþœÿžασωѐёжяաỳⰰａ";
   EXPECT_EQ(LowerCase(StringView(upper)), lower);
+  EXPECT_TRUE(EqualsIgnoringCase(upper, lower));
+  EXPECT_FALSE(EqualsIgnoringCase(upper, lower.substr(1)) || EqualsIgnoringCase(u"é", u"e"));
   // Beyond pairs: what has no counterpart of one unit, dotless i, final sigma, the micro sign.
   const String alone = lower + u"ß×÷ªºŉ\u0131ς\u00B5";
   const String raised = upper + u"ß×÷ªºŉIΣ\u039C";

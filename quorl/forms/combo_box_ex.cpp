@@ -1,13 +1,11 @@
 #include "quorl/forms/combo_box_ex.hpp"
 
-#include <algorithm>
 #include <array>
 #include <utility>
 
 #include "quorl/runtime/compare.hpp"
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/text.hpp"
-#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "quorl/runtime/variant.hpp"
 #include "quorl/text/strings.hpp"
@@ -46,20 +44,12 @@ void SelectFirst(const Object& combo, Matches matches) {
   combo.Put(u"ListIndex", {}, index);
 }
 
-String NormalForm(StringView text) {
-  return WithinMemory([&] { return LowerCase(Trim(text)); });
-}
-
-bool MatchesLowered(StringView lowered, StringView text) {
-  return std::ranges::equal(lowered, text, {}, {}, [](char16_t unit) { return LowerCase(unit); });
-}
-
 // Selects the first entry of which `part_of`, given the entry's text, yields what is sought.
 template <class PartOf>
 void SelectText(const Object& combo, StringView sought, PartOf part_of) {
   SelectFirst(combo, [&](Int16 index) {
     const String entry = EntryAt(combo, index);
-    return MatchesLowered(sought, part_of(entry));
+    return EqualsIgnoringCase(sought, part_of(entry));
   });
 }
 
@@ -67,17 +57,17 @@ void SelectText(const Object& combo, StringView sought, PartOf part_of) {
 
 void ComboBoxEx::CmbSelectMatchString(const Object& Combo, StringView Text, Int16 Length) {
   const auto cut = [Length](StringView text) { return Length == 0 ? text : FirstOf(text, Length); };
-  SelectText(Combo, NormalForm(cut(Text)), [&](StringView entry) { return Trim(cut(entry)); });
+  SelectText(Combo, Trim(cut(Text)), [&](StringView entry) { return Trim(cut(entry)); });
 }
 
 void ComboBoxEx::CmbSelectMatchToken(const Object& Combo, StringView Text, Int16 Index) {
-  SelectText(Combo, NormalForm(Text),
+  SelectText(Combo, Trim(Text),
              [&](StringView entry) { return Strings::GetToken(entry, u" ", Index); });
 }
 
 void ComboBoxEx::CmbSelectMatchSubString(const Object& Combo, StringView Text, Int16 Start,
                                          Int16 Length) {
-  SelectText(Combo, NormalForm(Text), [&](StringView entry) {
+  SelectText(Combo, Trim(Text), [&](StringView entry) {
     return Trim(Length == 0 ? SliceFrom(entry, Start) : Slice(entry, Start, Length));
   });
 }

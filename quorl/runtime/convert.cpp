@@ -82,8 +82,6 @@ Whole WholeOf(const Variant& value) {
   return NearestWhole<Whole>(ToDouble(value));
 }
 
-bool IsWord(StringView text, StringView word) { return LowerCase(text) == LowerCase(word); }
-
 Boolean TruthOf(StringView text) {
   const Locale& locale = Locale::Current();
   Double number = 0;
@@ -93,8 +91,9 @@ Boolean TruthOf(StringView text) {
     return number != 0;
   }
   const StringView word = Trim(text);
-  if (IsWord(word, locale.true_word) || IsWord(word, u"True")) return true;
-  if (IsWord(word, locale.false_word) || IsWord(word, u"False")) return false;
+  if (EqualsIgnoringCase(word, locale.true_word) || EqualsIgnoringCase(word, u"True")) return true;
+  if (EqualsIgnoringCase(word, locale.false_word) || EqualsIgnoringCase(word, u"False"))
+    return false;
   Raise(FailureNumber::kTypeMismatch);
 }
 

@@ -71,10 +71,9 @@ class Scanner {
     Scanner ahead = *this;
     ahead.TakeBlanks();
     const StringView mark = ahead.rest_.substr(0, 2);
-    const String lowered = LowerCase(mark);
-    if (lowered != u"am" && lowered != u"pm") return 0;
+    if (!EqualsIgnoringCase(mark, u"am") && !EqualsIgnoringCase(mark, u"pm")) return 0;
     rest_ = ahead.rest_.substr(2);
-    return lowered[0];
+    return LowerCase(mark[0]);
   }
 
  private:

@@ -26,8 +26,13 @@ char16_t LowerCase(char16_t unit) noexcept { return Mapped(unit, kLowerIndex, kL
 
 char16_t UpperCase(char16_t unit) noexcept { return Mapped(unit, kUpperIndex, kUpperDeltas); }
 
+bool EqualsIgnoringCase(StringView left, StringView right) noexcept {
+  const auto lowered = [](char16_t unit) { return LowerCase(unit); };
+  return std::ranges::equal(left, right, {}, lowered, lowered);
+}
+
 String LowerCase(StringView text) {
-  String lowered = WithinMemory([&] { return String(text); });
+  String lowered = CopyOf(text);
   MakeLowerCase(lowered);
   return lowered;
 }

@@ -24,9 +24,9 @@ constexpr std::array kRoots{
     Root{HKEY_DYN_DATA, u"HKEY_DYN_DATA", u""},
 };
 
-bool IsCalled(const Root& root, const String& lowered) {
-  return LowerCase(root.name) == lowered ||
-         (!root.short_name.empty() && LowerCase(root.short_name) == lowered);
+bool IsCalled(const Root& root, StringView name) {
+  return EqualsIgnoringCase(root.name, name) ||
+         (!root.short_name.empty() && EqualsIgnoringCase(root.short_name, name));
 }
 
 }  // namespace
@@ -38,9 +38,9 @@ StringView RootName(HKeyEnum root) noexcept {
 
 std::optional<KeyPlace> PlaceNamed(StringView text) {
   const std::size_t end = std::min(text.find(u'\\'), text.size());
-  const String lowered = LowerCase(text.substr(0, end));
+  const StringView name = text.substr(0, end);
   const auto* found =
-      std::ranges::find_if(kRoots, [&](const Root& root) { return IsCalled(root, lowered); });
+      std::ranges::find_if(kRoots, [&](const Root& root) { return IsCalled(root, name); });
   if (found == kRoots.end()) return std::nullopt;
   text.remove_prefix(std::min(end + 1, text.size()));
   return KeyPlace{found->key, String(text)};
