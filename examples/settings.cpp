@@ -88,12 +88,13 @@ String Storable(const std::string& text) {
 }
 
 std::string HexOf(std::string_view data) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
   std::string text;
   for (const char byte : data) {
+    std::array<char, 2> digits{'0', '0'};
     const auto number = static_cast<unsigned char>(byte);
+    std::to_chars(digits.begin() + (number < 16), digits.end(), number, 16);
     if (!text.empty()) text += ' ';
-    text.append({kDigits[number >> 4U], kDigits[number & 0xFU]});
+    text.append(digits.begin(), digits.end());
   }
   return text;
 }
@@ -141,11 +142,9 @@ std::string Printable(const std::string& text) {
 
 int List(Arguments arguments) {
   const KeyPlace place = PlaceOf(arguments[0]);
-  const RegistryTextKey key = ExportKey(place.root, place.path);
-  for (const RegistryTextValue& value : key.values) {
-    const std::string name = Printable(Utf8(FromAnsi(value.name)));
-    std::cout << '"' << name << "\" " << TypeOf(value) << ": " << Printable(ContentOf(value))
-              << '\n';
+  for (const RegistryTextValue& value : ExportKey(place).values) {
+    std::cout << '"' << Printable(Utf8(value.name)) << "\" " << TypeOf(value) << ": "
+              << Printable(ContentOf(value)) << '\n';
   }
   Registry registry;
   registry.InitAbsolute(place.root, place.path);
@@ -160,8 +159,8 @@ int List(Arguments arguments) {
 int Get(Arguments arguments) {
   const KeyPlace place = PlaceOf(arguments[0]);
   const std::string name = ToAnsi(Utf16(arguments[1]));
-  for (const RegistryTextValue& value : ExportKey(place.root, place.path).values) {
-    if (CompareNames(value.name, name) != 0) continue;
+  for (const RegistryTextValue& value : ExportKey(place).values) {
+    if (CompareNames(ToAnsi(value.name), name) != 0) continue;
     std::cout << ContentOf(value) << '\n';
     return kSuccess;
   }
@@ -231,12 +230,11 @@ int Delete(Arguments arguments) {
 int Copy(Arguments arguments) {
   const KeyPlace source = PlaceOf(arguments[0]);
   const KeyPlace target = PlaceOf(arguments[1]);
-  const std::string target_path = ToAnsi(Storable(Utf8(target.path)));
-  RegistryText text = ExportRegistry(source.root, source.path);
-  const std::size_t common = text.front().path.size();
+  Storable(arguments[1]);
+  RegistryText text = ExportRegistry(source);
+  const std::size_t common = text.front().place.path.size();
   for (RegistryTextKey& key : text) {
-    key.root = target.root;
-    key.path = target_path + '\\' + key.path.substr(common);
+    key.place = {target.root, target.path + u'\\' + key.place.path.substr(common)};
   }
   ImportRegistry(text);
   return kSuccess;
@@ -259,9 +257,8 @@ void WriteFile(const std::string& path, const std::string& bytes) {
 int Export(Arguments arguments) {
   const KeyPlace place = PlaceOf(arguments[0]);
   const bool is_utf8 = arguments.size() > 2;
-  const std::string bytes =
-      WriteRegistryText(ExportRegistry(place.root, place.path),
-                        is_utf8 ? RegistryTextEncoding::kUtf8 : RegistryTextEncoding::kUtf16);
+  const std::string bytes = WriteRegistryText(
+      ExportRegistry(place), is_utf8 ? RegistryTextEncoding::kUtf8 : RegistryTextEncoding::kUtf16);
   if (arguments[1] == "-") {
     std::cout << bytes;
   } else {

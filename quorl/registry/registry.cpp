@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "quorl/registry/internal/store_failure.hpp"
+#include "quorl/registry/internal/registry_call.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/compare.hpp"
 #include "quorl/runtime/convert.hpp"
@@ -87,6 +87,57 @@ std::string QueryData(KeyHandle key, const std::string& name, Int32 size, Int32&
   return data;
 }
 
+Variant ReadValue(const RegistryCall& call, const OpenKey& key, StringView value_name,
+                  const Variant& otherwise) {
+  const std::string name = ToAnsi(value_name);
+  Int32 type = 0;
+  Int32 size = 0;
+  Int32 code = RegQueryValueExA(key.Handle(), name, nullptr, &type, nullptr, &size);
+  if (code == kAbsent) return otherwise;
+  call.RequireDone(code);
+  switch (type) {
+    case REG_SZ: {
+      const std::string data = QueryData(key.Handle(), name, size, code);
+      call.RequireDone(code);
+      return FromAnsi(std::string_view(data).substr(0, data.empty() ? 0 : data.size() - 1));
+    }
+    case REG_BINARY: {
+      Array bytes = Array::WithBounds(VariantType::kByte, 0, size - 1);
+      call.RequireDone(RegQueryValueExA(key.Handle(), name, nullptr, nullptr,
+                                        bytes.WritableBytes().data(), &size));
+      return bytes;
+    }
+    case REG_DWORD: {
+      Int32 number = 0;
+      Int32 capacity = sizeof(number);
+      call.RequireDone(RegQueryValueExA(key.Handle(), name, nullptr, nullptr, &number, &capacity));
+      return number;
+    }
+    default:
+      return Null;
+  }
+}
+
+void WriteValue(const RegistryCall& call, const OpenKey& key, StringView value_name, Int32 type,
+                const Variant& value) {
+  std::string data;
+  switch (type) {
+    case REG_SZ:
+      data = TerminatedText(value);
+      break;
+    case REG_BINARY:
+      data = BinaryOf(value);
+      break;
+    case REG_DWORD:
+      data = DwordOf(value);
+      break;
+    default:
+      return;
+  }
+  const Int32 size = CheckedInt32(static_cast<std::int64_t>(data.size()));
+  call.RequireDone(RegSetValueExA(key.Handle(), ToAnsi(value_name), 0, type, data.data(), size));
+}
+
 }  // namespace
 
 void Registry::HKey(HKeyEnum New_HKey) noexcept { hkey_ = New_HKey; }
@@ -108,9 +159,8 @@ void Registry::InitAbsolute(HKeyEnum New_HKey, StringView New_RootKeyName) {
 
 void Registry::InitApp(StringView Compagny, StringView AppName, RegModeEnum Mode) {
   WithinMemory([&] {
-    String path = u"Software\\";
-    path.append(Compagny).append(u"\\").append(AppName);
-    InitAbsolute(Mode == qlWinRegCurrentUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE, path);
+    InitAbsolute(Mode == qlWinRegCurrentUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE,
+                 Joined({u"Software\\", Compagny, u"\\", AppName}));
   });
 }
 
@@ -127,116 +177,37 @@ String Registry::KeyFullName(const Variant& KeyName) const {
   });
 }
 
-Boolean Registry::KeyExists(const Variant& KeyName) {
+Boolean Registry::KeyExists(const Variant& KeyName) const {
   return WithinMemory([&] {
-    call_text_ = CallTextOf(u"KeyExists", KeyName);
-    return static_cast<bool>(OpenIfThere(KeyName, kReadValues));
+    const RegistryCall call(*this, u"KeyExists", {KeyName});
+    return static_cast<bool>(call.OpenIfThere(KeyName, kReadValues));
   });
 }
 
-Variant Registry::GetValue(StringView KeyName, StringView ValueName, const Variant& Default) {
+Variant Registry::GetValue(StringView KeyName, StringView ValueName, const Variant& Default) const {
   return WithinMemory([&]() -> Variant {
-    call_text_ = CallTextOf(u"GetValue", KeyName, ValueName, Default);
-    const OpenKey key = OpenIfThere(KeyName, kReadValues);
-    return key ? ReadValue(key, ValueName, Default) : Default;
+    const RegistryCall call(*this, u"GetValue", {KeyName, ValueName, Default});
+    const OpenKey key = call.OpenIfThere(KeyName, kReadValues);
+    return key ? ReadValue(call, key, ValueName, Default) : Default;
   });
-}
-
-Variant Registry::ReadValue(const OpenKey& key, StringView value_name,
-                            const Variant& otherwise) const {
-  const std::string name = ToAnsi(value_name);
-  Int32 type = 0;
-  Int32 size = 0;
-  Int32 code = RegQueryValueExA(key.Handle(), name, nullptr, &type, nullptr, &size);
-  if (code == kAbsent) return otherwise;
-  RequireDone(code);
-  switch (type) {
-    case REG_SZ: {
-      const std::string data = QueryData(key.Handle(), name, size, code);
-      RequireDone(code);
-      return FromAnsi(std::string_view(data).substr(0, data.empty() ? 0 : data.size() - 1));
-    }
-    case REG_BINARY: {
-      Array bytes = Array::WithBounds(VariantType::kByte, 0, size - 1);
-      RequireDone(RegQueryValueExA(key.Handle(), name, nullptr, nullptr,
-                                   bytes.WritableBytes().data(), &size));
-      return bytes;
-    }
-    case REG_DWORD: {
-      Int32 number = 0;
-      Int32 capacity = sizeof(number);
-      RequireDone(RegQueryValueExA(key.Handle(), name, nullptr, nullptr, &number, &capacity));
-      return number;
-    }
-    default:
-      return Null;
-  }
 }
 
 void Registry::SaveValue(StringView KeyName, StringView ValueName, const Variant& Value,
                          RegTypeEnum dataType) {
   WithinMemory([&] {
-    call_text_ = CallTextOf(u"SaveValue", KeyName, ValueName, Value, Variant(Int32{dataType}));
-    const OpenKey key = Create(KeyName, kSetValues);
-    WriteValue(key, ValueName, dataType == REG_NONE ? TypeFor(Value) : dataType, Value);
+    const Variant type(Int32{dataType});
+    const RegistryCall call(*this, u"SaveValue", {KeyName, ValueName, Value, type});
+    const OpenKey key = call.Create(KeyName, kSetValues);
+    WriteValue(call, key, ValueName, dataType == REG_NONE ? TypeFor(Value) : dataType, Value);
   });
-}
-
-void Registry::WriteValue(const OpenKey& key, StringView value_name, Int32 type,
-                          const Variant& value) const {
-  std::string data;
-  switch (type) {
-    case REG_SZ:
-      data = TerminatedText(value);
-      break;
-    case REG_BINARY:
-      data = BinaryOf(value);
-      break;
-    case REG_DWORD:
-      data = DwordOf(value);
-      break;
-    default:
-      return;
-  }
-  const Int32 size = CheckedInt32(static_cast<std::int64_t>(data.size()));
-  RequireDone(RegSetValueExA(key.Handle(), ToAnsi(value_name), 0, type, data.data(), size));
 }
 
 void Registry::DeleteValue(StringView KeyName, StringView ValueName) {
   WithinMemory([&] {
-    call_text_ = CallTextOf(u"DeleteValue", KeyName, ValueName);
-    const OpenKey key = Open(KeyName, kSetValues);
-    RequireDone(RegDeleteValueA(key.Handle(), ToAnsi(ValueName)));
+    const RegistryCall call(*this, u"DeleteValue", {KeyName, ValueName});
+    const OpenKey key = call.Open(KeyName, kSetValues);
+    call.RequireDone(RegDeleteValueA(key.Handle(), ToAnsi(ValueName)));
   });
 }
-
-OpenKey Registry::Open(const Variant& key_name, Int32 access) const {
-  OpenKey key = OpenIfThere(key_name, access);
-  if (!key) RaiseRegError(kAbsent);
-  return key;
-}
-
-OpenKey Registry::OpenIfThere(const Variant& key_name, Int32 access) const {
-  KeyHandle handle = 0;
-  const Int32 code = RegOpenKeyExA(hkey_, ToAnsi(KeyFullName(key_name)), 0, access, &handle);
-  if (code == kAbsent) return OpenKey();
-  RequireDone(code);
-  return OpenKey(handle);
-}
-
-OpenKey Registry::Create(const Variant& key_name, Int32 access) const {
-  const SecurityRecord security;
-  KeyHandle handle = 0;
-  RequireDone(RegCreateKeyExA(hkey_, ToAnsi(KeyFullName(key_name)), 0, "0", 0, access, &security,
-                              &handle, nullptr));
-  return OpenKey(handle);
-}
-
-void Registry::RequireDone(Int32 code) const {
-  if (code != kDone) RaiseRegError(code);
-}
-
-// The key that is open at that moment is closed as the failure leaves its scope.
-void Registry::RaiseRegError(Int32 code) const { RaiseStoreFailure(code, call_text_); }
 
 }  // namespace quorl

@@ -8,10 +8,11 @@
 #include <vector>
 
 #include "quorl/registry/internal/key_reader.hpp"
-#include "quorl/registry/internal/store_failure.hpp"
+#include "quorl/registry/internal/registry_call.hpp"
 #include "quorl/registry/registry.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/store/open_key.hpp"
 #include "quorl/store/operations.hpp"
@@ -60,21 +61,93 @@ Variant ArrayOf(std::vector<String> texts) {
   return array;
 }
 
+// The walk keeps its own stack, so that its depth is limited by memory alone.
+class Walk {
+ public:
+  Walk(const Registry& registry, Int32 levels) : registry_(registry), levels_(levels) {}
+  Walk(const Walk&) = delete;
+  Walk& operator=(const Walk&) = delete;
+  // The deepest key is closed first.
+  ~Walk() {
+    while (!open_.empty()) open_.pop_back();
+  }
+
+  std::vector<String> NamesFrom(StringView key_name) {
+    Enter(String(key_name));
+    while (!open_.empty()) {
+      if (open_.back().next < open_.back().info.subkeys) {
+        Enter(NextSubKey());
+      } else {
+        open_.pop_back();
+      }
+    }
+    return std::move(names_);
+  }
+
+ private:
+  struct Level {
+    OpenKey key;
+    std::size_t place;  ///< Of the key's name in `names_`.
+    KeyInfo info;
+    Int32 next = 0;
+  };
+
+  void Enter(String key_name) {
+    const std::size_t place = names_.size();
+    names_.push_back(std::move(key_name));
+    const RegistryCall call = CallUnderWay();
+    OpenKey key = call.Open(names_.back(), kReadValues | kListSubkeys);
+    KeyInfo info;
+    if (GoesBelow()) call.RequireDone(QueryInfo(key.Handle(), info));
+    open_.push_back({std::move(key), place, info});
+  }
+
+  String NextSubKey() {
+    Level& level = open_.back();
+    std::string name(static_cast<std::size_t>(level.info.longest_subkey) + 1, '\0');
+    std::array<char, 1000> key_class;
+    auto name_size = static_cast<Int32>(name.size());
+    Int32 class_size = 100;
+    FileTime time;
+    CallUnderWay().RequireDone(RegEnumKeyExA(level.key.Handle(), level.next, name.data(),
+                                             &name_size, nullptr, key_class.data(), &class_size,
+                                             &time));
+    ++level.next;
+    return Joined(
+        {names_[level.place], u"\\",
+         FromAnsi(std::string_view(name).substr(0, static_cast<std::size_t>(name_size)))});
+  }
+
+  // Whether the subkeys of a key entered now are looked at.
+  bool GoesBelow() const {
+    return levels_ == 0 || static_cast<std::int64_t>(open_.size()) < std::int64_t{levels_};
+  }
+
+  // Each key entered is a call of its own, and a failure names the last one, that of a key above it
+  // included.
+  RegistryCall CallUnderWay() const { return {registry_, u"doGetSubKeys", {names_.back()}}; }
+
+  const Registry& registry_;
+  Int32 levels_;
+  std::vector<String> names_;
+  std::vector<Level> open_;
+};
+
 }  // namespace
 
-Variant Registry::GetAllValues(StringView KeyName) {
+Variant Registry::GetAllValues(StringView KeyName) const {
   return WithinMemory([&]() -> Variant {
-    call_text_ = CallTextOf(u"GetAllValues", KeyName);
-    const OpenKey key = Open(KeyName, kReadValues);
-    KeyCounts counts;
-    RequireDone(QueryCounts(key.Handle(), counts));
-    if (counts.values < 1) return Empty;
-    const auto rows = static_cast<std::size_t>(counts.values);
+    const RegistryCall call(*this, u"GetAllValues", {KeyName});
+    const OpenKey key = call.Open(KeyName, kReadValues);
+    KeyInfo info;
+    call.RequireDone(QueryInfo(key.Handle(), info));
+    if (info.values < 1) return Empty;
+    const auto rows = static_cast<std::size_t>(info.values);
     Array table(VariantType::kVariant, {{0, static_cast<std::uint32_t>(rows)}, {0, kColumns}});
     const std::span<Variant> cells = table.WritableElements();
-    ValueRow row(counts);
+    ValueRow row(info);
     for (std::size_t i = 0; i < rows; ++i) {
-      RequireDone(row.Read(key.Handle(), static_cast<Int32>(i)));
+      call.RequireDone(row.Read(key.Handle(), static_cast<Int32>(i)));
       cells[i] = FromAnsi(row.Name());
       cells[i + rows] = ContentOf(row);
       cells[i + 2 * rows] = IsKnown(row.Type()) ? row.Type() : Int32{REG_NONE};
@@ -83,85 +156,23 @@ Variant Registry::GetAllValues(StringView KeyName) {
   });
 }
 
-// The walk keeps its own stack, so that its depth is limited by memory alone.
-struct Registry::Walk {
-  struct Level {
-    OpenKey key;
-    std::size_t place;  ///< Of the key's name in `names`.
-    KeyCounts counts;
-    Int32 next = 0;
-  };
-
-  explicit Walk(Int32 depth) : levels(depth) {}
-  Walk(const Walk&) = delete;
-  Walk& operator=(const Walk&) = delete;
-  ~Walk() {
-    while (!open.empty()) open.pop_back();
-  }
-
-  // Whether the subkeys of a key entered now are looked at.
-  bool GoesBelow() const {
-    return levels == 0 || static_cast<std::int64_t>(open.size()) < std::int64_t{levels};
-  }
-
-  Int32 levels;
-  std::vector<String> names;
-  std::vector<Level> open;
-};
-
-Variant Registry::GetSubKeys(StringView KeyName, Int32 Levels) {
-  return WithinMemory([&] {
-    Walk walk(Levels);
-    Enter(walk, String(KeyName));
-    while (!walk.open.empty()) {
-      const Walk::Level& level = walk.open.back();
-      if (level.next < level.counts.subkeys) {
-        Enter(walk, NextSubKey(walk));
-      } else {
-        walk.open.pop_back();
-      }
-    }
-    return ArrayOf(std::move(walk.names));
-  });
-}
-
-void Registry::Enter(Walk& walk, String key_name) {
-  call_text_ = CallTextOf(u"doGetSubKeys", key_name);
-  OpenKey key = Open(key_name, kReadValues | kListSubkeys);
-  const std::size_t place = walk.names.size();
-  walk.names.push_back(std::move(key_name));
-  KeyCounts counts;
-  if (walk.GoesBelow()) RequireDone(QueryCounts(key.Handle(), counts));
-  walk.open.push_back({std::move(key), place, counts});
-}
-
-String Registry::NextSubKey(Walk& walk) const {
-  Walk::Level& level = walk.open.back();
-  std::string name(static_cast<std::size_t>(level.counts.longest_subkey) + 1, '\0');
-  std::array<char, 1000> key_class;
-  auto name_size = static_cast<Int32>(name.size());
-  Int32 class_size = 100;
-  FileTime time;
-  RequireDone(RegEnumKeyExA(level.key.Handle(), level.next, name.data(), &name_size, nullptr,
-                            key_class.data(), &class_size, &time));
-  ++level.next;
-  return walk.names[level.place] + u'\\' +
-         FromAnsi(std::string_view(name).substr(0, static_cast<std::size_t>(name_size)));
+Variant Registry::GetSubKeys(StringView KeyName, Int32 Levels) const {
+  return WithinMemory([&] { return ArrayOf(Walk(*this, Levels).NamesFrom(KeyName)); });
 }
 
 void Registry::DeleteKey(StringView KeyName) {
   WithinMemory([&] {
-    call_text_ = CallTextOf(u"DeleteKey", KeyName);
-    const Int32 code = SHDeleteKeyA(hkey_, ToAnsi(KeyFullName(KeyName)));
-    if (code != kAbsent) RequireDone(code);
+    const RegistryCall call(*this, u"DeleteKey", {KeyName});
+    const Int32 code = SHDeleteKeyA(hkey_, call.PathOf(KeyName));
+    if (code != kAbsent) call.RequireDone(code);
   });
 }
 
 void Registry::CopyKey(StringView SourceKeyName, StringView DestinationKeyName) {
   WithinMemory([&] {
-    call_text_ = CallTextOf(u"CopyKey", SourceKeyName, DestinationKeyName);
-    const OpenKey destination = Create(DestinationKeyName, kAllAccess);
-    RequireDone(SHCopyKeyA(hkey_, ToAnsi(KeyFullName(SourceKeyName)), destination.Handle(), 0));
+    const RegistryCall call(*this, u"CopyKey", {SourceKeyName, DestinationKeyName});
+    const OpenKey destination = call.Create(DestinationKeyName, kAllAccess);
+    call.RequireDone(SHCopyKeyA(hkey_, call.PathOf(SourceKeyName), destination.Handle(), 0));
   });
 }
 

@@ -1,4 +1,4 @@
-// Reading an open key as the store lists it. Internal to this room; used from one thread at a time.
+// Reading an open key as the store lists it. Used from one thread at a time.
 #pragma once
 
 #include <string>
@@ -9,21 +9,12 @@
 
 namespace quorl::internal {
 
-/// Counts and longest lengths of a key, in bytes.
-struct KeyCounts {
-  Int32 subkeys = 0;
-  Int32 longest_subkey = 0;
-  Int32 values = 0;
-  Int32 longest_name = 0;
-  Int32 longest_data = 0;
-};
-
-/// A code of the store.
-inline Int32 QueryCounts(KeyHandle key, KeyCounts& counts) {
+/// Counts and longest lengths of a key; a code of the store.
+inline Int32 QueryInfo(KeyHandle key, KeyInfo& info) {
   Int32 class_size = 0;
   FileTime time;
-  return RegQueryInfoKeyA(key, "0", &class_size, nullptr, &counts.subkeys, &counts.longest_subkey,
-                          nullptr, &counts.values, &counts.longest_name, &counts.longest_data,
+  return RegQueryInfoKeyA(key, "0", &class_size, nullptr, &info.subkeys, &info.longest_subkey,
+                          nullptr, &info.values, &info.longest_value_name, &info.longest_data,
                           nullptr, &time);
 }
 
@@ -31,9 +22,9 @@ inline Int32 QueryCounts(KeyHandle key, KeyCounts& counts) {
 /// an earlier one stays in `Buffer()`.
 class ValueRow {
  public:
-  explicit ValueRow(const KeyCounts& counts)
-      : name_(static_cast<std::size_t>(counts.longest_name) + 1, '\0'),
-        data_(static_cast<std::size_t>(counts.longest_data) + 1) {}
+  explicit ValueRow(const KeyInfo& info)
+      : name_(static_cast<std::size_t>(info.longest_value_name) + 1, '\0'),
+        data_(static_cast<std::size_t>(info.longest_data) + 1) {}
 
   /// Reads the value at `index`; a code of the store.
   Int32 Read(KeyHandle key, Int32 index) {

@@ -1,33 +1,43 @@
 #include "quorl/registry/internal/store_failure.hpp"
 
-#include <array>
-#include <string_view>
-
-#include "quorl/runtime/ansi.hpp"
+#include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/raised_error.hpp"
-#include "quorl/store/operations.hpp"
+#include "quorl/store/status.hpp"
 
 namespace quorl::internal {
-namespace {
-
-constexpr Int32 kSystemMessages = 4096;
-
-String SentenceOfCode(Int32 code) {
-  std::array<char, 1000> buffer;
-  const Int32 length = FormatMessageA(kSystemMessages, nullptr, code, 0, buffer.data(),
-                                      static_cast<Int32>(buffer.size()), nullptr);
-  if (length <= 0) return u"Erreur inconnue";
-  return FromAnsi(std::string_view(buffer.data(), static_cast<std::size_t>(length)));
-}
-
-}  // namespace
 
 void RaiseStoreFailure(Int32 code, StringView call_text) {
-  String description = u"Erreur d'accès au registre windows dans la fonction ";
-  description += call_text;
-  description += u"\n\n";
-  description += SentenceOfCode(code);
-  throw RaisedError(code, kRegistrySource, description);
+  const StringView sentence = SentenceOf(code);
+  throw RaisedError(code, kRegistrySource,
+                    Joined({u"Erreur d'accès au registre windows dans la fonction ", call_text,
+                            u"\n\n", sentence.empty() ? u"Erreur inconnue" : sentence}));
+}
+
+bool CallArgument::SurelyHasText() const noexcept {
+  if (value_ == nullptr) return true;
+  if (const Array* array = value_->If<Array>()) {
+    return array->ElementType() == VariantType::kByte;
+  }
+  return !value_->IsMissing() && !value_->Holds<Object>() && !value_->Holds<Date>();
+}
+
+void CallArgument::AppendTo(String& text) const {
+  if (value_ != nullptr) {
+    AppendText(text, *value_);
+  } else {
+    text += text_;
+  }
+}
+
+String CallTextOf(StringView operation, std::span<const CallArgument> arguments) {
+  String text(operation);
+  StringView before = u"(";
+  for (const CallArgument& argument : arguments) {
+    text += before;
+    argument.AppendTo(text);
+    before = u", ";
+  }
+  return text += u')';
 }
 
 }  // namespace quorl::internal

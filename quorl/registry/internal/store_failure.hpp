@@ -1,10 +1,9 @@
 // The one way in which a code of the store becomes a failure, for `Registry` and for everything
-// that works on the store beside it. Internal to the library; free of threads' concerns.
+// that works on the store beside it. Thread-compatible.
 #pragma once
 
-#include <concepts>
+#include <span>
 
-#include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/types.hpp"
 #include "quorl/runtime/variant.hpp"
 
@@ -17,32 +16,26 @@ inline constexpr StringView kRegistrySource = u"qlWinRegistry";
 /// puts the code in the store's words, or says "Erreur inconnue" where the store has none.
 [[noreturn]] void RaiseStoreFailure(Int32 code, StringView call_text);
 
-namespace detail {
+/// One argument of a call that may fail: a text, or a Variant. Refers to it, copies nothing.
+class CallArgument {
+ public:
+  CallArgument() noexcept = default;
+  CallArgument(StringView text) noexcept : text_(text) {}
+  CallArgument(const String& text) noexcept : text_(text) {}
+  CallArgument(const Variant& value) noexcept : value_(&value) {}
+  CallArgument(const Variant&& value) = delete;
 
-template <class Piece>
-void AppendPiece(String& text, const Piece& piece) {
-  if constexpr (std::convertible_to<const Piece&, StringView>) {
-    text += StringView(piece);
-  } else {
-    AppendText(text, piece);
-  }
-}
+  /// Whether `AppendTo` gives the same text at any time and fails for want of memory alone.
+  bool SurelyHasText() const noexcept;
+  /// Null and Empty add nothing. Failure 13 for what has no text.
+  void AppendTo(String& text) const;
 
-}  // namespace detail
+ private:
+  StringView text_;
+  const Variant* value_ = nullptr;
+};
 
-/// A call in words: "GetValue(Fenêtre, Largeur, 100)". Null and Empty add nothing. Failure 13 for
-/// an argument that has no text.
-template <class... Arguments>
-String CallTextOf(StringView operation, const Arguments&... arguments) {
-  String text(operation);
-  StringView before = u"(";
-  const auto append = [&](const auto& argument) {
-    text += before;
-    detail::AppendPiece(text, argument);
-    before = u", ";
-  };
-  (append(arguments), ...);
-  return text += u')';
-}
+/// A call in words: "GetValue(Fenêtre, Largeur, 100)". Fails as `AppendTo` does.
+String CallTextOf(StringView operation, std::span<const CallArgument> arguments);
 
 }  // namespace quorl::internal

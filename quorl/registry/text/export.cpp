@@ -2,8 +2,8 @@
 
 #include "quorl/registry/internal/key_reader.hpp"
 #include "quorl/registry/internal/store_failure.hpp"
-#include "quorl/registry/text/root_name.hpp"
 #include "quorl/runtime/ansi.hpp"
+#include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/store/open_key.hpp"
 
@@ -12,46 +12,44 @@ namespace quorl {
 using namespace internal;
 namespace {
 
-// `code` is what the store said; the values are good when it is 0.
-std::vector<RegistryTextValue> ValuesOf(KeyHandle key, Int32& code) {
-  std::vector<RegistryTextValue> values;
-  KeyCounts counts;
-  code = QueryCounts(key, counts);
-  ValueRow row(counts);
-  for (Int32 i = 0; code == kDone && i < counts.values; ++i) {
+// The values are good when the result, a code of the store, is 0.
+Int32 ReadValues(KeyHandle key, std::vector<RegistryTextValue>& values) {
+  KeyInfo info;
+  Int32 code = QueryInfo(key, info);
+  ValueRow row(info);
+  for (Int32 i = 0; code == kDone && i < info.values; ++i) {
     code = row.Read(key, i);
     if (code != kDone) break;
     const auto data = row.Buffer().begin();
-    values.push_back({std::string(row.Name()), false, row.Type(), {data, data + row.Size()}});
+    values.push_back({FromAnsi(row.Name()), false, row.Type(), {data, data + row.Size()}});
   }
-  return values;
+  return code;
 }
 
 }  // namespace
 
-RegistryTextKey ExportKey(HKeyEnum root, StringView path) {
+RegistryTextKey ExportKey(const KeyPlace& place) {
   return WithinMemory([&] {
-    const String tidied = TidyPath(path);
-    RegistryTextKey section{root, ToAnsi(tidied), false, {}};
+    RegistryTextKey section{{place.root, TidyPath(place.path)}, false, {}};
     KeyHandle handle = 0;
-    Int32 code = RegOpenKeyExA(root, section.path, 0, kReadValues, &handle);
+    Int32 code = RegOpenKeyExA(place.root, ToAnsi(section.place.path), 0, kReadValues, &handle);
     const OpenKey key(handle);
-    if (code == kDone) section.values = ValuesOf(handle, code);
+    if (code == kDone) code = ReadValues(handle, section.values);
     if (code != kDone) {
-      RaiseStoreFailure(code, CallTextOf(u"ExportKey", NameOf({root, tidied})));
+      RaiseStoreFailure(code, Joined({u"ExportKey(", NameOf(section.place), u")"}));
     }
     return section;
   });
 }
 
-RegistryText ExportRegistry(HKeyEnum root, StringView path) {
+RegistryText ExportRegistry(const KeyPlace& place) {
   return WithinMemory([&] {
     Registry registry;
-    registry.InitAbsolute(root, path);
+    registry.InitAbsolute(place.root, place.path);
     const Variant names = registry.GetSubKeys(u"", 0);
     RegistryText text;
     for (const Variant& name : names.If<Array>()->Elements()) {
-      text.push_back(ExportKey(root, registry.KeyFullName(name)));
+      text.push_back(ExportKey({place.root, registry.KeyFullName(name)}));
     }
     return text;
   });

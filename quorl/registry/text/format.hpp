@@ -2,7 +2,7 @@
 //
 //     Windows Registry Editor Version 5.00
 //
-//     ; a comment, on a line of its own or behind a value
+//     ; a comment, on a line of its own or after a value
 //     [HKEY_CURRENT_USER\Software\Maison\Caisse]
 //     @="the value without a name"
 //     "Chemin"="C:\\Données\\\"2024\""
@@ -16,31 +16,29 @@
 // A section opens with a key, whose line ends with its closing bracket, and lists values; a minus
 // deletes the key with all below it, or the value. A text in quotes has \\ and \" for a backslash
 // and a quote, and may run over several lines. The bytes of a `hex` go on in the next line after a
-// backslash, behind which and below which comments may stand. `hex(n)` is a value of type n, any
+// backslash, after which and below which comments may stand. `hex(n)` is a value of type n, any
 // hexadecimal number of 32 bits, `hex` alone is type 3. In version 5.00 the bytes of the text types
 // 1, 2 and 7 are those of UTF-16; the store keeps these texts in single bytes, so that they are
 // converted on the way in and on the way out, and nothing is lost in a file that comes from the
-// store. Version 4
-// ("REGEDIT4") is a file of single bytes, texts within `hex(n)` included.
+// store. Version 4 ("REGEDIT4") is a file of single bytes, texts within `hex(n)` included.
 //
-// This header has what a file says; registry_text_reader.hpp and registry_text_writer.hpp turn that
-// into bytes and back, registry_import.hpp and registry_export.hpp bring it into the store and out
-// of it. Plain values, free of threads' concerns.
+// This header has what a file says; reader.hpp and writer.hpp turn that into bytes and back,
+// import.hpp and export.hpp bring it into the store and out of it. Plain values; thread-compatible.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "quorl/registry/registry.hpp"
+#include "quorl/registry/text/root_name.hpp"
 
 namespace quorl {
 
 /// One value, as the store has it or is to have it.
 struct RegistryTextValue {
-  std::string name;          ///< In single bytes; empty for the value without a name.
+  String name;               ///< Empty for the value without a name.
   bool is_deletion = false;  ///< The value is deleted, and type and data mean nothing.
   Int32 type = 0;
-  std::string data;
+  std::string data;  ///< As it is stored: a text in single bytes with its terminator.
 
   friend bool operator==(const RegistryTextValue&, const RegistryTextValue&) = default;
 };
@@ -48,8 +46,7 @@ struct RegistryTextValue {
 /// One section. The key is made if need be, then its values are set and deleted; or it is deleted
 /// with all below it, and has no values.
 struct RegistryTextKey {
-  HKeyEnum root = HKEY_CURRENT_USER;
-  std::string path;  ///< In single bytes; empty for the root key itself.
+  KeyPlace place;
   bool is_deletion = false;
   std::vector<RegistryTextValue> values;
 

@@ -1,16 +1,14 @@
 #include "quorl/registry/text/import.hpp"
 
 #include <algorithm>
-#include <array>
 #include <atomic>
-#include <optional>
 #include <string>
 #include <utility>
 
 #include "quorl/registry/internal/store_failure.hpp"
-#include "quorl/registry/text/root_name.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/store/key_name.hpp"
 #include "quorl/store/open_key.hpp"
@@ -20,77 +18,69 @@ namespace quorl {
 using namespace internal;
 namespace {
 
-// A key of the store.
-struct Place {
-  KeyHandle root = 0;
-  std::string path;
-};
-
-String Named(const Place& place) {
-  return NameOf({static_cast<HKeyEnum>(place.root), FromAnsi(place.path)});
+void Require(Int32 code, const KeyPlace& place) {
+  if (code != kDone) RaiseStoreFailure(code, Joined({u"ImportRegistry(", NameOf(place), u")"}));
 }
 
-void Require(Int32 code, const Place& place) {
-  if (code != kDone) RaiseStoreFailure(code, CallTextOf(u"ImportRegistry", Named(place)));
-}
-
-void RequireUnlessAbsent(Int32 code, const Place& place) {
+void RequireUnlessAbsent(Int32 code, const KeyPlace& place) {
   if (code != kAbsent) Require(code, place);
 }
 
 // None when the key is absent.
-OpenKey Opened(const Place& place, Int32 access) {
+OpenKey Opened(const KeyPlace& place, Int32 access) {
   KeyHandle handle = 0;
-  RequireUnlessAbsent(RegOpenKeyExA(place.root, place.path, 0, access, &handle), place);
+  RequireUnlessAbsent(RegOpenKeyExA(place.root, ToAnsi(place.path), 0, access, &handle), place);
   return OpenKey(handle);
 }
 
-OpenKey Created(const Place& place) {
+OpenKey Created(const KeyPlace& place) {
   const SecurityRecord security;
   KeyHandle handle = 0;
-  Require(
-      RegCreateKeyExA(place.root, place.path, 0, "0", 0, kAllAccess, &security, &handle, nullptr),
-      place);
+  Require(RegCreateKeyExA(place.root, ToAnsi(place.path), 0, "0", 0, kAllAccess, &security, &handle,
+                          nullptr),
+          place);
   return OpenKey(handle);
 }
 
-void SetValue(const OpenKey& key, const RegistryTextValue& value, const Place& place) {
+void SetValue(const OpenKey& key, const RegistryTextValue& value, const KeyPlace& place) {
   const Int32 size = CheckedInt32(static_cast<std::int64_t>(value.data.size()));
-  Require(RegSetValueExA(key.Handle(), value.name, 0, value.type, value.data.data(), size), place);
+  Require(RegSetValueExA(key.Handle(), ToAnsi(value.name), 0, value.type, value.data.data(), size),
+          place);
 }
 
-void DeleteValue(const OpenKey& key, const std::string& name, const Place& place) {
-  RequireUnlessAbsent(RegDeleteValueA(key.Handle(), name), place);
+void DeleteValue(const OpenKey& key, const String& name, const KeyPlace& place) {
+  RequireUnlessAbsent(RegDeleteValueA(key.Handle(), ToAnsi(name)), place);
 }
 
-void DeleteKey(const Place& place) {
-  RequireUnlessAbsent(SHDeleteKeyA(place.root, place.path), place);
+void DeleteKey(const KeyPlace& place) {
+  RequireUnlessAbsent(SHDeleteKeyA(place.root, ToAnsi(place.path)), place);
 }
 
-void CopyKey(const Place& source, const Place& destination) {
+void CopyKey(const KeyPlace& source, const KeyPlace& destination) {
   const OpenKey target = Created(destination);
-  Require(SHCopyKeyA(source.root, source.path, target.Handle(), 0), destination);
+  Require(SHCopyKeyA(source.root, ToAnsi(source.path), target.Handle(), 0), destination);
 }
 
-void CopyKeyIfThere(const Place& source, const Place& destination) {
+void CopyKeyIfThere(const KeyPlace& source, const KeyPlace& destination) {
   if (Opened(source, kReadValues)) CopyKey(source, destination);
 }
 
 // The value as it is stored, or a deletion where there is none.
-RegistryTextValue Stored(const OpenKey& key, const std::string& name, const Place& place) {
+RegistryTextValue Stored(const OpenKey& key, const String& name, const KeyPlace& place) {
   RegistryTextValue value{name, true, 0, {}};
   Int32 size = 0;
-  Int32 code = RegQueryValueExA(key.Handle(), name, nullptr, &value.type, nullptr, &size);
+  Int32 code = RegQueryValueExA(key.Handle(), ToAnsi(name), nullptr, &value.type, nullptr, &size);
   if (code == kAbsent) return value;
   Require(code, place);
   value.is_deletion = false;
   value.data.resize(static_cast<std::size_t>(size));
-  Require(RegQueryValueExA(key.Handle(), name, nullptr, &value.type, value.data.data(), &size),
-          place);
+  Require(
+      RegQueryValueExA(key.Handle(), ToAnsi(name), nullptr, &value.type, value.data.data(), &size),
+      place);
   return value;
 }
 
-void Put(const OpenKey& key, const RegistryTextValue& value, const Place& place) {
+void Put(const OpenKey& key, const RegistryTextValue& value, const KeyPlace& place) {
   if (value.is_deletion) {
     DeleteValue(key, value.name, place);
   } else {
@@ -103,16 +93,18 @@ class MemoryKey {
  public:
   MemoryKey() {
     static std::atomic<unsigned> made{0};
-    place_ = {HKEY_DYN_DATA, "Quorl\\Import\\" + std::to_string(made++)};
+    place_ = {HKEY_DYN_DATA, u"Quorl\\Import\\" + FromAnsi(std::to_string(made++))};
   }
   MemoryKey(const MemoryKey&) = delete;
   MemoryKey& operator=(const MemoryKey&) = delete;
-  ~MemoryKey() { SHDeleteKeyA(place_.root, place_.path); }
+  ~MemoryKey() { SHDeleteKeyA(place_.root, ToAnsi(place_.path)); }
 
-  Place Below(const std::string& path) const { return {place_.root, place_.path + '\\' + path}; }
+  KeyPlace Below(StringView path) const {
+    return {place_.root, Joined({place_.path, u"\\", path})};
+  }
 
  private:
-  Place place_;
+  KeyPlace place_;
 };
 
 // What the text is going to change, as it was before.
@@ -120,7 +112,7 @@ class FormerContent {
  public:
   void Remember(const RegistryText& text) {
     for (const RegistryTextKey& key : text) {
-      const Place place{key.root, key.path};
+      const KeyPlace& place = key.place;
       if (key.is_deletion) {
         RememberKey(place);
       } else if (const OpenKey open = Opened(place, kReadValues)) {
@@ -133,25 +125,25 @@ class FormerContent {
 
   // What stands in a deleted key by then is new, and goes as a new key or a value.
   void PutBack() const {
-    for (const Place& place : new_keys_) DeleteKey(place);
+    for (const KeyPlace& place : new_keys_) DeleteKey(place);
     for (std::size_t i = 0; i < deleted_keys_.size(); ++i) {
-      CopyKeyIfThere(copies_.Below(std::to_string(i)), deleted_keys_[i]);
+      CopyKeyIfThere(copies_.Below(FromAnsi(std::to_string(i))), deleted_keys_[i]);
     }
     for (const RegistryTextKey& key : values_) {
-      const Place place{key.root, key.path};
+      const KeyPlace& place = key.place;
       const OpenKey open = Created(place);
       for (const RegistryTextValue& value : key.values) Put(open, value, place);
     }
   }
 
  private:
-  void RememberKey(const Place& place) {
-    CopyKeyIfThere(place, copies_.Below(std::to_string(deleted_keys_.size())));
+  void RememberKey(const KeyPlace& place) {
+    CopyKeyIfThere(place, copies_.Below(FromAnsi(std::to_string(deleted_keys_.size()))));
     deleted_keys_.push_back(place);
   }
 
-  void RememberValues(const RegistryTextKey& key, const OpenKey& open, const Place& place) {
-    RegistryTextKey former{key.root, key.path, false, {}};
+  void RememberValues(const RegistryTextKey& key, const OpenKey& open, const KeyPlace& place) {
+    RegistryTextKey former{key.place, false, {}};
     for (const RegistryTextValue& value : key.values) {
       former.values.push_back(Stored(open, value.name, place));
     }
@@ -159,18 +151,19 @@ class FormerContent {
   }
 
   // The uppermost level of an absent key that is absent.
-  static Place FirstMissing(const Place& place) {
-    std::string_view rest = place.path;
-    Place missing{place.root, {}};
+  static KeyPlace FirstMissing(const KeyPlace& place) {
+    const std::string path = ToAnsi(place.path);
+    std::string_view rest = path;
+    KeyPlace missing{place.root, {}};
     do {
-      missing.path.append(missing.path.empty() ? "" : "\\").append(TakeLevel(rest));
+      missing.path.append(missing.path.empty() ? u"" : u"\\").append(FromAnsi(TakeLevel(rest)));
     } while (!rest.empty() && Opened(missing, kReadValues));
     return missing;
   }
 
   MemoryKey copies_;
-  std::vector<Place> new_keys_;
-  std::vector<Place> deleted_keys_;
+  std::vector<KeyPlace> new_keys_;
+  std::vector<KeyPlace> deleted_keys_;
   RegistryText values_;
 };
 
@@ -196,7 +189,7 @@ class Import {
   // The new content, root by root, in memory; a later section goes over an earlier one.
   void Gather() {
     for (const RegistryTextKey& key : text_) {
-      const Place place = Gathered({key.root, key.path});
+      const KeyPlace place = Gathered(key.place);
       if (key.is_deletion) {
         DeleteKey(place);
         continue;
@@ -206,7 +199,8 @@ class Import {
     }
     for (const StoreRoot root : {kClassesRoot, kCurrentUser, kLocalMachine, kUsers,
                                  kPerformanceData, kCurrentConfig, kDynData}) {
-      if (Opened(Gathered({root, {}}), kReadValues)) new_content_.push_back({root, {}});
+      const KeyPlace place{static_cast<HKeyEnum>(root), {}};
+      if (Opened(Gathered(place), kReadValues)) new_content_.push_back(place);
     }
   }
 
@@ -214,7 +208,7 @@ class Import {
   // matters: they only ever concern what was there before.
   void Delete() const {
     for (const RegistryTextKey& key : text_) {
-      const Place place{key.root, key.path};
+      const KeyPlace& place = key.place;
       if (key.is_deletion) {
         DeleteKey(place);
       } else if (std::ranges::any_of(key.values, &RegistryTextValue::is_deletion)) {
@@ -223,7 +217,7 @@ class Import {
     }
   }
 
-  static void DeleteValues(const RegistryTextKey& key, const Place& place) {
+  static void DeleteValues(const RegistryTextKey& key, const KeyPlace& place) {
     const OpenKey open = Opened(place, kSetValues);
     if (!open) return;
     for (const RegistryTextValue& value : key.values) {
@@ -232,11 +226,11 @@ class Import {
   }
 
   void Merge() const {
-    for (const Place& root : new_content_) CopyKey(Gathered(root), root);
+    for (const KeyPlace& root : new_content_) CopyKey(Gathered(root), root);
   }
 
-  Place Gathered(const Place& place) const {
-    return content_.Below(std::to_string(place.root) + '\\' + place.path);
+  KeyPlace Gathered(const KeyPlace& place) const {
+    return content_.Below(Joined({FromAnsi(std::to_string(place.root)), u"\\", place.path}));
   }
 
   void PutBackAfter(const RaisedError& error) const {
@@ -252,7 +246,7 @@ class Import {
 
   const RegistryText& text_;
   MemoryKey content_;
-  std::vector<Place> new_content_;  // the root keys that get some
+  std::vector<KeyPlace> new_content_;  // the root keys that get some
   FormerContent former_;
 };
 

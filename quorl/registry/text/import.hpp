@@ -1,5 +1,5 @@
 // Brings what a file in the registry text format says into the store; for the bytes of the file see
-// registry_text_reader.hpp.
+// reader.hpp.
 #pragma once
 
 #include "quorl/registry/text/format.hpp"

@@ -1,5 +1,6 @@
 #include "quorl/registry/text/reader.hpp"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -129,13 +130,13 @@ class Reader {
     RegistryTextKey key;
     key.is_deletion = name.starts_with(u'-');
     if (key.is_deletion) name.remove_prefix(1);
-    const std::optional<KeyPlace> place = PlaceNamed(name);
+    std::optional<KeyPlace> place = PlaceNamed(name);
     if (!place) Fail(u"la clé ne commence pas par une clé racine");
-    key.root = place->root;
-    key.path = Stored(place->path, line_);
-    if (!IsKeyPath(key.path)) Fail(u"le nom de la clé est trop long ou contient un caractère nul");
-    const bool is_root = key.path.find_first_not_of(kPathSeparator) == std::string::npos;
+    const std::string path = Stored(place->path, line_);
+    if (!IsKeyPath(path)) Fail(u"le nom de la clé est trop long ou contient un caractère nul");
+    const bool is_root = path.find_first_not_of(kPathSeparator) == std::string::npos;
     if (key.is_deletion && is_root) Fail(u"une clé racine ne peut pas être supprimée");
+    key.place = {place->root, FromAnsi(path)};
     keys_.push_back(std::move(key));
   }
 
@@ -144,10 +145,11 @@ class Reader {
     if (keys_.back().is_deletion) Fail(u"la valeur est sous une clé supprimée");
     const Int32 line = line_;
     RegistryTextValue value;
-    if (!TakeIf(u'@')) value.name = Stored(TakeQuoted(), line);
-    if (!IsValueName(value.name)) {
+    const std::string name = TakeIf(u'@') ? std::string() : Stored(TakeQuoted(), line);
+    if (!IsValueName(name)) {
       FailAt(line, u"le nom de la valeur est trop long ou contient un caractère nul");
     }
+    value.name = FromAnsi(name);
     SkipBlanks();
     if (!TakeIf(u'=')) Fail(u"le signe = manque après le nom de la valeur");
     SkipBlanks();
@@ -256,6 +258,7 @@ class Reader {
     }
     return text;
   }
+
   // In the store's single bytes.
   std::string Stored(StringView text, Int32 line) const {
     std::string bytes = ToAnsi(text);

@@ -1,4 +1,4 @@
-// Reads a file in the registry text format; for the format see registry_text.hpp. Touches neither
+// Reads a file in the registry text format; for the format see format.hpp. Touches neither
 // files nor the store. May be called from any thread.
 #pragma once
 

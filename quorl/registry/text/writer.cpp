@@ -29,7 +29,7 @@ class Writer {
   }
 
   void WriteKey(const RegistryTextKey& key) {
-    const String name = NameOf({key.root, FromAnsi(key.path)});
+    const String name = NameOf(key.place);
     if (name.find_first_of(kLineBreaks) != String::npos) {
       throw RaisedError(
           kFailedCheck, kRegistryTextSource,
@@ -50,7 +50,7 @@ class Writer {
     if (value.name.empty()) {
       Put(u"@");
     } else {
-      PutQuoted(FromAnsi(value.name));
+      PutQuoted(value.name);
     }
     Put(u"=");
     PutContent(value);

@@ -1,4 +1,4 @@
-// Writes a file in the registry text format, version 5.00; for the format see registry_text.hpp.
+// Writes a file in the registry text format, version 5.00; for the format see format.hpp.
 // Touches neither files nor the store. May be called from any thread.
 #pragma once
 
