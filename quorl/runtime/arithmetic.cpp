@@ -5,7 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
-#include <limits>
+#include <utility>
 
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/decimal.hpp"
@@ -60,27 +60,17 @@ Width Widest(const Variant& left, const Variant& right) {
   return narrow == Width::kInt32 && wide == Width::kSingle ? Width::kDouble : wide;
 }
 
-template <class Whole>
-bool Fits(std::int64_t value) {
-  return value >= std::numeric_limits<Whole>::min() && value <= std::numeric_limits<Whole>::max();
-}
-
 Variant MultiplyWhole(const Variant& left, const Variant& right, Width width) {
   const std::int64_t product = std::int64_t{ToInt32(left)} * ToInt32(right);
-  if (width == Width::kByte && Fits<Byte>(product)) return static_cast<Byte>(product);
-  if (width <= Width::kInt16 && Fits<Int16>(product)) return static_cast<Int16>(product);
-  if (Fits<Int32>(product)) return static_cast<Int32>(product);
+  if (width == Width::kByte && std::in_range<Byte>(product)) return static_cast<Byte>(product);
+  if (width <= Width::kInt16 && std::in_range<Int16>(product)) return static_cast<Int16>(product);
+  if (std::in_range<Int32>(product)) return static_cast<Int32>(product);
   return static_cast<Double>(product);
 }
 
 Variant MultiplyAmounts(Currency left, Currency right) {
   const __int128 product = static_cast<__int128>(left.TenThousandths()) * right.TenThousandths();
-  const __int128 units = DivideHalfEven(product, Currency::kScale);
-  if (units < std::numeric_limits<std::int64_t>::min() ||
-      units > std::numeric_limits<std::int64_t>::max()) {
-    Raise(FailureNumber::kOverflow);
-  }
-  return Currency::FromTenThousandths(static_cast<std::int64_t>(units));
+  return CheckedCurrency(DivideHalfEven(product, Currency::kScale));
 }
 
 }  // namespace
@@ -101,15 +91,7 @@ Double RoundToDecimals(Double value, int decimals) {
   return rounded / factor;
 }
 
-Int32 TruncateToInt32(Double value) {
-  const Double cut = std::trunc(value);
-  // Written so that NaN fails it.
-  if (!(cut >= Double{std::numeric_limits<Int32>::min()} &&
-        cut <= Double{std::numeric_limits<Int32>::max()})) {
-    Raise(FailureNumber::kOverflow);
-  }
-  return static_cast<Int32>(cut);
-}
+Int32 TruncateToInt32(Double value) { return ToInt32(std::trunc(value)); }
 
 Double PowerOfTen(int exponent) {
   if (exponent > kHighestPower) Raise(FailureNumber::kOverflow);

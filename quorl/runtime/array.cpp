@@ -182,7 +182,7 @@ std::size_t Array::Position(std::span<const Int32> subscripts) const {
 Variant Array::Get(std::span<const Int32> subscripts) const {
   const std::size_t position = Position(subscripts);
   if (ElementType() == VariantType::kByte) return storage_->bytes[position];
-  return WithinMemory([&] { return storage_->variants[position]; });
+  return CopyOf(storage_->variants[position]);
 }
 
 Variant Array::Get(std::initializer_list<Int32> subscripts) const {

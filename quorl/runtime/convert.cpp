@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "quorl/runtime/date_text.hpp"
 #include "quorl/runtime/internal/decimal.hpp"
@@ -21,9 +22,7 @@ namespace {
 
 template <class Whole>
 Whole Checked(std::int64_t value) {
-  if (value < std::numeric_limits<Whole>::min() || value > std::numeric_limits<Whole>::max()) {
-    Raise(FailureNumber::kOverflow);
-  }
+  if (!std::in_range<Whole>(value)) Raise(FailureNumber::kOverflow);
   return static_cast<Whole>(value);
 }
 
@@ -38,7 +37,7 @@ Whole NearestWhole(Double value) {
   return static_cast<Whole>(rounded);
 }
 
-// What every conversion makes of the states that no plain type can be read from.
+// Null, Missing, arrays and objects: the same in every conversion.
 template <class Result, Result (*Convert)(const Variant&)>
 struct PlainReader {
   Result operator()(NullState) const { Raise(FailureNumber::kInvalidUseOfNull); }
@@ -173,11 +172,7 @@ Currency ToCurrency(Double value) {
   if (shift > kVanishes) return Currency();
   const __int128 units =
       DivideHalfEven(static_cast<__int128>(mantissa) * Currency::kScale, __int128{1} << shift);
-  if (units < std::numeric_limits<std::int64_t>::min() ||
-      units > std::numeric_limits<std::int64_t>::max()) {
-    Raise(FailureNumber::kOverflow);
-  }
-  return Currency::FromTenThousandths(static_cast<std::int64_t>(units));
+  return CheckedCurrency(units);
 }
 
 Currency ToCurrency(const Variant& value) {
@@ -230,7 +225,7 @@ Object RequireObject(const Variant& value) {
 
 Variant ConvertTo(const Variant& value, VariantType type) {
   if (value.Type() == type || type == VariantType::kVariant) {
-    return WithinMemory([&] { return value; });
+    return CopyOf(value);
   }
   switch (type) {
     case VariantType::kByte:
@@ -276,7 +271,7 @@ Variant DefaultValueOf(const Object& object) {
 
 Variant PlainValueOf(const Variant& value) {
   constexpr int kMostSteps = 16;
-  Variant plain = WithinMemory([&] { return value; });
+  Variant plain = CopyOf(value);
   for (int step = 0; plain.Holds<Object>(); ++step) {
     if (step == kMostSteps) Raise(FailureNumber::kTypeMismatch);
     plain = DefaultValueOf(Object(*plain.If<Object>()));

@@ -8,8 +8,8 @@
 namespace quorl {
 namespace {
 
-constexpr Double kFirstDay = -657434;       // 0100-01-01
-constexpr Double kBehindLastDay = 2958466;  // 10000-01-01
+constexpr Double kFirstDay = -657434;      // 0100-01-01
+constexpr Double kAfterLastDay = 2958466;  // 10000-01-01
 constexpr int kSecondsADay = 86400;
 constexpr int kDaysToEpoch = 693899;  // from 0000-03-01 to 1899-12-30
 
@@ -61,7 +61,7 @@ Date DateOf(const CalendarTime& time) noexcept {
   return Date(days < 0 ? days - fraction : days + fraction);
 }
 
-bool IsDateNumber(Double days) noexcept { return days > kFirstDay - 1 && days < kBehindLastDay; }
+bool IsDateNumber(Double days) noexcept { return days > kFirstDay - 1 && days < kAfterLastDay; }
 
 CalendarTime CalendarTimeOf(Date date) {
   if (!IsDateNumber(date.Days())) Raise(FailureNumber::kOverflow);
@@ -70,7 +70,7 @@ CalendarTime CalendarTimeOf(Date date) {
   int day = static_cast<int>(whole);
   int seconds = static_cast<int>(std::lround(fraction * kSecondsADay));
   if (seconds == kSecondsADay) {
-    const bool at_the_end = whole + 1 >= kBehindLastDay;
+    const bool at_the_end = whole + 1 >= kAfterLastDay;
     day += at_the_end ? 0 : 1;
     seconds = at_the_end ? kSecondsADay - 1 : 0;
   }

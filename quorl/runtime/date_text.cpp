@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 
+#include "quorl/runtime/internal/scanner.hpp"
 #include "quorl/runtime/internal/text.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/text_case.hpp"
@@ -22,63 +23,49 @@ struct Field {
   bool IsDayOrSo() const { return digits == 1 || digits == 2; }
 };
 
-class Scanner {
- public:
-  explicit Scanner(StringView text) : rest_(text) {}
+bool TakeBlanks(Scanner& scanner) {
+  const bool stands_here = !scanner.AtEnd() && scanner.Unit() == kBlank;
+  scanner = Scanner(TrimLeading(scanner.Rest()));
+  return stands_here;
+}
 
-  bool AtEnd() const { return rest_.empty(); }
-
-  bool Take(StringView expected) {
-    if (expected.empty() || !rest_.starts_with(expected)) return false;
-    rest_.remove_prefix(expected.size());
-    return true;
+// Digits as far as they go, but no more than a year has: the next one is refused as a separator.
+Field TakeField(Scanner& scanner) {
+  Field field;
+  while (field.digits < kYearDigits && !scanner.AtEnd() && IsDigit(scanner.Unit())) {
+    field.value = field.value * 10 + (scanner.Unit() - u'0');
+    ++field.digits;
+    scanner.Step();
   }
+  return field;
+}
 
-  bool TakeBlanks() {
-    const std::size_t before = rest_.size();
-    rest_ = TrimLeading(rest_);
-    return rest_.size() != before;
-  }
-
-  // Digits as far as they go; a run longer than a year's is left standing, and so refused.
-  Field TakeField() {
-    Field field;
-    while (field.digits < kYearDigits && field.digits < rest_.size() &&
-           rest_[field.digits] >= u'0' && rest_[field.digits] <= u'9') {
-      field.value = field.value * 10 + (rest_[field.digits] - u'0');
-      ++field.digits;
+// The separator that stands here, with blanks after it; empty if none does.
+StringView TakeDateSeparator(Scanner& scanner, const Locale& locale) {
+  for (const StringView separator :
+       {StringView(locale.date_separator), StringView(u"/"), StringView(u"-"), StringView(u".")}) {
+    if (scanner.Take(separator)) {
+      TakeBlanks(scanner);
+      return separator;
     }
-    rest_.remove_prefix(field.digits);
-    return field;
   }
+  return {};
+}
 
-  // The separator that stands here, with blanks behind it; empty if none does.
-  StringView TakeDateSeparator(const Locale& locale) {
-    for (const StringView separator : {StringView(locale.date_separator), StringView(u"/"),
-                                       StringView(u"-"), StringView(u".")}) {
-      if (Take(separator)) {
-        TakeBlanks();
-        return separator;
-      }
-    }
-    return {};
-  }
+bool TakeTimeSeparator(Scanner& scanner, const Locale& locale) {
+  return scanner.Take(locale.time_separator) || scanner.Take(u":");
+}
 
-  bool TakeTimeSeparator(const Locale& locale) { return Take(locale.time_separator) || Take(u":"); }
-
-  // Reads "am" or "pm" in any case, with blanks before it: 'a', 'p', or 0 where neither stands.
-  char16_t TakeHalfDay() {
-    Scanner ahead = *this;
-    ahead.TakeBlanks();
-    const StringView mark = ahead.rest_.substr(0, 2);
-    if (!EqualsIgnoringCase(mark, u"am") && !EqualsIgnoringCase(mark, u"pm")) return 0;
-    rest_ = ahead.rest_.substr(2);
-    return LowerCase(mark[0]);
-  }
-
- private:
-  StringView rest_;
-};
+// Reads "am" or "pm" in any case, with blanks before it: 'a', 'p', or 0 where neither stands.
+char16_t TakeHalfDay(Scanner& scanner) {
+  Scanner ahead = scanner;
+  TakeBlanks(ahead);
+  const StringView mark = ahead.Rest().substr(0, 2);
+  if (!EqualsIgnoringCase(mark, u"am") && !EqualsIgnoringCase(mark, u"pm")) return 0;
+  ahead.Step(mark.size());
+  scanner = ahead;
+  return LowerCase(mark[0]);
+}
 
 // The year that a field means, 0 for none.
 int YearOf(const Field& field) {
@@ -106,11 +93,11 @@ bool SetDate(const std::array<Field, 3>& fields, DateOrder order, CalendarTime& 
 // Reads a date whose first field has been read.
 bool TakeDate(Scanner& scanner, const Field& first, const Locale& locale, CalendarTime& time) {
   std::array<Field, 3> fields{first};
-  const StringView separator = scanner.TakeDateSeparator(locale);
-  fields[1] = scanner.TakeField();
+  const StringView separator = TakeDateSeparator(scanner, locale);
+  fields[1] = TakeField(scanner);
   if (separator.empty() || !scanner.Take(separator)) return false;
-  scanner.TakeBlanks();
-  fields[2] = scanner.TakeField();
+  TakeBlanks(scanner);
+  fields[2] = TakeField(scanner);
   const bool year_first = first.digits == kYearDigits;
   return SetDate(fields, year_first ? DateOrder::kYearMonthDay : locale.date_order, time);
 }
@@ -124,27 +111,27 @@ bool ApplyHalfDay(char16_t half, CalendarTime& time) {
 
 // Reads a time of day whose hour has been read, to the end of the text.
 bool TakeTime(Scanner& scanner, const Field& hour, const Locale& locale, CalendarTime& time) {
-  if (!hour.IsDayOrSo() || !scanner.TakeTimeSeparator(locale)) return false;
-  const Field minute = scanner.TakeField();
+  if (!hour.IsDayOrSo() || !TakeTimeSeparator(scanner, locale)) return false;
+  const Field minute = TakeField(scanner);
   if (!minute.IsDayOrSo()) return false;
   time.hour = hour.value;
   time.minute = minute.value;
-  if (scanner.TakeTimeSeparator(locale)) {
-    const Field second = scanner.TakeField();
+  if (TakeTimeSeparator(scanner, locale)) {
+    const Field second = TakeField(scanner);
     if (!second.IsDayOrSo()) return false;
     time.second = second.value;
   }
-  return ApplyHalfDay(scanner.TakeHalfDay(), time) && scanner.AtEnd();
+  return ApplyHalfDay(TakeHalfDay(scanner), time) && scanner.AtEnd();
 }
 
 bool TakeAll(Scanner& scanner, const Locale& locale, CalendarTime& time) {
-  const Field first = scanner.TakeField();
+  const Field first = TakeField(scanner);
   Scanner as_time = scanner;
   if (TakeTime(as_time, first, locale, time)) return true;
   time = {};
   if (!TakeDate(scanner, first, locale, time)) return false;
   if (scanner.AtEnd()) return true;
-  return scanner.TakeBlanks() && TakeTime(scanner, scanner.TakeField(), locale, time);
+  return TakeBlanks(scanner) && TakeTime(scanner, TakeField(scanner), locale, time);
 }
 
 void AppendPadded(String& text, int value, int digits) {

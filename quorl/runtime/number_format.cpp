@@ -19,19 +19,19 @@ struct NumberFormat {
 
 NumberFormat ParseFormat(StringView format) {
   NumberFormat parsed;
-  bool behind_point = false;
+  bool after_point = false;
   for (const char16_t unit : format) {
-    if (unit == u'.' && !behind_point) {
-      behind_point = true;
-    } else if (unit == u',' && !behind_point) {
+    if (unit == u'.' && !after_point) {
+      after_point = true;
+    } else if (unit == u',' && !after_point) {
       parsed.grouped = true;
     } else if (unit != u'0' && unit != u'#') {
       Raise(FailureNumber::kInvalidArgument);
-    } else if (behind_point) {
+    } else if (after_point) {
       ++parsed.most_decimals;
       if (unit == u'0') parsed.least_decimals = parsed.most_decimals;
     } else if (unit == u'0' || parsed.least_whole_digits > 0) {
-      ++parsed.least_whole_digits;  // a place behind a filled one is filled too
+      ++parsed.least_whole_digits;  // a place after a filled one is filled too
     }
   }
   return parsed;

@@ -8,6 +8,7 @@
 
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/decimal.hpp"
+#include "quorl/runtime/internal/scanner.hpp"
 #include "quorl/runtime/internal/text.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 
@@ -15,8 +16,6 @@ namespace quorl {
 
 using namespace internal;
 namespace {
-
-bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
 // The digits of a text on their way to a number: 0.digits times 10 to the power `point`. Reading
 // allocates nothing, however long the text is.
@@ -29,13 +28,13 @@ class ScannedNumber {
   // The digits kept, without zeros in front; none for zero.
   std::string_view Digits() const { return {digits_.data(), count_}; }
 
-  void AddDigit(char16_t unit, bool behind_point) {
+  void AddDigit(char16_t unit, bool after_point) {
     any_digit = true;
     if (count_ == 0 && unit == u'0') {
-      if (behind_point) --point;
+      if (after_point) --point;
       return;
     }
-    if (!behind_point) ++point;
+    if (!after_point) ++point;
     if (count_ < kMostDigits) {
       digits_[count_++] = static_cast<char>(unit);
     } else if (unit != u'0' && digits_[kMostDigits - 1] == '0') {
@@ -43,7 +42,7 @@ class ScannedNumber {
     }
   }
 
-  // "digits e exponent", with the point behind the last digit.
+  // "digits e exponent", with the point after the last digit.
   std::string_view WithExponent() {
     char* const end = digits_.data() + count_;
     *end = 'e';
@@ -60,62 +59,28 @@ class ScannedNumber {
   std::size_t count_ = 0;
 };
 
-// Walks a text from left to right, as if the units of `passed_over` did not stand in it.
-class Scanner {
- public:
-  explicit Scanner(StringView text, StringView passed_over = {})
-      : text_(text), passed_over_(passed_over) {
-    PassOver();
-  }
+// Reads a sign; True if it was a minus.
+bool TakeSign(Scanner& scanner) {
+  if (scanner.Take(u"-")) return true;
+  scanner.Take(u"+");
+  return false;
+}
 
-  bool AtEnd() const { return at_ == text_.size(); }
-  char16_t Unit() const { return text_[at_]; }
-  void Step() {
-    ++at_;
-    PassOver();
+// Reads an exponent if one stands here whole: a letter, a sign, at least one digit.
+std::int64_t TakeExponent(Scanner& scanner) {
+  // Beyond this no exponent can bring any number of digits that fits memory back into range.
+  constexpr std::int64_t kMost = std::int64_t{1} << 40;
+  Scanner ahead = scanner;
+  if (!ahead.Take(u"E") && !ahead.Take(u"e")) return 0;
+  const bool negative = TakeSign(ahead);
+  if (ahead.AtEnd() || !IsDigit(ahead.Unit())) return 0;
+  std::int64_t exponent = 0;
+  for (; !ahead.AtEnd() && IsDigit(ahead.Unit()); ahead.Step()) {
+    exponent = std::min(kMost, exponent * 10 + (ahead.Unit() - u'0'));
   }
-
-  bool Take(StringView expected) {
-    if (expected.empty() || !text_.substr(at_).starts_with(expected)) return false;
-    at_ += expected.size();
-    PassOver();
-    return true;
-  }
-
-  // Reads a sign; True if it was a minus.
-  bool TakeSign() {
-    if (Take(u"-")) return true;
-    Take(u"+");
-    return false;
-  }
-
-  // Reads an exponent if one stands here whole: a letter, a sign, at least one digit.
-  std::int64_t TakeExponent() {
-    // Beyond this no exponent can bring any number of digits that fits memory back into range.
-    constexpr std::int64_t kMost = std::int64_t{1} << 40;
-    const std::size_t before = at_;
-    if (!Take(u"E") && !Take(u"e")) return 0;
-    const bool negative = TakeSign();
-    const std::size_t first_digit = at_;
-    std::int64_t exponent = 0;
-    for (; !AtEnd() && IsDigit(Unit()); Step()) {
-      exponent = std::min(kMost, exponent * 10 + (Unit() - u'0'));
-    }
-    if (at_ == first_digit) at_ = before;
-    return negative ? -exponent : exponent;
-  }
-
- private:
-  void PassOver() {
-    while (!passed_over_.empty() && !AtEnd() && passed_over_.find(Unit()) != StringView::npos) {
-      ++at_;
-    }
-  }
-
-  StringView text_;
-  StringView passed_over_;
-  std::size_t at_ = 0;
-};
+  scanner = ahead;
+  return negative ? -exponent : exponent;
+}
 
 // The thousand separator of a locale, with what people type in its place.
 class ThousandSeparator {
@@ -144,20 +109,20 @@ class ThousandSeparator {
 // Reads sign, digits, separators and exponent as far as they go; false without a digit.
 bool TakeNumber(Scanner& scanner, StringView decimal_separator, const ThousandSeparator& thousand,
                 ScannedNumber& number) {
-  bool behind_point = false;
-  number.negative = scanner.TakeSign();
+  bool after_point = false;
+  number.negative = TakeSign(scanner);
   while (!scanner.AtEnd()) {
     if (IsDigit(scanner.Unit())) {
-      number.AddDigit(scanner.Unit(), behind_point);
+      number.AddDigit(scanner.Unit(), after_point);
       scanner.Step();
-    } else if (!behind_point && scanner.Take(decimal_separator)) {
-      behind_point = true;
+    } else if (!after_point && scanner.Take(decimal_separator)) {
+      after_point = true;
     } else if (!thousand.TakeFrom(scanner)) {
       break;
     }
   }
   if (!number.any_digit) return false;
-  number.point += scanner.TakeExponent();
+  number.point += TakeExponent(scanner);
   return true;
 }
 
@@ -179,7 +144,7 @@ bool ToNearest(ScannedNumber& number, Double& out) {
   return true;
 }
 
-// Whether a number cut behind `kept` digits is rounded away from zero, ties to even.
+// Whether a number cut after `kept` digits is rounded away from zero, ties to even.
 bool RoundsUp(std::string_view digits, std::size_t kept, bool odd) {
   if (kept >= digits.size() || digits[kept] < '5') return false;
   if (digits[kept] > '5') return true;

@@ -36,7 +36,7 @@ QUORL_API String DottedNumber(const Variant& value);
 
 /// Writes a number by a format of digit places: "0" is a place filled with zero, "#" one left out
 /// when empty, "," between places asks for the locale's thousand separators, "." is its decimal
-/// separator. The number is rounded to the places behind the point, half away from zero on its
+/// separator. The number is rounded to the places after the point, half away from zero on its
 /// decimal digits, and never cut in front: -42 in "00000000" is "-00000042", 1000.2 in "0,000.0" is
 /// "1,000.2". Failure 5 for any other character or a second point; 6 for NaN and infinities; others
 /// as for a conversion to Double. A Currency is written from its exact digits.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <new>
 
 #include "quorl/runtime/utf.hpp"
 
@@ -35,13 +37,16 @@ constexpr std::array kSentences{
 };
 static_assert(std::ranges::is_sorted(kSentences, std::less{}, &Sentence::number));
 
-}  // namespace
+// Thrown without asking for memory when there is none left. Made by the first call, so that a
+// failure in another source's initialiser finds it whole.
+const RaisedError& OutOfMemory() {
+  static const RaisedError made(static_cast<Int32>(FailureNumber::kOutOfMemory), kRuntimeSource,
+                                DescriptionOf(FailureNumber::kOutOfMemory));
+  return made;
+}
 
-namespace {
-
-// Made while there is memory, and thrown without asking for more when there is none left.
-const RaisedError kOutOfMemory(static_cast<Int32>(FailureNumber::kOutOfMemory), kRuntimeSource,
-                               DescriptionOf(FailureNumber::kOutOfMemory));
+// Calls it while there is memory.
+[[maybe_unused]] const RaisedError& kMadeEarly = OutOfMemory();
 
 }  // namespace
 
@@ -50,7 +55,7 @@ RaisedError::RaisedError(Int32 number, StringView source, StringView description
           Record{number, String(source), String(description),
                  Utf8(source) + " (" + std::to_string(number) + "): " + Utf8(description)})) {
 } catch (const std::bad_alloc&) {
-  throw kOutOfMemory;
+  throw OutOfMemory();
 }
 
 Int32 RaisedError::Number() const noexcept { return record_->number; }
@@ -64,7 +69,7 @@ StringView DescriptionOf(FailureNumber number) noexcept {
 }
 
 void Raise(FailureNumber number) {
-  if (number == FailureNumber::kOutOfMemory) throw kOutOfMemory;
+  if (number == FailureNumber::kOutOfMemory) throw OutOfMemory();
   throw RaisedError(static_cast<Int32>(number), kRuntimeSource, DescriptionOf(number));
 }
 

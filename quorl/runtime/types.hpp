@@ -1,8 +1,7 @@
 // The plain value types of every signature, under the names that the library's documentation uses.
 //
 // A character is one 16-bit code unit: lengths and positions count code units, and positions that a
-// public member takes or gives start at 1. Everything here is a value and free of threads'
-// concerns.
+// public member takes or gives start at 1. Everything here is a plain value.
 #pragma once
 
 #include <cstdint>

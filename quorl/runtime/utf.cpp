@@ -1,6 +1,5 @@
 #include "quorl/runtime/utf.hpp"
 
-#include <array>
 #include <cstddef>
 
 #include "quorl/runtime/internal/within_memory.hpp"

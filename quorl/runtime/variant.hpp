@@ -53,7 +53,16 @@ inline constexpr EmptyState Empty{};
 inline constexpr NullState Null{};
 inline constexpr MissingState Missing{};
 
-/// A value of one of the types of `VariantType`.
+/// A number or truth value in exactly its own type, so that no pointer or wider integer slips into
+/// a Variant as a Boolean.
+template <class Plain>
+concept PlainScalar =
+    std::same_as<Plain, Boolean> || std::same_as<Plain, Byte> || std::same_as<Plain, Int16> ||
+    std::same_as<Plain, Int32> || std::same_as<Plain, Single> || std::same_as<Plain, Double>;
+
+/// A value of one of the types of `VariantType`. Copying one throws std::bad_alloc where memory
+/// does not hold the copy, as the standard strings do; members of the library raise failure 7
+/// instead.
 ///
 ///     Variant a;                    // Empty
 ///     Variant b = 5;                // Int32
@@ -69,12 +78,8 @@ class QUORL_API Variant {
   Variant(EmptyState) noexcept {}
   Variant(NullState) noexcept : state_(Null) {}
   Variant(MissingState) noexcept : state_(Missing) {}
-  // Bound only by its exact type, so that no pointer or wider integer slips in as a Boolean.
-  template <class Plain>
-  requires(std::same_as<Plain, Boolean> || std::same_as<Plain, Byte> ||
-           std::same_as<Plain, Int16> || std::same_as<Plain, Int32> ||
-           std::same_as<Plain, Single> || std::same_as<Plain, Double>) Variant(Plain value)
-  noexcept : state_(value) {}
+  template <PlainScalar Plain>
+  Variant(Plain value) noexcept : state_(value) {}
   Variant(Currency value) noexcept : state_(value) {}
   Variant(Date value) noexcept : state_(value) {}
   Variant(String value) noexcept : state_(std::move(value)) {}

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/text.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/text/strings.hpp"
@@ -13,7 +14,6 @@ using namespace internal;
 
 namespace {
 
-constexpr bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 constexpr bool IsLetter(char16_t unit) {
   return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstring>
+#include <cstdlib>
 
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/raised_error.hpp"
@@ -40,9 +40,9 @@ Decimal ShortestDigits(Floating number) {
   int exponent = 0;
   std::from_chars(text.data() + mark + (text[mark + 1] == '+' ? 2 : 1), written.ptr, exponent);
   std::array<char, 24> digits{text[0]};
-  const std::string_view behind_point = mark > 1 ? text.substr(2, mark - 2) : std::string_view{};
-  std::ranges::copy(behind_point, digits.begin() + 1);
-  return Normalized(std::signbit(number), {digits.data(), 1 + behind_point.size()}, exponent + 1);
+  const std::string_view after_point = mark > 1 ? text.substr(2, mark - 2) : std::string_view{};
+  std::ranges::copy(after_point, digits.begin() + 1);
+  return Normalized(std::signbit(number), {digits.data(), 1 + after_point.size()}, exponent + 1);
 }
 
 Decimal ScaledDigits(std::int64_t units, int decimals) {
@@ -127,6 +127,13 @@ void AppendShortest(String& text, const Decimal& value, StringView decimal_separ
   } else {
     AppendPlain(text, value, decimal_separator, leading_zero);
   }
+}
+
+Currency CheckedCurrency(__int128 units) {
+  if (units < Currency::Lowest().TenThousandths() || units > Currency::Highest().TenThousandths()) {
+    Raise(FailureNumber::kOverflow);
+  }
+  return Currency::FromTenThousandths(static_cast<std::int64_t>(units));
 }
 
 __int128 DivideHalfEven(__int128 value, __int128 divisor) noexcept {

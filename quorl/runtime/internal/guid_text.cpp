@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "quorl/runtime/text_case.hpp"
+#include "quorl/runtime/internal/hex.hpp"
 
 namespace quorl::internal {
 namespace {
@@ -19,12 +19,10 @@ constexpr auto kPlaces = [] {
   return places;
 }();
 
-constexpr StringView kDigits = u"0123456789ABCDEF";
-
 constexpr auto kDigitPairs = [] {
   std::array<std::array<char16_t, 2>, 256> pairs{};
   for (std::size_t byte = 0; byte < pairs.size(); ++byte) {
-    pairs[byte] = {kDigits[byte / 16], kDigits[byte % 16]};
+    pairs[byte] = HexPair<char16_t>(static_cast<Byte>(byte));
   }
   return pairs;
 }();
@@ -48,9 +46,9 @@ std::optional<GuidBytes> ReadGuid(StringView text) noexcept {
       if (text[i] != kZeroGuidText[i]) return std::nullopt;
       continue;
     }
-    const std::size_t value = kDigits.find(text[i] < 0x80 ? UpperCase(text[i]) : text[i]);
-    if (value == StringView::npos) return std::nullopt;
-    guid[digit / 2] = static_cast<Byte>(guid[digit / 2] << 4 | static_cast<Byte>(value));
+    const std::optional<Byte> value = HexValue(text[i]);
+    if (!value) return std::nullopt;
+    guid[digit / 2] = static_cast<Byte>(guid[digit / 2] << 4 | *value);
     ++digit;
   }
   return guid;

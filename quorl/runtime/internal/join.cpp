@@ -1,23 +1,17 @@
 #include "quorl/runtime/internal/join.hpp"
 
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/utf16_bytes.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 
 namespace quorl::internal {
 namespace {
 
-void AppendBytes(String& text, std::span<const Byte> bytes) {
-  text.reserve(text.size() + bytes.size() / 2);
-  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    text.push_back(static_cast<char16_t>(bytes[i] | bytes[i + 1] << 8));
-  }
-}
-
 void AppendPlain(String& text, const Variant& plain) {
   if (plain.IsNull() || plain.IsEmpty()) return;
   const Array* array = plain.If<Array>();
   if (array != nullptr && array->ElementType() == VariantType::kByte) {
-    AppendBytes(text, array->Bytes());
+    text += UnitsOf(array->Bytes());
   } else if (const String* content = plain.If<String>()) {
     text += *content;
   } else {

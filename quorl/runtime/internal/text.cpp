@@ -14,8 +14,8 @@ std::size_t CountedUnits(StringView text, std::int64_t count) {
   return std::min(text.size(), static_cast<std::size_t>(count));
 }
 
-// Where the plain search could take the product of both lengths, as for a long run of one letter in
-// a longer one, that is felt.
+// From this length on, the worst case of the standard search, the product of both lengths, becomes
+// noticeable.
 constexpr std::size_t kLongSought = 64;
 
 // For each head of a text, how long the longest proper head is that also ends it.

@@ -13,6 +13,8 @@ namespace quorl::internal {
 /// The one character that counts as a blank, for trimming and as a word boundary.
 inline constexpr char16_t kBlank = u' ';
 
+constexpr bool IsDigit(char16_t unit) noexcept { return unit >= u'0' && unit <= u'9'; }
+
 /// The lowest position at or after `start` at which `sought` stands whole, by code unit, or 0.
 /// Failure 5 for a start below 1. An empty text gives 0, even for an empty `sought`; otherwise an
 /// empty `sought` is found at `start`, up to one past the end. The time grows with the sum of the
