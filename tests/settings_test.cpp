@@ -64,7 +64,7 @@ TEST(RegistryTextReader, EveryConstruct) {
       "\"f\"=hex(ffff0012):01,02,03\r\n\"4\"=hex(4):01\r\n@=-";
   const std::string written =
       kHeader +
-      "\r\n[HKEY_CURRENT_USER\\Software\\Été]\r\n"
+      "; Complete only if the last line is \"; end\".\r\n\r\n[HKEY_CURRENT_USER\\Software\\Été]\r\n"
       "@=\"sans nom\"\r\n\"Chemin\"=\"C:\\\\a\\\"b\\\"\"\r\n\"€\"=\"\"\r\n"
       "\"a\nb\"=hex(1):74,00,77,00,6f,00,0d,00,0a,00,6c,00,69,00,6e,00,65,00,73,00,00,00\r\n"
       "\"n\\\"\"=dword:00000001\r\n\"m\"=dword:fffffffe\r\n\"b\"=hex:\r\n"
@@ -75,7 +75,7 @@ TEST(RegistryTextReader, EveryConstruct) {
       "\r\n[HKEY_CLASSES_ROOT]\r\n"
       "\"w\"=hex(2):41,00,ac,20,00,00\r\n\"z\"=hex(7):\r\n\"u\"=hex(1):e9,00\r\n"
       "\"q\"=hex(b):01,02\r\n\"0\"=hex(0):00\r\n\"f\"=hex(ffff0012):01,02,03\r\n"
-      "\"4\"=hex(4):01\r\n@=-\r\n";
+      "\"4\"=hex(4):01\r\n@=-\r\n\r\n; end\r\n";
   for (const std::string& bytes : {file, "\xEF\xBB\xBF" + file, AsUtf16(file), written}) {
     const RegistryText text = ReadRegistryText(bytes, u"f");
     EXPECT_EQ(WriteRegistryText(text, RegistryTextEncoding::kUtf8), written);
@@ -87,6 +87,12 @@ TEST(RegistryTextReader, EveryConstruct) {
     EXPECT_EQ(text[0].values[2].data + text[0].values[8].data, "\0\0\x1F\xFF\x0A"s);
     EXPECT_TRUE(text[1].is_deletion && text[2].values[0].data == "A\x80\0"s);
   }
+  // One that was cut off is refused, wherever; only the last line break may be missing.
+  for (std::size_t size = 0; size < written.size() - 2; ++size) {
+    EXPECT_NE(FailureOf([&] { ReadRegistryText(written.substr(0, size), u"f"); }), Failure{})
+        << size;
+  }
+  EXPECT_EQ(ReadRegistryText(written.substr(0, written.size() - 2), u"f").size(), 3U);
   EXPECT_RAISES(WriteRegistryText({{{HKEY_CURRENT_USER, u"a\nb"}, false, {}}}),
                 FormatFailure(u"Une clé dont le nom contient une fin de ligne ne peut pas être "
                               u"écrite : HKEY_CURRENT_USER\\a\nb"));
@@ -169,6 +175,7 @@ TEST(RegistryTextReader, BadFilesNameTheLine) {
   ExpectRefused(AsUtf16(kHeader) + "x", 1, u"le fichier s'arrête au milieu d'un caractère");
   ExpectRefused("\xFE\xFF\0W"s, 1,
                 u"le texte UTF-16 doit avoir l'octet de poids faible en premier");
+  ExpectRefused(kHeader + "; nothing", 2, u"le fichier ne contient aucune clé");
   ExpectRefused(kHeader + "\"a\"=\"b\"", 2, u"la valeur n'est sous aucune clé");
 }
 
@@ -251,13 +258,13 @@ std::string Content() {
       MakeLowerCase(key.place.path);
       std::ranges::sort(key.values, {}, &RegistryTextValue::name);
     }
-    content += WriteRegistryText(text, RegistryTextEncoding::kUtf8).substr(kHeader.size());
+    content += WriteRegistryText(text, RegistryTextEncoding::kUtf8);
   }
   return content;
 }
 
 RegistryText Text(const std::string& body) {
-  return ReadRegistryText(kHeader + Quoted(body), u"f");
+  return body.empty() ? RegistryText() : ReadRegistryText(kHeader + Quoted(body), u"f");
 }
 
 struct ImportCase {

@@ -9,6 +9,7 @@
 #include "quorl/runtime/compare.hpp"
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/internal/utf16_bytes.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/store/open_key.hpp"
 #include "quorl/store/operations.hpp"
@@ -39,12 +40,6 @@ RegTypeEnum TypeFor(const Variant& value) {
   }
 }
 
-std::string CodeUnitBytes(StringView text) {
-  std::string bytes(text.size() * sizeof(char16_t), '\0');
-  std::memcpy(bytes.data(), text.data(), bytes.size());
-  return bytes;
-}
-
 std::string ArrayBytes(const Array& array) {
   if (array.ElementType() != VariantType::kByte) Raise(FailureNumber::kTypeMismatch);
   if (array.Dimensions() != 1) Raise(FailureNumber::kSubscriptOutOfRange);
@@ -55,7 +50,7 @@ std::string ArrayBytes(const Array& array) {
 std::string BinaryOf(const Variant& value) {
   std::string bytes;
   if (const String* text = value.If<String>()) {
-    bytes = CodeUnitBytes(*text);
+    bytes = BytesOf(*text);
   } else if (const Array* array = value.If<Array>()) {
     bytes = ArrayBytes(*array);
   } else {

@@ -22,6 +22,10 @@
 // converted on the way in and on the way out, and nothing is lost in a file that comes from the
 // store. Version 4 ("REGEDIT4") is a file of single bytes, texts within `hex(n)` included.
 //
+// A file that `WriteRegistryText` makes says in its second line which line is its last, so that one
+// that was cut off is refused. To add to such a file by hand, delete its second line. In a file of
+// another program that line is absent, and nothing is said about its end.
+//
 // This header has what a file says; reader.hpp and writer.hpp turn that into bytes and back,
 // import.hpp and export.hpp bring it into the store and out of it. Plain values; thread-compatible.
 #pragma once
@@ -58,6 +62,10 @@ using RegistryText = std::vector<RegistryTextKey>;
 
 /// Source of the failures of reading and writing the format.
 inline constexpr StringView kRegistryTextSource = u"Quorl.RegistryText";
+
+/// The second line of a file that `WriteRegistryText` makes, and its last one: comments both.
+inline constexpr StringView kEndAnnouncement = u"; Complete only if the last line is \"; end\".";
+inline constexpr StringView kEndLine = u"; end";
 
 /// Whether the format writes a type's bytes as UTF-16, and the store in single bytes: 1, 2 and 7.
 constexpr bool IsTextType(Int32 type) { return type == 1 || type == 2 || type == 7; }

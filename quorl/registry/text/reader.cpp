@@ -8,6 +8,8 @@
 
 #include "quorl/registry/text/root_name.hpp"
 #include "quorl/runtime/ansi.hpp"
+#include "quorl/runtime/internal/hex.hpp"
+#include "quorl/runtime/internal/utf16_bytes.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "quorl/runtime/utf.hpp"
@@ -25,6 +27,7 @@ constexpr std::string_view kHeader4InBytes = "REGEDIT4";
 constexpr StringView kHeader4 = u"REGEDIT4";
 constexpr StringView kHeader5 = u"Windows Registry Editor Version 5.00";
 
+constexpr StringView kLineBreaks = u"\r\n";
 // A carriage return before a line feed counts as one too.
 constexpr StringView kBlanks = u" \t\r";
 
@@ -34,33 +37,16 @@ constexpr StringView kBlanks = u" \t\r";
   throw RaisedError(kFailedCheck, kRegistryTextSource, description);
 }
 
-// The code units of bytes, low one first; an odd last byte is left out.
-String FromUtf16Bytes(std::string_view bytes) {
-  String text(bytes.size() / 2, u'\0');
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    text[i] = static_cast<char16_t>(static_cast<unsigned char>(bytes[2 * i]) |
-                                    static_cast<unsigned char>(bytes[2 * i + 1]) << 8);
-  }
-  return text;
-}
-
 String Decoded(std::string_view bytes, StringView file) {
   if (bytes.starts_with(kUtf16Mark)) {
     if (bytes.size() % 2 != 0) RaiseAt(file, 1, u"le fichier s'arrête au milieu d'un caractère");
-    return FromUtf16Bytes(bytes.substr(kUtf16Mark.size()));
+    return UnitsOf(bytes.substr(kUtf16Mark.size()));
   }
   if (bytes.starts_with(kUtf16SwappedMark)) {
     RaiseAt(file, 1, u"le texte UTF-16 doit avoir l'octet de poids faible en premier");
   }
   if (bytes.starts_with(kUtf8Mark)) return Utf16(bytes.substr(kUtf8Mark.size()));
   return bytes.starts_with(kHeader4InBytes) ? FromAnsi(bytes) : Utf16(bytes);
-}
-
-std::optional<std::uint32_t> HexDigit(char16_t unit) {
-  if (unit >= u'0' && unit <= u'9') return unit - u'0';
-  const char16_t lowered = LowerCase(unit);
-  if (lowered >= u'a' && lowered <= u'f') return lowered - u'a' + 10U;
-  return std::nullopt;
 }
 
 class Reader {
@@ -70,6 +56,7 @@ class Reader {
 
   RegistryText Read() {
     ReadHeader();
+    const bool is_announced = RequireAnnouncedEnd();
     for (; at_ < text_.size(); EndLine()) {
       SkipBlanks();
       if (Peek() == u'[') {
@@ -80,6 +67,7 @@ class Reader {
         Fail(u"la ligne n'est ni une clé, ni une valeur, ni un commentaire");
       }
     }
+    if (keys_.empty() && !is_announced) Fail(u"le fichier ne contient aucune clé");
     return std::move(keys_);
   }
 
@@ -121,6 +109,17 @@ class Reader {
     }
     has_wide_texts_ = header == kHeader5;
     TakeIf(u'\n');
+  }
+
+  // Whether the file says what its last line is; it must have that line then.
+  bool RequireAnnouncedEnd() const {
+    const StringView rest = text_.substr(at_);
+    if (rest.substr(0, rest.find_first_of(kLineBreaks)) != kEndAnnouncement) return false;
+    const StringView ended = rest.substr(0, rest.find_last_not_of(kLineBreaks) + 1);
+    if (ended.substr(ended.find_last_of(kLineBreaks) + 1) != kEndLine) {
+      Fail(u"le fichier est incomplet : sa dernière ligne, \"; end\", manque");
+    }
+    return true;
   }
 
   void ReadKey() {
@@ -199,7 +198,7 @@ class Reader {
   std::optional<std::uint32_t> TakeHex(int most_digits) {
     std::optional<std::uint32_t> number;
     for (int digits = 0; digits < most_digits; ++digits, ++at_) {
-      const std::optional<std::uint32_t> digit = HexDigit(Peek());
+      const std::optional<Byte> digit = HexValue(Peek());
       if (!digit) break;
       number = number.value_or(0) * 16 + *digit;
     }
@@ -273,7 +272,7 @@ class Reader {
 
   std::string Narrowed(std::string_view wide, Int32 line) const {
     if (wide.size() % 2 != 0) FailAt(line, u"les octets du texte s'arrêtent dans un caractère");
-    return Stored(FromUtf16Bytes(wide), line);
+    return Stored(UnitsOf(wide), line);
   }
 
   StringView text_;

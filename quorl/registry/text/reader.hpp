@@ -22,7 +22,9 @@ enum class ForeignCharacters {
 /// is wrong there. Bad are: an unknown header or encoding, a line that is neither key nor value nor
 /// comment, a key below no root key, the deletion of a root key, a value before the first key or
 /// below a deleted one, a name that the store does not take, an unknown or cut off content, a lone
-/// backslash in a text, half a character in the bytes of a text.
+/// backslash in a text, half a character in the bytes of a text, a file that announces its last
+/// line and lacks it, and a file that neither announces it nor has a key. Failure 7 where memory
+/// does not suffice.
 RegistryText ReadRegistryText(std::string_view bytes, StringView file,
                               ForeignCharacters foreign = ForeignCharacters::kRefuse);
 

@@ -1,11 +1,14 @@
 #include "quorl/registry/text/writer.hpp"
 
-#include <array>
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
 #include "quorl/registry/text/root_name.hpp"
 #include "quorl/runtime/ansi.hpp"
+#include "quorl/runtime/internal/hex.hpp"
+#include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/internal/utf16_bytes.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/utf.hpp"
 
@@ -18,13 +21,13 @@ constexpr StringView kLineEnd = u"\r\n";
 constexpr StringView kLineBreaks = u"\r\n";
 constexpr std::size_t kLineLength = 80;
 
-constexpr StringView kDigits = u"0123456789abcdef";
-
 class Writer {
  public:
   explicit Writer(RegistryTextEncoding encoding) : encoding_(encoding) {
     if (encoding == RegistryTextEncoding::kUtf16) Put(u"\uFEFF");
     Put(u"Windows Registry Editor Version 5.00");
+    EndLine();
+    Put(kEndAnnouncement);
     EndLine();
   }
 
@@ -43,7 +46,12 @@ class Writer {
     for (const RegistryTextValue& value : key.values) WriteValue(value);
   }
 
-  std::string Result() && { return std::move(bytes_); }
+  std::string Result() && {
+    EndLine();
+    Put(kEndLine);
+    EndLine();
+    return std::move(bytes_);
+  }
 
  private:
   void WriteValue(const RegistryTextValue& value) {
@@ -65,7 +73,7 @@ class Writer {
       PutQuoted(FromAnsi(data.substr(0, data.size() - 1)));
     } else if (value.type == REG_DWORD && data.size() == sizeof(Int32)) {
       Put(u"dword:");
-      for (std::size_t i = data.size(); i-- > 0;) PutByte(static_cast<unsigned char>(data[i]));
+      for (std::size_t i = data.size(); i-- > 0;) PutByte(static_cast<Byte>(data[i]));
     } else {
       PutType(static_cast<std::uint32_t>(value.type));
       PutBytes(data, IsTextType(value.type));
@@ -82,29 +90,22 @@ class Writer {
   void PutType(std::uint32_t type) {
     if (type == REG_BINARY) return Put(u"hex:");
     String digits;
-    for (; type != 0 || digits.empty(); type >>= 4) digits.insert(0, 1, kDigits[type & 0xF]);
-    Put(u"hex(");
-    Put(digits);
-    Put(u"):");
+    for (; type != 0 || digits.empty(); type >>= 4)
+      digits += HexPair<char16_t>(type & 0xF, kSmallHexDigits)[1];
+    std::ranges::reverse(digits);
+    Put(Joined({u"hex(", digits, u"):"}));
   }
 
   void PutBytes(std::string_view data, bool is_text) {
-    bool is_first = true;
-    const auto put = [&](unsigned byte) {
-      if (!is_first) PutComma();
-      is_first = false;
-      PutByte(byte);
-    };
-    for (const char byte : data) {
-      const auto plain = static_cast<unsigned char>(byte);
-      const char16_t unit = is_text ? FromAnsi(plain) : char16_t{plain};
-      put(unit & 0xFFU);
-      if (is_text) put(unit >> 8U);
+    const std::string bytes = is_text ? BytesOf(FromAnsi(data)) : std::string(data);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+      if (i > 0) PutComma();
+      PutByte(static_cast<Byte>(bytes[i]));
     }
   }
 
-  void PutByte(unsigned byte) {
-    const std::array<char16_t, 2> digits{kDigits[byte >> 4], kDigits[byte & 0xF]};
+  void PutByte(Byte byte) {
+    const auto digits = HexPair<char16_t>(byte, kSmallHexDigits);
     Put({digits.data(), digits.size()});
   }
 
@@ -133,14 +134,7 @@ class Writer {
 
   void Put(StringView text) {
     column_ += text.size();
-    if (encoding_ == RegistryTextEncoding::kUtf8) {
-      bytes_ += Utf8(text);
-      return;
-    }
-    for (const char16_t unit : text) {
-      bytes_.push_back(static_cast<char>(unit & 0xFF));
-      bytes_.push_back(static_cast<char>(unit >> 8));
-    }
+    bytes_ += encoding_ == RegistryTextEncoding::kUtf8 ? Utf8(text) : BytesOf(text);
   }
 
   RegistryTextEncoding encoding_;

@@ -15,7 +15,7 @@ enum class RegistryTextEncoding {
 
 /// The content of a file that says `text`; `ReadRegistryText` gives the same again, and lines end
 /// with CR LF. Failure 5000 with Source "Quorl.RegistryText" for a key whose name holds a line
-/// break, which the format has no way to write.
+/// break, which the format has no way to write; 7 where memory does not suffice.
 std::string WriteRegistryText(const RegistryText& text,
                               RegistryTextEncoding encoding = RegistryTextEncoding::kUtf16);
 
