@@ -120,35 +120,30 @@ void ExpectRefused(const std::string& file, Int32 line, StringView what) {
 }
 
 TEST(RegistryTextReader, BadFilesNameTheLine) {
-  // Of each body behind the header and the key, the line where it goes wrong: they take three.
+  // Of each body after the header and the key, which take three lines, the line where it goes
+  // wrong.
   struct Case {
     StringView what;
     std::vector<std::pair<Int32, std::string>> bodies;
   };
   const Case cases[] = {
+      // clang-format off
       {u"la ligne n'est ni une clé, ni une valeur, ni un commentaire", {{4, "nonsense"}}},
       {u"la clé n'est pas fermée par un crochet", {{4, "[HKEY_CURRENT_USER\\A] x"}}},
       {u"la clé ne commence pas par une clé racine", {{4, "[]"}, {4, "[ HKEY_USERS]"}}},
       {u"une clé racine ne peut pas être supprimée", {{4, "[-HKCU\\\\]"}}},
       {u"le nom de la clé est trop long ou contient un caractère nul",
        {{4, "[HKCU\\" + std::string(256, 'k') + "]"}, {4, "[HKCU\\a\0b]"s}}},
-      {u"un caractère n'existe pas dans le registre (Windows-1252)",
-       {{4, "[HKCU\\\u4E2D]"},
-        {4, "'a'='\U0001F600'"},
-        {4, "'a'='\xFF'"},
-        {4, "'a'=hex(7):00,\\\n4e"}}},
+      {u"un caractère n'existe pas dans le registre (Windows-1252)", {{4, "[HKCU\\\u4E2D]"},
+       {4, "'a'='\U0001F600'"}, {4, "'a'='\xFF'"}, {4, "'a'=hex(7):00,\\\n4e"}}},
       {u"la valeur est sous une clé supprimée", {{5, "[-HKCU\\A]\n'a'='b'"}}},
       {u"le signe = manque après le nom de la valeur", {{4, "'a'"}}},
       {u"le nom de la valeur est trop long ou contient un caractère nul",
        {{4, "'" + std::string(16384, 'v') + "'=''"}, {4, "'\n\0'=''"s}}},
       {u"le contenu de la valeur n'est ni un texte, ni dword, ni hex", {{4, "'a'=qword:1"}}},
-      {u"la fin de la ligne n'a pas de sens",
-       {{4, "'a'=--"},
-        {4, "'a'='b' c"},
-        {5, "'a'='b\n'c'='d'"},
-        {4, "'a'=dword:123456789"},
-        {4, "'a'=hex:0g"},
-        {6, "'a'=hex:00,\\\n  01,\\\n  0x"}}},
+      {u"la fin de la ligne n'a pas de sens", {{4, "'a'=--"}, {4, "'a'='b' c"},
+       {5, "'a'='b\n'c'='d'"}, {4, "'a'=dword:123456789"}, {4, "'a'=hex:0g"},
+       {6, "'a'=hex:00,\\\n  01,\\\n  0x"}}},
       {u"le texte n'est pas fermé par un guillemet", {{4, "'a'='b\nc\nd"}, {4, "'a'='\n\\"}}},
       {u"une barre oblique inverse n'est suivie ni d'une autre ni d'un guillemet",
        {{4, "'a'='C:\\temp'"}}},
@@ -157,8 +152,8 @@ TEST(RegistryTextReader, BadFilesNameTheLine) {
       {u"le type de la valeur n'est pas un nombre entre parenthèses", {{4, "'a'=hex(g):00"}}},
       {u"un octet de la valeur manque ou n'est pas hexadécimal",
        {{4, "'a'=hex:00,"}, {5, "'a'=hex:00,\\\n'b'='c'"}, {4, "'a'=hex:00,\\"}}},
-      {u"les octets du texte s'arrêtent dans un caractère", {{4, "'a'=hex(2):41"}}},
-  };
+      {u"les octets du texte s'arrêtent dans un caractère", {{4, "'a'=hex(2):41"}}}};
+  // clang-format on
   for (const Case& c : cases) {
     for (const auto& [line, body] : c.bodies) {
       const std::string file = kHeader + "\n[HKEY_CURRENT_USER\\A]\n" + Quoted(body);
@@ -173,8 +168,8 @@ TEST(RegistryTextReader, BadFilesNameTheLine) {
     ExpectRefused(file, 1, header);
   }
   ExpectRefused(AsUtf16(kHeader) + "x", 1, u"le fichier s'arrête au milieu d'un caractère");
-  ExpectRefused("\xFE\xFF\0W"s, 1,
-                u"le texte UTF-16 doit avoir l'octet de poids faible en premier");
+  const StringView order = u"le texte UTF-16 doit avoir l'octet de poids faible en premier";
+  ExpectRefused("\xFE\xFF\0W"s, 1, order);
   ExpectRefused(kHeader + "; nothing", 2, u"le fichier ne contient aucune clé");
   ExpectRefused(kHeader + "\"a\"=\"b\"", 2, u"la valeur n'est sous aucune clé");
 }
