@@ -27,10 +27,10 @@
 //
 // Failures of conversions come from the runtime, under its own Source. A Variant that has no text
 // (`Missing`, an array of anything but bytes, an object without a default member) is failure 13
-// before anything happens in the store, and so is failure 6 for a date outside the calendar; a
-// failure of an object's default member passes through. Every member that takes a text can raise 7
-// where memory does not suffice. After a failure the store is as it was, unless the member says
-// otherwise.
+// before anything happens in the store, and so is failure 6 for NaN, infinities and a date outside
+// the calendar; a failure of an object's default member passes through. Every member that takes a
+// text can raise 7 where memory does not suffice. After a failure the store is as it was, unless
+// the member says otherwise.
 //
 // Threads. Members that are const, `SaveValue`, `DeleteKey`, `DeleteValue` and `CopyKey` leave the
 // instance as it is: any number of threads may call them on one instance at once. A thread that

@@ -1,5 +1,7 @@
 #include "quorl/registry/internal/store_failure.hpp"
 
+#include <cmath>
+
 #include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/raised_error.hpp"
 #include "quorl/store/status.hpp"
@@ -18,6 +20,8 @@ bool CallArgument::SurelyHasText() const noexcept {
   if (const Array* array = value_->If<Array>()) {
     return array->ElementType() == VariantType::kByte;
   }
+  if (const Double* number = value_->If<Double>()) return std::isfinite(*number);
+  if (const Single* number = value_->If<Single>()) return std::isfinite(*number);
   return !value_->IsMissing() && !value_->Holds<Object>() && !value_->Holds<Date>();
 }
 
