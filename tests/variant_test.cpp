@@ -26,6 +26,10 @@ constexpr Int32 kLowest = INT32_MIN, kHighest = INT32_MAX;
 template <class... Others>
 constexpr bool kRefused = (!std::is_constructible_v<Variant, Others> && ...);
 static_assert(kRefused<long, unsigned, char, char16_t, void*, const char*, std::string>);
+template <class... Others>
+constexpr bool kNoAmount = (!std::is_constructible_v<Currency, Others> && ...);
+static_assert(kNoAmount<Double, Single, Boolean, char, char16_t, Date, const char16_t*>);
+static_assert(Currency(-2) == -2_cy && Currency(std::uint64_t{3}) == 3_cy);
 static_assert(std::is_nothrow_move_constructible_v<Variant> &&
               std::is_nothrow_move_assignable_v<Variant>);
 static_assert(std::is_nothrow_copy_constructible_v<RaisedError> &&
@@ -53,6 +57,11 @@ TEST(Variant, LiteralsPickTheTypeThatAReaderExpects) {
   EXPECT_EQ(-0.0001_cy, Currency::FromTenThousandths(-1));
   EXPECT_EQ(922'337'203'685'477.5807_cy, Currency::Highest());
   EXPECT_EQ(-Currency::Lowest(), Currency::Lowest());
+  constexpr std::int64_t kMost = 922'337'203'685'477;
+  EXPECT_EQ(ToCurrency(-kMost), -922'337'203'685'477_cy);
+  EXPECT_RAISES(Currency(kMost + 1), RuntimeFailure(6));
+  EXPECT_RAISES(Currency(-kMost - 1), RuntimeFailure(6));
+  EXPECT_RAISES(Currency(~std::uint64_t{0}), RuntimeFailure(6));
 }
 
 TEST(Variant, CanBeAssignedFromWhatItHolds) {
@@ -139,16 +148,27 @@ TEST(Array, RefusesWhatItCannotHold) {
   EXPECT_RAISES(Array(kByte, {{kLowest, 0}}).UpperBound(), RuntimeFailure(6));
 }
 
-TEST(Array, DeepNestingIsTakenApartWithoutDeepRecursion) {
-  Variant nested;
-  for (int depth = 0; depth < 300000; ++depth) {
+// Arrays within arrays, each of which holds the next one so many times.
+Variant Nested(int depth, int times, Variant innermost) {
+  for (; depth > 0; --depth) {
     Array around(kVariant, {{0, 2}});
-    around.WritableElements()[1] = std::move(nested);
-    nested = std::move(around);
+    for (int i = 1; i < times; ++i) around.Set({i - 1}, innermost);
+    around.WritableElements()[1] = std::move(innermost);
+    innermost = std::move(around);
   }
-  const Variant shared = nested.If<Array>()->Get({1});
-  nested = Empty;
-  EXPECT_TRUE(shared.Holds<Array>());
+  return innermost;
+}
+
+TEST(Array, DeepNestingTakesNeitherTheStackNorLong) {
+  for (const auto& [depth, times] : {std::pair(500000, 1), {64, 2}}) {
+    Variant nested = Nested(depth, times, 1);
+    EXPECT_TRUE(nested == Nested(depth, times, 1));
+    EXPECT_FALSE(nested == Nested(depth, times, 2));
+    EXPECT_FALSE(nested == Nested(depth - 1, times, 1));
+    const Variant inner = nested.If<Array>()->Get({1});
+    nested = Empty;
+    EXPECT_TRUE(inner.Holds<Array>());
+  }
 }
 
 // A host's object: a property, a method that writes back, a default member that leads back to the

@@ -29,23 +29,30 @@ QUORL_API Int32 CheckedInt32(std::int64_t value);
 /// A text's length or any other size as an Int16; failure 6 above 32767.
 QUORL_API Int16 LengthAsInt16(StringView text);
 
-/// The single-precision number nearest to the value's Double; failure 6 beyond its range.
+/// The single-precision number nearest to the value's Double; failure 6 beyond its range, and for
+/// NaN and infinities.
 QUORL_API Single ToSingle(const Variant& value);
 QUORL_API Single ToSingle(Double value);
 
 /// The nearest Double. A Currency is converted to the Double nearest to its decimal value.
-/// A Double passes as it is, a NaN too. Failure 6 for a text beyond the range.
+/// A Double passes as it is, NaN and infinities too. Failure 6 for a text beyond the range.
 QUORL_API Double ToDouble(const Variant& value);
 QUORL_API Double ToDouble(Currency value);
 
 /// The nearest ten-thousandth, ties to even, decided on the exact value; a text is read digit by
 /// digit and never passes through a Double. Failure 6 beyond ±922337203685477.5807 (-...5808 is the
-/// lowest), and for NaN and infinities.
+/// lowest), and for NaN and infinities. A whole number of any type never passes through a Double
+/// either.
 QUORL_API Currency ToCurrency(const Variant& value);
 QUORL_API Currency ToCurrency(Double value);
+template <WholeNumber Whole>
+Currency ToCurrency(Whole value) {
+  return Currency(value);
+}
 
-/// A number counts as days from 1899-12-30; a text is read by the locale's date order.
-/// Failure 6 outside the calendar (year 100 to 9999), NaN included.
+/// A number counts as days from 1899-12-30; failure 6 outside the calendar (year 100 to 9999), NaN
+/// and infinities included. A text is read by the locale's date order; one that is no date of the
+/// calendar, 31/12/10000 too, is failure 13.
 QUORL_API Date ToDate(const Variant& value);
 QUORL_API Date ToDate(Double days);
 
