@@ -62,12 +62,13 @@ QUORL_API Boolean ToBoolean(const Variant& value);
 
 /// Numbers in shortest form: the fewest digits that read back as the same value, no exponent from
 /// 1E-5 up to below 1E+15, the locale's decimal separator, no thousand separators. Dates by the
-/// locale, Booleans as its truth words, a String as it is. Failure 6 for NaN and infinities.
+/// locale, Booleans as its truth words, a String as it is. Failure 6 for NaN, infinities and a Date
+/// outside the calendar.
 QUORL_API String ToString(const Variant& value);
 
 /// The reference itself, an empty one too. Failure 13 for anything but an object.
 QUORL_API Object ToObject(const Variant& value);
-/// The same for a value on which a member is to be called by name: failure 424.
+/// The same for a value on which a member is to be called by name; failure 424 for anything else.
 QUORL_API Object RequireObject(const Variant& value);
 
 /// `value` as `type`, by the conversions above. `Variant` gives a copy. Failure 13 for a type that
