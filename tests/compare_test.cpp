@@ -1,13 +1,8 @@
 #include "quorl/runtime/compare.hpp"
 
-#include <gtest/gtest.h>
-
 #include <limits>
 
-#include "quorl/runtime/convert.hpp"
-#include "tests/support/cells.hpp"
-#include "tests/support/holder.hpp"
-#include "tests/support/print.hpp"
+#include "tests/support/values.hpp"
 
 namespace quorl {
 namespace {
@@ -16,7 +11,6 @@ using namespace literals;
 
 const LocaleScope kFrench{*Locale::Named(u"fr-FR")};
 constexpr Double kNaN = std::numeric_limits<Double>::quiet_NaN();
-
 enum Kind { kUnset, kDigits, kWord, kNumber, kNull, kRefused, kBroken };
 
 // A value, and what the comparisons are to see in it.
@@ -28,12 +22,9 @@ const struct Sample {
 } kSamples[] = {
     {Empty, kUnset},
     {Null, kNull},
-    {Byte{1}, kNumber, 1, u"1"},
     {Int16{-1}, kNumber, -1, u"-1"},
     {true, kNumber, -1, u"Vrai"},
     {false, kNumber, 0, u"Faux"},
-    {1000000, kNumber, 1000000, u"1000000"},
-    {0.5F, kNumber, 0.5, u"0,5"},
     {-1.5, kNumber, -1.5, u"-1,5"},
     {0.5_cy, kNumber, 0.5, u"0,5"},
     {Date(1), kNumber, 1, u"31/12/1899"},
@@ -67,8 +58,8 @@ std::string Expected(const Sample& left, const Sample& right) {
 TEST(Compare, EveryValueAgainstEveryOtherAndWhatTheCodeFixes) {
   for (const Sample& sample : kSamples) {
     const Variant& value = sample.value;
-    const auto expected = [&](bool readable, std::partial_ordering order) -> std::string {
-      if (sample.kind == kNull) return "unordered";
+    const auto expected = [&](bool readable, std::partial_ordering order) {
+      if (sample.kind == kNull) return std::string("unordered");
       return readable && sample.kind < kRefused ? Shown(order) : "!13";
     };
     for (const Double number : {-1.0, 0.0, 0.5, 1e9, kNaN}) {

@@ -1,16 +1,13 @@
 #include "quorl/runtime/date_text.hpp"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <limits>
+#include <tuple>
 #include <vector>
 
-#include "quorl/runtime/convert.hpp"
-#include "tests/support/cells.hpp"
-#include "tests/support/print.hpp"
-#include "tests/support/random.hpp"
+#include "quorl/numeric/dates.hpp"
+#include "tests/support/values.hpp"
 
 namespace quorl {
 namespace {
@@ -107,6 +104,26 @@ TEST(DateText, TestAgreesWithConversionOnAnyText) {
       if (failure == Failure{}) ++good;
     }
     EXPECT_GT(good, 20);
+  }
+}
+
+TEST(Dates, BlankOrADateOfTheLocale) {
+  // For fr-BE and for en-US.
+  constexpr std::tuple<StringView, bool, bool> cases[] = {
+      {u"", true, true},
+      {u"   ", true, true},
+      {u"\t", false, false},
+      {u"12/31/2024", false, true},
+      {u"31/12/2024", true, false},
+      {u" 1/2/2024 ", true, true},
+      {u"29/02/2023", false, false},
+      {u"14:30", true, true},
+      {u" \u00A0 ", false, false},
+  };
+  for (const auto& [text, belgian, american] : cases) {
+    EXPECT_EQ((LocaleScope(*Locale::Named(u"fr-BE")), Dates::IsDateOrEmpty(text)), belgian)
+        << Utf8(text);
+    EXPECT_EQ((LocaleScope(kAmerican), Dates::IsDateOrEmpty(text)), american) << Utf8(text);
   }
 }
 

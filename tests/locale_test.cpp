@@ -1,15 +1,15 @@
 #include "quorl/runtime/locale.hpp"
 
-#include <gtest/gtest.h>
-
+#include <array>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <thread>
 #include <vector>
 
-#include "quorl/runtime/convert.hpp"
-#include "tests/support/cells.hpp"
-#include "tests/support/print.hpp"
+#include "quorl/runtime/internal/locale_forms.hpp"
+#include "tests/support/values.hpp"
 
 namespace quorl {
 namespace {
@@ -47,22 +47,61 @@ TEST(Locale, EveryLanguageInEveryCountry) {
   }
 }
 
-TEST(Locale, ScopesNestAndComeBack) {
+TEST(Locale, ScopesNestAndReferencesStayGood) {
   Locale::UseSystem();
   EXPECT_EQ(Locale::Current(), Locale::System());
-  Locale::SetCurrent(*Locale::Named(u"de-DE"));
+  std::vector<const Locale*> taken;
+  for (const String& name : Cells(u"de-DE|nl-BE|fr-CH|de-DE")) {
+    Locale::SetCurrent(*Locale::Named(name));
+    taken.push_back(&Locale::Current());
+  }
+  EXPECT_EQ(*taken[0], Locale::Named(u"de-DE"));
+  EXPECT_EQ(taken[3], taken[0]);  // kept once
   {
     const LocaleScope outer(*Locale::Named(u"fr-FR"));
     EXPECT_EQ((LocaleScope(Locale()), ToString(0.5)), u"0.5");
     EXPECT_EQ(ToString(0.5), u"0,5");
-    EXPECT_EQ(Locale::Current(), Locale::Named(u"fr-FR"));
+    taken.push_back(&Locale::Current());
   }
-  const Locale& held = Locale::Current();
-  Locale::SetCurrent(Locale());
-  EXPECT_EQ(held, Locale::Named(u"de-DE"));  // as a conversion under way needs it
-  EXPECT_EQ(Locale::Current(), Locale());
+  EXPECT_EQ(*taken.back(), Locale::Named(u"fr-FR"));
+  EXPECT_EQ(Locale::Current(), Locale::Named(u"de-DE"));
   Locale::UseSystem();
-  EXPECT_EQ(Locale::Current(), Locale::System());
+}
+
+TEST(Locale, ConversionsSeeOneLocaleWhileAnotherThreadReplacesIt) {
+  std::array<Locale, 3> locales;
+  for (std::size_t i = 0; i < locales.size(); ++i) {
+    locales[i].true_word = String(20 + i, static_cast<char16_t>(u'a' + i));
+  }
+  Locale::SetCurrent(locales[0]);
+  std::atomic<bool> done = false;
+  std::thread replacing([&] {
+    for (std::size_t i = 0; i < 30000; ++i) Locale::SetCurrent(locales[i % locales.size()]);
+    done = true;
+  });
+  while (!done) {
+    const String word = ToString(true);
+    EXPECT_EQ(word, String(word.size(), word[0]));
+    EXPECT_EQ(word.size(), 20U + (word[0] - u'a'));
+  }
+  replacing.join();
+  Locale::UseSystem();
+}
+
+TEST(Locale, FormatsOfTheSystem) {
+  for (const auto& [format, expected] :
+       Pairs(u"%d/%m/%Y=dmy/|%m/%d/%Y=mdy/|%D=mdy/|%F=ymd-|%Y.%m.%d=ymd.|%-d. %-m. %y=dmy.|%e.%m.%Y"
+             u"=dmy.|%d/%m-%Y=ymd-|%Y%m%d=ymd-|%a %d %b=ymd-|%Y/%d/%m=ymd-|%=ymd-|=ymd-")) {
+    Locale locale;
+    internal::ApplyDateFormat(format, locale);
+    EXPECT_EQ(Described(locale), "1,234.5 " + expected + " 12:00 True/False") << Shown(format);
+  }
+  for (const auto& [format, expected] :
+       Pairs(u"%H.%M.%S=.|%T=:|%r=:|%H.%M:%S=:|%H%M%S=:|%I.%M.%S=:|%H.%M.%S %Z=:|=:")) {
+    Locale locale;
+    internal::ApplyTimeFormat(format, locale);
+    EXPECT_EQ(Utf8(locale.time_separator), expected) << Shown(format);
+  }
 }
 
 // What `Locale::System` is in a new process with that environment: this program, which writes the
@@ -90,8 +129,13 @@ TEST(Locale, SystemFollowsTheEnvironment) {
        {"", "LANG=C", "LANG=C.UTF-8", "LC_ALL=POSIX LANG=fr_FR.UTF-8", "LANG=xx_YY.UTF-8",
         "LANG=../../etc/passwd", "LC_ALL=" + std::string(5000, 'x')}},
       {Described(*Locale::Named(u"fr-FR")),
-       {"LANG=fr_FR.UTF-8", "LC_ALL= LANG=fr_FR.UTF-8",
+       {"LANG=fr_FR.UTF-8", "LC_ALL= LANG=fr_FR.UTF-8", "LANG=fr_CA", "LANG=fr", "LANG=fr_xx@euro",
         "LC_ALL=fr_FR.UTF-8 LC_NUMERIC=C LANG=de_DE"}},
+      {Described(*Locale::Named(u"fr-CH")), {"LANG=fr_CH.UTF-8"}},
+      {Described(*Locale::Named(u"de-DE")), {"LANG=de_AT.UTF-8"}},
+      {Described(*Locale::Named(u"nl-NL")), {"LANG=nl_AW"}},
+      {Described(*Locale::Named(u"en-GB")), {"LANG=en_IE"}},
+      {"1.234,5 ymd- 12:00 True/False", {"LC_NUMERIC=de_AT"}},
       {"1\u2019234.5 mdy/ 12:00 Vrai/Faux",
        {"LANG=fr_FR.UTF-8 LC_NUMERIC=de_CH.UTF-8 LC_TIME=en_US.UTF-8"}},
   };

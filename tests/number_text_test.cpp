@@ -1,7 +1,5 @@
 #include "quorl/runtime/number_text.hpp"
 
-#include <gtest/gtest.h>
-
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -9,22 +7,15 @@
 #include <limits>
 #include <vector>
 
-#include "quorl/runtime/convert.hpp"
-#include "tests/support/cells.hpp"
-#include "tests/support/decimal_text.hpp"
-#include "tests/support/holder.hpp"
-#include "tests/support/print.hpp"
-#include "tests/support/random.hpp"
+#include "tests/support/values.hpp"
 
 namespace quorl {
 namespace {
 
 using namespace literals;
 
-const Locale kFrench = *Locale::Named(u"fr-FR");
-const Locale kEnglish = *Locale::Named(u"en-US");
-const Locale kGerman = *Locale::Named(u"de-DE");
-const Locale kSwiss = *Locale::Named(u"de-CH");
+const auto kFrench = *Locale::Named(u"fr-FR"), kEnglish = *Locale::Named(u"en-US"),
+           kGerman = *Locale::Named(u"de-DE"), kSwiss = *Locale::Named(u"de-CH");
 const LocaleScope kNeutral{kEnglish};
 constexpr Double kInfinity = std::numeric_limits<Double>::infinity();
 
@@ -65,15 +56,13 @@ TEST(NumberText, TestAgreesWithReadingOnAnyText) {
       Double number = 0;
       const Failure failure = FailureOf([&] { number = ToDouble(Variant(text)); });
       ASSERT_EQ(IsNumber(text), failure == Failure{}) << Shown(text);
-      ASSERT_TRUE(failure == Failure{} || failure.number == 13 || failure.number == 6);
       if (failure != Failure{}) continue;
       ++good;
       // What was understood, written plainly, means the same to the language's own reader.
       std::string plain;
       for (const char16_t unit : text) {
         if (unit == locale.decimal_separator[0]) plain += '.';
-        if (StringView(u"+-0159eE").find(unit) != StringView::npos)
-          plain += static_cast<char>(unit);
+        if (String(u"+-0159eE").find(unit) != String::npos) plain += static_cast<char>(unit);
       }
       ASSERT_EQ(number, std::strtod(plain.c_str(), nullptr)) << Shown(text);
     }
@@ -107,23 +96,14 @@ TEST(NumberText, LeadingAndDottedNumbersAreTheSameInEveryLocale) {
              u"|1e308=1e308")) {
     EXPECT_EQ(ReadLeadingNumber(text), std::stod(expected)) << Shown(text);
   }
-  for (const StringView text : {u"1e309x", u"-9 e 99999999999999999999"}) {
-    EXPECT_RAISES(ReadLeadingNumber(text), RuntimeFailure(6)) << Shown(text);
-  }
+  EXPECT_RAISES(ReadLeadingNumber(u"1e309x"), RuntimeFailure(6));
+  EXPECT_RAISES(ReadLeadingNumber(u"-9 e 99999999999999999999"), RuntimeFailure(6));
   const std::pair<Variant, std::string> dotted[] = {
-      {0.5, " .5"},
-      {-1.25_cy, "-1.25"},
-      {12, " 12"},
-      {-0.0, " 0"},
-      {true, "-1"},
-      {-1e20, "-1E+20"},
-      {u"1 234,5", " 1234.5"},
-      {Date(1.5), " 1.5"},
-      {-0.1F, "-.1"},
-      {MakeObject<Holder>(1e-7), " 1E-07"},
-      {u"1.5", "!13"},
-      {Null, "!94"},
-      {kInfinity, "!6"},
+      {0.5, " .5"},      {-1.25_cy, "-1.25"}, {12, " 12"},
+      {-0.0, " 0"},      {true, "-1"},        {-1e20, "-1E+20"},
+      {-0.1F, "-.1"},    {Date(1.5), " 1.5"}, {u"1 234,5", " 1234.5"},
+      {u"1.5", "!13"},   {Null, "!94"},       {MakeObject<Holder>(1e-7), " 1E-07"},
+      {kInfinity, "!6"}, {Missing, "!13"},    {Array::OfBytes({1}), "!13"},
   };
   for (const auto& [value, expected] : dotted) {
     const auto write = [&, &v = value] { return Utf8(DottedNumber(v)); };
@@ -137,11 +117,10 @@ TEST(NumberText, FormatsByDigitPlaces) {
       {u"#,##0.00", u"1234567.25=1,234,567.25|0=0.00|999.995=1,000.00"},
       {u"00000000", u"-42=-00000042|1234567890=1234567890"},
       {u"0.00", u"1.005=1.01|-0.004=0.00|-0.005=-0.01"},
-      {u"#.##", u"0.5=.5"},
       {u"0.0#", u"12.3=12.3|12.345=12.35"},
-      {u"#", u"0="},
-      {u"0#.0", u"5=05.0"},
-      {u"", u"2.5=3"},
+      {u"0#.0#", u"5=05.0|0.5=00.5"},
+      {u"#.##", u"0.5=.5|0="},
+      {u"", u"2.5=3|0="},
       {u"#,#", u"1E21=1,000,000,000,000,000,000,000"},
   };
   for (const auto& [format, cases] : rows) {
@@ -152,7 +131,6 @@ TEST(NumberText, FormatsByDigitPlaces) {
   }
   EXPECT_EQ(FormatNumber(-1234567.5, u"#,##0.0", kFrench), u"-1\u202F234\u202F567,5");
   EXPECT_EQ(FormatNumber(Currency::Lowest(), u"0.0000"), u"-922337203685477.5808");
-  EXPECT_EQ(FormatNumber(Empty, u"00"), u"00");
   EXPECT_RAISES(FormatNumber(Null, u"0"), RuntimeFailure(94));
   EXPECT_RAISES(FormatNumber(kInfinity, u"0"), RuntimeFailure(6));
   for (const String& format : Cells(u"0.0.0|0.0,0|0 0|0%|-0|0E+00|\"0\"")) {

@@ -1,21 +1,14 @@
 #include "quorl/runtime/variant.hpp"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <stdexcept>
 #include <type_traits>
-#include <vector>
 
-#include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/screen.hpp"
-#include "tests/support/cells.hpp"
-#include "tests/support/holder.hpp"
-#include "tests/support/print.hpp"
+#include "tests/support/values.hpp"
 
 namespace quorl {
 
@@ -27,13 +20,16 @@ using enum VariantType;
 
 const LocaleScope kNeutral{Locale()};
 
-constexpr Int32 kLowest = std::numeric_limits<Int32>::min();
-constexpr Int32 kHighest = std::numeric_limits<Int32>::max();
+constexpr Int32 kLowest = INT32_MIN, kHighest = INT32_MAX;
 
 // What has no type of its own here must not slip in as another.
 template <class... Others>
 constexpr bool kRefused = (!std::is_constructible_v<Variant, Others> && ...);
 static_assert(kRefused<long, unsigned, char, char16_t, void*, const char*, std::string>);
+template <class... Others>
+constexpr bool kNoAmount = (!std::is_constructible_v<Currency, Others> && ...);
+static_assert(kNoAmount<Double, Single, Boolean, char, char16_t, Date, const char16_t*>);
+static_assert(Currency(-2) == -2_cy && Currency(std::uint64_t{3}) == 3_cy);
 static_assert(std::is_nothrow_move_constructible_v<Variant> &&
               std::is_nothrow_move_assignable_v<Variant>);
 static_assert(std::is_nothrow_copy_constructible_v<RaisedError> &&
@@ -61,6 +57,11 @@ TEST(Variant, LiteralsPickTheTypeThatAReaderExpects) {
   EXPECT_EQ(-0.0001_cy, Currency::FromTenThousandths(-1));
   EXPECT_EQ(922'337'203'685'477.5807_cy, Currency::Highest());
   EXPECT_EQ(-Currency::Lowest(), Currency::Lowest());
+  constexpr std::int64_t kMost = 922'337'203'685'477;
+  EXPECT_EQ(ToCurrency(-kMost), -922'337'203'685'477_cy);
+  EXPECT_RAISES(Currency(kMost + 1), RuntimeFailure(6));
+  EXPECT_RAISES(Currency(-kMost - 1), RuntimeFailure(6));
+  EXPECT_RAISES(Currency(~std::uint64_t{0}), RuntimeFailure(6));
 }
 
 TEST(Variant, CanBeAssignedFromWhatItHolds) {
@@ -92,11 +93,10 @@ TEST(Array, CopiesAreIndependentAtEveryDepth) {
   const Variant before = outer;
   outer.Set({0}, outer);
   EXPECT_EQ(outer.Get({0}), before);
-  Array bytes = Array::OfBytes({1, 2, 3});
+  Array bytes = Array::OfBytes({1, 2});
   const Array copy = bytes;
   bytes.WritableBytes()[1] = 9;
-  EXPECT_EQ(copy, Array::OfBytes({1, 2, 3}));
-  EXPECT_EQ(bytes.Get({1}), Variant(Byte{9}));
+  EXPECT_EQ(copy, Array::OfBytes({1, 2}));
 }
 
 TEST(Array, LeftmostSubscriptRunsFastestWithinTheBounds) {
@@ -120,9 +120,8 @@ TEST(Array, LeftmostSubscriptRunsFastestWithinTheBounds) {
 TEST(Array, RefusesWhatItCannotHold) {
   Array array(kInt16, {{-1, 3}, {10, 2}});
   const Array before = array;
-  for (const std::vector<Int32>& subscripts : {std::vector<Int32>{}, {0}, {0, 10, 0}}) {
-    EXPECT_RAISES(array.Get(subscripts), RuntimeFailure(9)) << subscripts.size();
-  }
+  EXPECT_RAISES(array.Get({0}), RuntimeFailure(9));
+  EXPECT_RAISES(array.Get({0, 10, 0}), RuntimeFailure(9));
   EXPECT_RAISES(array.Set({0, 10}, 70000), RuntimeFailure(6));
   EXPECT_RAISES(array.Set({0, 10}, Null), RuntimeFailure(94));
   EXPECT_RAISES(array.Bytes(), RuntimeFailure(13));
@@ -140,7 +139,6 @@ TEST(Array, RefusesWhatItCannotHold) {
   EXPECT_RAISES(Array(kByte, {{1, kMost}}), RuntimeFailure(9));
   EXPECT_RAISES(Array(kByte, {{kHighest, 2}}), RuntimeFailure(9));
   EXPECT_RAISES(Array(kByte, {{kLowest, kMost}}), RuntimeFailure(7));
-  EXPECT_RAISES(Array(kByte, {{0, 65536}, {0, 65536}}), RuntimeFailure(7));
   EXPECT_RAISES(Array(kByte, {{0, kHalf}, {kLowest, kMost}, {0, kHalf}}), RuntimeFailure(7));
   EXPECT_RAISES(Array::WithBounds(kString, 5, 4), RuntimeFailure(9));
   EXPECT_RAISES(Array::WithBounds(kByte, kLowest, kHighest), RuntimeFailure(7));
@@ -150,37 +148,45 @@ TEST(Array, RefusesWhatItCannotHold) {
   EXPECT_RAISES(Array(kByte, {{kLowest, 0}}).UpperBound(), RuntimeFailure(6));
 }
 
-TEST(Array, DeepNestingIsTakenApartWithoutDeepRecursion) {
-  Variant nested;
-  for (int depth = 0; depth < 300000; ++depth) {
+// Arrays within arrays, each of which holds the next one so many times.
+Variant Nested(int depth, int times, Variant innermost) {
+  for (; depth > 0; --depth) {
     Array around(kVariant, {{0, 2}});
-    around.WritableElements()[1] = std::move(nested);
-    nested = std::move(around);
+    for (int i = 1; i < times; ++i) around.Set({i - 1}, innermost);
+    around.WritableElements()[1] = std::move(innermost);
+    innermost = std::move(around);
   }
-  const Variant shared = nested.If<Array>()->Get({1});
-  nested = Empty;
-  EXPECT_TRUE(shared.Holds<Array>());
+  return innermost;
 }
 
-// A host's object: a property, an indexed one, a method that writes back, one that fails, and a
-// default member that leads back to itself.
+TEST(Array, DeepNestingTakesNeitherTheStackNorLong) {
+  for (const auto& [depth, times] : {std::pair(500000, 1), {64, 2}}) {
+    Variant nested = Nested(depth, times, 1);
+    EXPECT_TRUE(nested == Nested(depth, times, 1));
+    EXPECT_FALSE(nested == Nested(depth, times, 2));
+    EXPECT_FALSE(nested == Nested(depth - 1, times, 1));
+    const Variant inner = nested.If<Array>()->Get({1});
+    nested = Empty;
+    EXPECT_TRUE(inner.Holds<Array>());
+  }
+}
+
+// A host's object: a property, a method that writes back, a default member that leads back to the
+// object itself or, once told to, fails.
 class Form : public LateBound, public std::enable_shared_from_this<Form> {
  public:
   Variant Get(StringView name, std::span<Variant> arguments) override {
-    if (name == u"Left") return left_;
-    if (name == u"Tag") return arguments[0];
-    if (name.empty() && left_ != Variant(0)) return Object(shared_from_this());
-    if (name.empty() || name == u"Broken") throw RaisedError(438, u"Host", u"Hors service");
-    return LateBound::Get(name, arguments);
+    if (name == u"Left") return arguments.empty() ? left_ : arguments[0];
+    if (!name.empty()) return LateBound::Get(name, arguments);
+    if (left_ == Variant(0)) throw RaisedError(438, u"Host", u"Hors service");
+    return Object(shared_from_this());
   }
   void Put(StringView name, std::span<Variant> arguments, const Variant& value) override {
-    if (name != u"Left") return LateBound::Put(name, arguments, value);
-    left_ = value;
+    name == u"Left" ? void(left_ = value) : LateBound::Put(name, arguments, value);
   }
   Variant Call(StringView name, std::span<Variant> arguments) override {
     if (name != u"Swap") return LateBound::Call(name, arguments);
-    std::swap(arguments[0], arguments[1]);
-    return Empty;
+    return std::swap(arguments[0], arguments[1]), Empty;
   }
 
  private:
@@ -192,7 +198,7 @@ TEST(Object, ReachesMembersByName) {
   Object(form).Put(u"Left", {}, 120);
   EXPECT_EQ(form.Get(u"Left"), Variant(120));
   std::array<Variant, 2> arguments{21, u"b"};
-  EXPECT_EQ(form.Get(u"Tag", arguments), Variant(21));
+  EXPECT_EQ(form.Get(u"Left", arguments), Variant(21));
   EXPECT_EQ(form.Call(u"Swap", arguments), Variant());
   EXPECT_EQ(arguments[1], Variant(21));
   EXPECT_TRUE(form == Object(form) && form != MakeObject<Form>());
@@ -202,7 +208,6 @@ TEST(Object, ReachesMembersByName) {
     EXPECT_RAISES(target.Put(u"Right", {}, 1), RuntimeFailure(number));
     EXPECT_RAISES(target.Call(u"Left"), RuntimeFailure(number));
   }
-  EXPECT_RAISES(form.Get(u"Broken"), (Failure{438, u"Host", u"Hors service"}));
   EXPECT_RAISES(PlainValueOf(form), RuntimeFailure(13));
   form.Put(u"Left", {}, 0);
   EXPECT_RAISES(PlainValueOf(form), (Failure{438, u"Host", u"Hors service"}));
@@ -229,13 +234,13 @@ TEST(RaisedError, CarriesItsRecordThroughCopiesAndMoves) {
 
 TEST(Concatenation, AddsTheTextOfEachValue) {
   const std::pair<Variant, std::string> cases[] = {
-      {Null, "<"},
-      {u"text", "<text"},
-      {-2.5, "<-2.5"},
       {Array::OfBytes({0xE9, 0x00, 0xAC, 0x20, 0x41}), "<é€"},
       {MakeObject<Holder>(Array::OfBytes({0x41, 0x00})), "<A"},
-      {Missing, "!13"},
       {Array(kInt16, {{0, 1}}), "!13"},
+      {u"text", "<text"},
+      {-2.5, "<-2.5"},
+      {Null, "<"},
+      {Missing, "!13"},
       {Object(), "!13"},
   };
   for (const auto& [value, expected] : cases) {

@@ -2,10 +2,14 @@
 """Writes quorl/runtime/internal/case_table.inc: the simple case mapping of all 65 536 code units.
 
 Source: the character database that Debian's package unicode-data installs. Without an argument the
-table goes to standard output; `--version` prints the database's version, which the table records.
+table goes to standard output. With `--check TABLE` nothing is written: the status is 0 if the file
+is that table, 1 if it is not, and 2 if no database of the version that it records is here.
 
     tools/generate_case_table.py > quorl/runtime/internal/case_table.inc
 """
+import contextlib
+import io
+import os
 import sys
 
 DATABASE = "/usr/share/unicode/UnicodeData.txt"
@@ -61,15 +65,29 @@ def write_table(name, deltas):
     print("};")
 
 
-def main():
-    if sys.argv[1:] == ["--version"]:
-        print(database_version())
-        return
-    print("// Made by tools/generate_case_table.py; do not edit.")
-    print(f"// Unicode {database_version()}. A delta is added modulo 65 536.")
+def heading():
+    return ("// Made by tools/generate_case_table.py; do not edit.\n"
+            f"// Unicode {database_version()}. A delta is added modulo 65 536.")
+
+
+def write_all():
+    print(heading())
     write_table("Lower", read_deltas(LOWER_FIELD))
     write_table("Upper", read_deltas(UPPER_FIELD))
 
 
+def check(path):
+    with open(path, encoding="utf-8") as file:
+        table = file.read()
+    if not os.path.exists(AGES) or not table.startswith(heading()):
+        return 2
+    expected = io.StringIO()
+    with contextlib.redirect_stdout(expected):
+        write_all()
+    return 0 if table == expected.getvalue() else 1
+
+
 if __name__ == "__main__":
-    main()
+    if sys.argv[1:2] == ["--check"]:
+        sys.exit(check(sys.argv[2]))
+    write_all()

@@ -1,7 +1,9 @@
 #include "quorl/runtime/array.hpp"
 
+#include <algorithm>
 #include <atomic>
 #include <limits>
+#include <unordered_map>
 #include <utility>
 
 #include "quorl/runtime/convert.hpp"
@@ -234,10 +236,64 @@ std::span<Variant> Array::WritableElements() {
   return Writable().variants;
 }
 
+// Arrays within arrays are put on a list and compared one after the other: their depth must not
+// become the stack's. Two that must be equal count as one from then on, so that an array which many
+// hold is not compared once for each way that leads to it.
+class Array::Comparison {
+ public:
+  bool FindsEqual(const Storage& left, const Storage& right) {
+    if (&left == &right) return true;
+    if (!AreAlike(left, right)) return false;
+    while (!pairs_.empty()) {
+      const auto [a, b] = pairs_.back();
+      pairs_.pop_back();
+      if (!AreAlike(*a, *b)) return false;
+    }
+    return true;
+  }
+
+ private:
+  bool AreAlike(const Storage& left, const Storage& right) {
+    return left.element == right.element && left.bounds == right.bounds &&
+           left.bytes == right.bytes &&
+           std::ranges::equal(
+               left.variants, right.variants,
+               [this](const Variant& a, const Variant& b) { return AreElementsAlike(a, b); });
+  }
+
+  bool AreElementsAlike(const Variant& left, const Variant& right) {
+    const auto* left_array = left.If<Array>();
+    const auto* right_array = right.If<Array>();
+    if (left_array == nullptr || right_array == nullptr) return left == right;
+    Expect(*left_array->storage_, *right_array->storage_);
+    return true;
+  }
+
+  void Expect(const Storage& left, const Storage& right) {
+    const Storage* const one = StandInFor(&left);
+    const Storage* const other = StandInFor(&right);
+    if (one == other) return;
+    stand_ins_[one] = other;
+    pairs_.emplace_back(&left, &right);
+  }
+
+  // The array that all those stand for which must be equal to this one.
+  const Storage* StandInFor(const Storage* storage) {
+    for (auto found = stand_ins_.find(storage); found != stand_ins_.end();) {
+      storage = found->second;
+      const auto next = stand_ins_.find(storage);
+      if (next != stand_ins_.end()) found->second = next->second;  // a shorter way the next time
+      found = next;
+    }
+    return storage;
+  }
+
+  std::vector<std::pair<const Storage*, const Storage*>> pairs_;
+  std::unordered_map<const Storage*, const Storage*> stand_ins_;
+};
+
 bool operator==(const Array& a, const Array& b) {
-  return a.storage_ == b.storage_ ||
-         (a.storage_->element == b.storage_->element && a.storage_->bounds == b.storage_->bounds &&
-          a.storage_->bytes == b.storage_->bytes && a.storage_->variants == b.storage_->variants);
+  return WithinMemory([&] { return Array::Comparison().FindsEqual(*a.storage_, *b.storage_); });
 }
 
 }  // namespace quorl

@@ -37,11 +37,13 @@ class QUORL_API Array {
   Array(VariantType element, std::span<const ArrayBound> bounds);
   Array(VariantType element, std::initializer_list<ArrayBound> bounds);
 
-  /// One dimension from `lower` to `upper`, both included. Failure 9 where upper is below lower.
+  /// One dimension from `lower` to `upper`, both included. Failure 9 where upper is below lower;
+  /// the others as above.
   static Array WithBounds(VariantType element, Int32 lower, Int32 upper);
-  /// Bytes, with bounds 0 to size - 1; a size of 0 is allowed. Failure 7 above 2^31 - 1 bytes.
+  /// Bytes, with bounds 0 to size - 1; a size of 0 is allowed. Failure 7 above 2^31 - 1 bytes
+  /// and where memory is short.
   static Array OfBytes(std::vector<Byte> bytes);
-  /// Texts, with bounds 0 to size - 1; a size of 0 is allowed.
+  /// Texts, with bounds 0 to size - 1; a size of 0 is allowed. Failure 7 as for bytes.
   static Array OfStrings(std::span<const String> texts);
 
   VariantType ElementType() const noexcept;
@@ -60,8 +62,8 @@ class QUORL_API Array {
   /// bounds or a wrong number of them, 7 where memory does not hold the copy.
   Variant Get(std::span<const Int32> subscripts) const;
   Variant Get(std::initializer_list<Int32> subscripts) const;
-  /// Replaces an element; the value is converted to the element type. Failures: as `Get`, and those
-  /// of the conversion.
+  /// Replaces an element; the value is converted to the element type. Failure 9 as for `Get`, those
+  /// of the conversion (see convert.hpp), and 7 where memory does not hold elements of its own.
   void Set(std::span<const Int32> subscripts, const Variant& value);
   void Set(std::initializer_list<Int32> subscripts, const Variant& value);
 
@@ -72,14 +74,17 @@ class QUORL_API Array {
   /// for an array of bytes.
   std::span<const Variant> Elements() const;
   /// The same for writing; the caller keeps to the element type and copies no array meanwhile.
+  /// Failure 13 as above, and 7 where memory does not hold elements of its own.
   std::span<Byte> WritableBytes();
   std::span<Variant> WritableElements();
 
-  /// Equal in element type, bounds and every element, without conversion.
+  /// Equal in element type, bounds and every element, without conversion, however deep arrays hold
+  /// arrays. Failure 7 where memory does not suffice to compare them.
   friend QUORL_API bool operator==(const Array& a, const Array& b);
 
  private:
   struct Storage;
+  class Comparison;
 
   std::size_t Position(std::span<const Int32> subscripts) const;
   Storage& Writable();

@@ -3,8 +3,8 @@
 // but != is false. NaN is unordered too.
 //
 // Common to all: an object counts as the value of its default member. Failure 13 for objects
-// without a plain value, and for arrays and Missing unless the other side is Null. Texts compare by
-// code unit.
+// without a plain value, and for arrays and Missing unless the other side is Null; 7 where memory
+// is short. Texts compare by code unit.
 #pragma once
 
 #include <compare>
@@ -19,14 +19,14 @@ namespace quorl {
 QUORL_API std::partial_ordering Compare(const Variant& left, const Variant& right);
 
 /// Against a number that the code fixes: by number, Empty as 0. A text is read as a number by the
-/// locale; failure 13 for one that is none.
+/// locale; failure 13 for one that is none, 6 for one beyond a Double.
 QUORL_API std::partial_ordering CompareToNumber(const Variant& value, Double number);
 
-/// Against a truth value that the code fixes: by number, True being -1.
+/// Against a truth value that the code fixes: by number as above, True being -1.
 QUORL_API std::partial_ordering CompareToBoolean(const Variant& value, Boolean truth);
 
 /// Against a text that the code fixes: by text, Empty as the empty text, anything else as the text
-/// that it converts to.
+/// that it converts to; failure 6 for NaN, infinities and a date outside the calendar.
 QUORL_API std::partial_ordering CompareToText(const Variant& value, StringView text);
 
 }  // namespace quorl

@@ -29,23 +29,30 @@ QUORL_API Int32 CheckedInt32(std::int64_t value);
 /// A text's length or any other size as an Int16; failure 6 above 32767.
 QUORL_API Int16 LengthAsInt16(StringView text);
 
-/// The single-precision number nearest to the value's Double; failure 6 beyond its range.
+/// The single-precision number nearest to the value's Double; failure 6 beyond its range, and for
+/// NaN and infinities.
 QUORL_API Single ToSingle(const Variant& value);
 QUORL_API Single ToSingle(Double value);
 
 /// The nearest Double. A Currency is converted to the Double nearest to its decimal value.
-/// A Double passes as it is, a NaN too. Failure 6 for a text beyond the range.
+/// A Double passes as it is, NaN and infinities too. Failure 6 for a text beyond the range.
 QUORL_API Double ToDouble(const Variant& value);
 QUORL_API Double ToDouble(Currency value);
 
 /// The nearest ten-thousandth, ties to even, decided on the exact value; a text is read digit by
 /// digit and never passes through a Double. Failure 6 beyond ±922337203685477.5807 (-...5808 is the
-/// lowest), and for NaN and infinities.
+/// lowest), and for NaN and infinities. A whole number of any type never passes through a Double
+/// either.
 QUORL_API Currency ToCurrency(const Variant& value);
 QUORL_API Currency ToCurrency(Double value);
+template <WholeNumber Whole>
+Currency ToCurrency(Whole value) {
+  return Currency(value);
+}
 
-/// A number counts as days from 1899-12-30; a text is read by the locale's date order.
-/// Failure 6 outside the calendar (year 100 to 9999), NaN included.
+/// A number counts as days from 1899-12-30; failure 6 outside the calendar (year 100 to 9999), NaN
+/// and infinities included. A text is read by the locale's date order; one that is no date of the
+/// calendar, 31/12/10000 too, is failure 13.
 QUORL_API Date ToDate(const Variant& value);
 QUORL_API Date ToDate(Double days);
 
@@ -55,12 +62,13 @@ QUORL_API Boolean ToBoolean(const Variant& value);
 
 /// Numbers in shortest form: the fewest digits that read back as the same value, no exponent from
 /// 1E-5 up to below 1E+15, the locale's decimal separator, no thousand separators. Dates by the
-/// locale, Booleans as its truth words, a String as it is. Failure 6 for NaN and infinities.
+/// locale, Booleans as its truth words, a String as it is. Failure 6 for NaN, infinities and a Date
+/// outside the calendar.
 QUORL_API String ToString(const Variant& value);
 
 /// The reference itself, an empty one too. Failure 13 for anything but an object.
 QUORL_API Object ToObject(const Variant& value);
-/// The same for a value on which a member is to be called by name: failure 424.
+/// The same for a value on which a member is to be called by name; failure 424 for anything else.
 QUORL_API Object RequireObject(const Variant& value);
 
 /// `value` as `type`, by the conversions above. `Variant` gives a copy. Failure 13 for a type that

@@ -1,27 +1,44 @@
-// Money amounts: a signed 64-bit count of ten-thousandths, exact from end to end. For reading and
-// writing one as text see convert.hpp; for writing one in words see quorl/money/money.hpp.
+// Money amounts: a signed 64-bit count of ten-thousandths, exact from end to end. For an amount
+// from a text or a Double see `ToCurrency` in convert.hpp, for its text `ToString` there; for
+// writing one in words see quorl/money/money.hpp.
 #pragma once
 
 #include <compare>
+#include <concepts>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
+#include "quorl/runtime/raised_error.hpp"
 #include "quorl/runtime/types.hpp"
 
 namespace quorl {
+
+/// An integer type of any width and sign; a truth value and a character are none.
+template <class Whole>
+concept WholeNumber =
+    std::integral<Whole> && !std::same_as<Whole, bool> && !std::same_as<Whole, char> &&
+    !std::same_as<Whole, char8_t> && !std::same_as<Whole, char16_t> &&
+    !std::same_as<Whole, char32_t> && !std::same_as<Whole, wchar_t>;
 
 /// From -922337203685477.5808 to 922337203685477.5807, in steps of 0.0001. A plain value.
 ///
 ///     Currency price = Currency::FromTenThousandths(12345600);  // 1234.56
 ///     Currency same = 1234.56_cy;                               // read digit by digit, exact
+///     Currency whole(1234);                                     // 1234
+///     Currency read = ToCurrency(u"1234,56");                   // by the locale, exact
+///     Currency nearest = ToCurrency(1234.56);                   // a Double is rounded
 class Currency {
  public:
   /// How many ten-thousandths make one.
   static constexpr std::int64_t kScale = 10000;
 
   constexpr Currency() noexcept = default;
-  /// A whole amount; every Int32 fits.
-  constexpr explicit Currency(Int32 whole) noexcept : units_(whole * kScale) {}
+  /// A whole amount. Failure 6 beyond ±922337203685477; every Int32 fits. Nothing but a whole
+  /// number gets in: `Currency(1234.56)` does not compile.
+  template <WholeNumber Whole>
+  constexpr explicit Currency(Whole whole) noexcept(sizeof(Whole) <= sizeof(Int32))
+      : units_(UnitsOf(whole)) {}
 
   /// The amount that is `units` ten-thousandths.
   static constexpr Currency FromTenThousandths(std::int64_t units) noexcept {
@@ -42,6 +59,15 @@ class Currency {
   friend constexpr auto operator<=>(Currency, Currency) noexcept = default;
 
  private:
+  template <WholeNumber Whole>
+  static constexpr std::int64_t UnitsOf(Whole whole) {
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max() / kScale;
+    if (std::cmp_greater(whole, kMost) || std::cmp_less(whole, -kMost)) {
+      Raise(FailureNumber::kOverflow);
+    }
+    return static_cast<std::int64_t>(whole) * kScale;
+  }
+
   std::int64_t units_ = 0;
 };
 

@@ -24,7 +24,7 @@ QUORL_API std::optional<Date> ReadDate(StringView text, const Locale& locale = L
 /// The test for a date: True exactly when `ReadDate` gives one.
 QUORL_API bool IsDate(StringView text, const Locale& locale = Locale::Current());
 /// The text of a date, rounded to the second; `ReadDate` gives the same moment back. Failure 6
-/// outside the calendar.
+/// outside the calendar, 7 where memory is short.
 QUORL_API String WriteDate(Date date, const Locale& locale = Locale::Current());
 
 }  // namespace quorl

@@ -1,16 +1,37 @@
 #include "quorl/runtime/locale.hpp"
 
-#include <array>
 #include <atomic>
-#include <cstddef>
-#include <mutex>
 #include <utility>
 
+#include "quorl/runtime/internal/within_memory.hpp"
+
 namespace quorl {
+
+using namespace internal;
 namespace {
 
+// Every locale that was ever put in place, each once. None is changed or freed, so that a reference
+// stays good whatever other threads put in place meanwhile, to the very end of the process.
+struct Published {
+  const Locale locale;
+  const Published* next;
+};
+constinit std::atomic<const Published*> first_published{nullptr};
+
 // Null stands for the system's.
-std::atomic<const Locale*> current{nullptr};
+constinit std::atomic<const Locale*> current{nullptr};
+
+const Locale* Publish(Locale locale) {
+  const Published* const first = first_published.load(std::memory_order_acquire);
+  for (const auto* known = first; known != nullptr; known = known->next) {
+    if (known->locale == locale) return &known->locale;
+  }
+  auto* const made = WithinMemory([&] { return new Published{std::move(locale), first}; });
+  // Two threads may publish the same locale at once: then it stands here twice, which does no harm.
+  while (!first_published.compare_exchange_weak(made->next, made, std::memory_order_acq_rel)) {
+  }
+  return &made->locale;
+}
 
 }  // namespace
 
@@ -20,20 +41,12 @@ const Locale& Locale::Current() {
 }
 
 void Locale::SetCurrent(Locale locale) {
-  // Two places, used in turn: a reference that a conversion under way has just taken stays good.
-  static std::array<Locale, 2> places;
-  static std::size_t next = 0;
-  static std::mutex guard;
-  const std::scoped_lock lock(guard);
-  places[next] = std::move(locale);
-  current.store(&places[next], std::memory_order_release);
-  next = 1 - next;
+  current.store(Publish(std::move(locale)), std::memory_order_release);
 }
 
 void Locale::UseSystem() noexcept { current.store(nullptr, std::memory_order_release); }
 
-LocaleScope::LocaleScope(Locale locale)
-    : locale_(std::move(locale)), former_(current.exchange(&locale_)) {}
+LocaleScope::LocaleScope(Locale locale) : former_(current.exchange(Publish(std::move(locale)))) {}
 
 LocaleScope::~LocaleScope() { current.store(former_, std::memory_order_release); }
 

@@ -1,3 +1,5 @@
+// The locale of the process environment.
+
 #include <langinfo.h>
 #include <locale.h>
 
@@ -7,38 +9,15 @@
 #include <string_view>
 
 #include "quorl/runtime/ansi.hpp"
+#include "quorl/runtime/internal/locale_forms.hpp"
 #include "quorl/runtime/internal/text.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
-#include "quorl/runtime/locale.hpp"
 #include "quorl/runtime/utf.hpp"
 
 namespace quorl {
 
 using namespace internal;
 namespace {
-
-// A locale of the C library, for one category; empty where the environment names none that the
-// system has.
-class SystemCategory {
- public:
-  explicit SystemCategory(int mask, const char* name) : locale_(newlocale(mask, name, nullptr)) {}
-  ~SystemCategory() {
-    if (locale_ != nullptr) freelocale(locale_);
-  }
-  SystemCategory(const SystemCategory&) = delete;
-  SystemCategory& operator=(const SystemCategory&) = delete;
-
-  bool IsKnown() const { return locale_ != nullptr; }
-  String Item(nl_item item) const {
-    const std::string_view text = nl_langinfo_l(item, locale_);
-    const bool utf8 = std::string_view(nl_langinfo_l(CODESET, locale_)) == "UTF-8";
-    // The other character sets in use write separators as Latin letters' sets do.
-    return utf8 ? Utf16(text) : FromAnsi(text);
-  }
-
- private:
-  locale_t locale_;
-};
 
 // The name that the environment gives a category, by the order that POSIX fixes; "" for none.
 std::string NameInEnvironment(const char* category) {
@@ -53,13 +32,38 @@ bool IsPlain(std::string_view name) {
   return name.empty() || name == "POSIX" || name == "C" || name.starts_with("C.");
 }
 
-// A date format such as "%d/%m/%Y", taken apart: "dmY", and what stands behind its first field and
-// behind its second.
-struct DateFormat {
+// A category of a locale of the C library.
+class SystemCategory {
+ public:
+  // The character set of a category's texts is that of LC_CTYPE, so both are asked for together.
+  SystemCategory(int mask, const std::string& name)
+      : locale_(IsPlain(name) ? nullptr : newlocale(mask | LC_CTYPE_MASK, name.c_str(), nullptr)) {}
+  ~SystemCategory() {
+    if (locale_ != nullptr) freelocale(locale_);
+  }
+  SystemCategory(const SystemCategory&) = delete;
+  SystemCategory& operator=(const SystemCategory&) = delete;
+
+  // False for the plain C locale, and where the system lacks the locale.
+  bool IsKnown() const { return locale_ != nullptr; }
+  String Item(nl_item item) const {
+    const std::string_view text = nl_langinfo_l(item, locale_);
+    const bool utf8 = std::string_view(nl_langinfo_l(CODESET, locale_)) == "UTF-8";
+    // The other character sets in use write separators as Latin letters' sets do.
+    return utf8 ? Utf16(text) : FromAnsi(text);
+  }
+
+ private:
+  locale_t locale_;
+};
+
+// A format such as "%d/%m/%Y", taken apart: "dmY", and what stands after its first field and after
+// its second.
+struct FieldFormat {
   String order;
   std::array<String, 2> separators;
 
-  explicit DateFormat(StringView format) {
+  explicit FieldFormat(StringView format) {
     for (std::size_t i = 0; i < format.size(); ++i) {
       if (format[i] == u'%' && i + 1 < format.size()) {
         ++i;
@@ -77,73 +81,79 @@ struct DateFormat {
   }
 };
 
-// Puts order and separator of a format in place; what has another form leaves `locale` as it was.
-void ApplyDateFormat(const DateFormat& format, Locale& locale) {
-  if (format.order == u"D") {  // month/day/year
-    locale.date_order = DateOrder::kMonthDayYear;
-    locale.date_separator = u"/";
-  } else if (format.order == u"F") {  // year-month-day
-    locale.date_order = DateOrder::kYearMonthDay;
-    locale.date_separator = u"-";
-  } else if (format.HasOneSeparator()) {
-    if (format.order == u"dmY")
-      locale.date_order = DateOrder::kDayMonthYear;
-    else if (format.order == u"mdY")
-      locale.date_order = DateOrder::kMonthDayYear;
-    else if (format.order == u"Ymd")
-      locale.date_order = DateOrder::kYearMonthDay;
-    else
-      return;
-    locale.date_separator = format.separators[0];
-  }
-}
-
 void ApplyNumbers(Locale& locale) {
   const std::string name = NameInEnvironment("LC_NUMERIC");
-  if (IsPlain(name)) return;
-  // The character set of a category's texts is that of LC_CTYPE, so both are asked for together.
-  const SystemCategory system(LC_NUMERIC_MASK | LC_CTYPE_MASK, name.c_str());
-  if (system.IsKnown()) {
+  if (const auto usual = UsualLocale(Utf16(name))) {
+    locale.decimal_separator = usual->decimal_separator;
+    locale.thousand_separator = usual->thousand_separator;
+  } else if (const SystemCategory system(LC_NUMERIC_MASK, name); system.IsKnown()) {
     locale.decimal_separator = system.Item(RADIXCHAR);
     locale.thousand_separator = system.Item(THOUSEP);
-  } else if (const auto named = Locale::Named(Utf16(name))) {
-    locale.decimal_separator = named->decimal_separator;
-    locale.thousand_separator = named->thousand_separator;
   }
 }
 
-void ApplyDates(Locale& locale) {
+void ApplyDatesAndTimes(Locale& locale) {
   const std::string name = NameInEnvironment("LC_TIME");
-  if (IsPlain(name)) return;
-  const SystemCategory system(LC_TIME_MASK | LC_CTYPE_MASK, name.c_str());
-  const auto named = Locale::Named(Utf16(name));
-  if (named) {
-    locale.date_order = named->date_order;
-    locale.date_separator = named->date_separator;
+  if (const auto usual = UsualLocale(Utf16(name))) {
+    locale.date_order = usual->date_order;
+    locale.date_separator = usual->date_separator;
+    locale.time_separator = usual->time_separator;
+  } else if (const SystemCategory system(LC_TIME_MASK, name); system.IsKnown()) {
+    ApplyDateFormat(system.Item(D_FMT), locale);
+    ApplyTimeFormat(system.Item(T_FMT), locale);
   }
-  if (system.IsKnown()) ApplyDateFormat(DateFormat(system.Item(D_FMT)), locale);
 }
 
+// The C library knows no truth words.
 void ApplyWords(Locale& locale) {
-  const auto named = Locale::Named(Utf16(NameInEnvironment("LC_MESSAGES")));
-  if (!named) return;
-  locale.true_word = named->true_word;
-  locale.false_word = named->false_word;
+  if (const auto usual = UsualLocale(Utf16(NameInEnvironment("LC_MESSAGES")))) {
+    locale.true_word = usual->true_word;
+    locale.false_word = usual->false_word;
+  }
 }
 
 Locale ReadFromEnvironment() {
   Locale locale;
   ApplyNumbers(locale);
-  ApplyDates(locale);
+  ApplyDatesAndTimes(locale);
   ApplyWords(locale);
   return locale;
 }
 
 }  // namespace
 
+void internal::ApplyDateFormat(StringView format, Locale& locale) {
+  struct Form {
+    StringView order;
+    DateOrder date_order;
+    StringView separator;  // empty for the one that stands in the format
+  };
+  static constexpr std::array kForms{
+      Form{u"D", DateOrder::kMonthDayYear, u"/"},  Form{u"F", DateOrder::kYearMonthDay, u"-"},
+      Form{u"dmY", DateOrder::kDayMonthYear, u""}, Form{u"mdY", DateOrder::kMonthDayYear, u""},
+      Form{u"Ymd", DateOrder::kYearMonthDay, u""},
+  };
+  const FieldFormat parsed(format);
+  for (const Form& form : kForms) {
+    if (parsed.order != form.order) continue;
+    if (form.separator.empty() && !parsed.HasOneSeparator()) return;
+    locale.date_order = form.date_order;
+    locale.date_separator = form.separator.empty() ? parsed.separators[0] : form.separator;
+  }
+}
+
+void internal::ApplyTimeFormat(StringView format, Locale& locale) {
+  const FieldFormat parsed(format);
+  if (parsed.order == u"HMS" && parsed.HasOneSeparator()) {
+    locale.time_separator = parsed.separators[0];
+  }
+}
+
 const Locale& Locale::System() {
-  static const Locale locale = WithinMemory(ReadFromEnvironment);
-  return locale;
+  // Never freed, as every locale that was current: see locale.cpp.
+  static const Locale* const system =
+      WithinMemory([] { return new Locale(ReadFromEnvironment()); });
+  return *system;
 }
 
 }  // namespace quorl

@@ -31,7 +31,8 @@ QUORL_API Double ReadLeadingNumber(StringView text);
 
 /// Digits with ".", no zero before the point, a leading blank unless negative: " .5", "-.5", " 12".
 /// Shortest form otherwise, as `ToString`. A Boolean is written as -1 or 0, a Date as its days,
-/// Empty as 0, a text as the number that it reads as. Failures as for a conversion to Double.
+/// Empty as 0, a text as the number that it reads as. Failure 6 for NaN and infinities; others as
+/// for a conversion to Double (see convert.hpp).
 QUORL_API String DottedNumber(const Variant& value);
 
 /// Writes a number by a format of digit places: "0" is a place filled with zero, "#" one left out
@@ -39,7 +40,8 @@ QUORL_API String DottedNumber(const Variant& value);
 /// separator. The number is rounded to the places after the point, half away from zero on its
 /// decimal digits, and never cut in front: -42 in "00000000" is "-00000042", 1000.2 in "0,000.0" is
 /// "1,000.2". Failure 5 for any other character or a second point; 6 for NaN and infinities; others
-/// as for a conversion to Double. A Currency is written from its exact digits.
+/// as for a conversion to Double (see convert.hpp). A Currency is written from its exact digits.
+/// The source stands in number_format.cpp.
 QUORL_API String FormatNumber(const Variant& value, StringView format,
                               const Locale& locale = Locale::Current());
 

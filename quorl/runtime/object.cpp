@@ -1,9 +1,10 @@
 #include "quorl/runtime/object.hpp"
 
-#include "quorl/runtime/raised_error.hpp"
-#include "quorl/runtime/variant.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 
 namespace quorl {
+
+using namespace internal;
 
 Variant LateBound::Get(StringView, std::span<Variant>) { Raise(FailureNumber::kNoSuchMember); }
 
@@ -23,19 +24,19 @@ LateBound& Object::Required() const {
 }
 
 Variant Object::Get(StringView name, std::span<Variant> arguments) const {
-  return Required().Get(name, arguments);
+  return WithinMemory([&] { return Required().Get(name, arguments); });
 }
 
 Variant Object::GetByReference(StringView name, std::span<Variant> arguments) const {
-  return Required().GetByReference(name, arguments);
+  return WithinMemory([&] { return Required().GetByReference(name, arguments); });
 }
 
 void Object::Put(StringView name, std::span<Variant> arguments, const Variant& value) const {
-  Required().Put(name, arguments, value);
+  WithinMemory([&] { Required().Put(name, arguments, value); });
 }
 
 Variant Object::Call(StringView name, std::span<Variant> arguments) const {
-  return Required().Call(name, arguments);
+  return WithinMemory([&] { return Required().Call(name, arguments); });
 }
 
 }  // namespace quorl

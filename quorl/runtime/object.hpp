@@ -39,7 +39,7 @@ class QUORL_API LateBound {
 };
 
 /// A counted reference to a LateBound, or to nothing. Every operation on an empty reference raises
-/// failure 91; failures of the object pass through.
+/// failure 91; failures of the object pass through, and std::bad_alloc comes out as failure 7.
 ///
 ///     Object form = MakeObject<MyForm>();
 ///     form.Put(u"Left", {}, Variant(120));
@@ -69,7 +69,8 @@ class QUORL_API Object {
   std::shared_ptr<LateBound> target_;
 };
 
-/// Makes a host's object and the first reference to it.
+/// Makes a host's object and the first reference to it. Throws what the host's constructor throws,
+/// and std::bad_alloc.
 template <class Host, class... Arguments>
 QUORL_API Object MakeObject(Arguments&&... arguments) {
   return Object(std::make_shared<Host>(std::forward<Arguments>(arguments)...));

@@ -1,5 +1,7 @@
 #include "quorl/runtime/screen.hpp"
 
+#include <atomic>
+
 #include "quorl/runtime/convert.hpp"
 
 namespace quorl {
@@ -10,18 +12,16 @@ struct Size {
   Single height = 0;
 };
 
-Size& CurrentSize() noexcept {
-  static Size size;
-  return size;
-}
+constinit std::atomic<Size> current{Size{}};
+static_assert(decltype(current)::is_always_lock_free);
 
 }  // namespace
 
-Single Screen::Width() noexcept { return CurrentSize().width; }
-Single Screen::Height() noexcept { return CurrentSize().height; }
+Single Screen::Width() noexcept { return current.load().width; }
+Single Screen::Height() noexcept { return current.load().height; }
 
 void Screen::SetSize(Double width, Double height) {
-  CurrentSize() = Size{ToSingle(width), ToSingle(height)};
+  current.store(Size{ToSingle(width), ToSingle(height)});
 }
 
 }  // namespace quorl

@@ -16,11 +16,7 @@ namespace quorl {
 inline std::vector<String> Cells(StringView row, char16_t separator = u'|') {
   std::vector<String> cells(1);
   for (const char16_t unit : row) {
-    if (unit == separator) {
-      cells.emplace_back();
-    } else {
-      cells.back() += unit;
-    }
+    unit == separator ? void(cells.emplace_back()) : cells.back().push_back(unit);
   }
   return cells;
 }

@@ -23,6 +23,7 @@
 #include "quorl/abi/quorl.h"
 #include "quorl/frame/internal/catalogue.hpp"
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/locale.hpp"
 #include "quorl/runtime/raised_error.hpp"
 #include "quorl/store/memory_store.hpp"

@@ -8,8 +8,7 @@
 
 namespace quorl {
 
-/// Every digit of the binary value: "0.1000000000000000055...", never an exponent. Fewer decimals
-/// are enough for a value that is a multiple of a small power of one half.
+/// Every digit of the binary value: "0.1000000000000000055...", never an exponent.
 inline std::string ExactText(Double value, int decimals = 1074) {
   char text[1500];
   std::snprintf(text, sizeof text, "%.*f", decimals, value);
@@ -34,11 +33,8 @@ inline std::string RoundedText(std::string number, std::size_t places, Ties ties
   while (at > 0 && (number[at - 1] == '9' || number[at - 1] == '.')) {
     if (number[--at] == '9') number[at] = '0';
   }
-  if (at == 0 || number[at - 1] == '-') {
-    number.insert(at, 1, '1');
-  } else {
-    ++number[at - 1];
-  }
+  if (at == 0 || number[at - 1] == '-') number.insert(at++, 1, '0');
+  ++number[at - 1];
   return number;
 }
 

@@ -10,8 +10,6 @@
 #include <type_traits>
 #include <utility>
 
-#include "quorl/runtime/date_text.hpp"
-#include "quorl/runtime/internal/decimal.hpp"
 #include "quorl/runtime/utf.hpp"
 #include "quorl/runtime/variant.hpp"
 
@@ -24,33 +22,18 @@ inline void PrintTo(Currency amount, std::ostream* out) {
   *out << amount.TenThousandths() << "/10000";
 }
 
-inline void PrintTo(Date date, std::ostream* out) {
-  *out << "day " << date.Days();
-  if (IsDateNumber(date.Days())) *out << " (" << Utf8(WriteDate(date, Locale())) << ')';
-}
-
-inline void PrintTo(const CalendarTime& time, std::ostream* out) {
-  *out << time.year << '-' << time.month << '-' << time.day << ' ' << time.hour << ':'
-       << time.minute << ':' << time.second;
-}
+inline void PrintTo(Date date, std::ostream* out) { *out << "day " << date.Days(); }
 
 inline void PrintTo(VariantType type, std::ostream* out) {
-  static constexpr std::array<const char*, 18> kNames{
-      "Empty",    "Null",    "Int16",   "Int32",   "Single",  "Double",
-      "Currency", "Date",    "String",  "Object",  "Missing", "Boolean",
-      "Variant",  "type 13", "type 14", "type 15", "type 16", "Byte"};
+  static constexpr std::array kNames{"Empty",   "Null",     "Int16",   "Int32",   "Single",
+                                     "Double",  "Currency", "Date",    "String",  "Object",
+                                     "Missing", "Boolean",  "Variant", "type 13", "type 14",
+                                     "type 15", "type 16",  "Byte"};
   const auto number = static_cast<std::size_t>(type);
   *out << (number < kNames.size() ? kNames[number] : "Array");
 }
 
-void PrintTo(const Variant& value, std::ostream* out);
-
-inline void PrintTo(const Array& array, std::ostream* out) {
-  *out << '[' << array.Size() << " of ";
-  PrintTo(array.ElementType(), out);
-  *out << ']';
-}
-
+inline void PrintTo(const Array& array, std::ostream* out) { *out << array.Size(); }
 inline void PrintTo(const Object& object, std::ostream* out) { *out << object.Target(); }
 
 /// The type's name, then the content.
@@ -70,7 +53,6 @@ inline void PrintTo(const Variant& value, std::ostream* out) {
   out->precision(precision);
 }
 
-/// A Variant in a message that is put together by hand.
 template <std::same_as<Variant> Value>
 std::string Shown(const Value& value) {
   std::ostringstream out;

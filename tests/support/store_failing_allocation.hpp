@@ -20,11 +20,9 @@ class FailingAllocation {
   /// Whether an allocation has failed.
   static bool Met() { return made_ > first_; }
 
-  static void* Allocate(std::size_t size) {
+  static void* Allocate(std::size_t size) noexcept {
     const std::int64_t number = made_++;
-    if (number >= first_ && number < end_) throw std::bad_alloc();
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
-    throw std::bad_alloc();
+    return number >= first_ && number < end_ ? nullptr : std::malloc(size == 0 ? 1 : size);
   }
 
  private:
@@ -40,13 +38,12 @@ class FailingAllocation {
 // The compiler sees one of the three inlined and the others not, and takes them for strangers.
 #pragma GCC diagnostic ignored "-Wmismatched-new-delete"
 #endif
-void* operator new(std::size_t size) { return quorl::FailingAllocation::Allocate(size); }
+void* operator new(std::size_t size) {
+  if (void* memory = quorl::FailingAllocation::Allocate(size)) return memory;
+  throw std::bad_alloc();
+}
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  try {
-    return quorl::FailingAllocation::Allocate(size);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
+  return quorl::FailingAllocation::Allocate(size);
 }
 void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
