@@ -68,11 +68,9 @@ void Amount_Quorl(benchmark::State& state, StringView language) {
 }
 
 void Number_Quorl(benchmark::State& state, Int32 base) {
-  String text;
+  std::array<char16_t, quorl::internal::LongestWords(15)> words;
   Measure(state, kDigits, [&](const char16_t* digits) {
-    text.clear();
-    quorl::NumberToText(text, base, digits, 0, 0);
-    return text.size();
+    return quorl::internal::NumberToText(words.data(), base, digits, 0, 0);
   });
 }
 
@@ -125,8 +123,8 @@ BENCHMARK_CAPTURE(Amount_Icu, English, "en_GB");
 BENCHMARK_CAPTURE(Amount_Icu, Dutch, "nl_NL");
 BENCHMARK_CAPTURE(Amount_Icu, German, "de_DE");
 #endif
-BENCHMARK_CAPTURE(Number_Quorl, French, quorl::kFrenchWords);
-BENCHMARK_CAPTURE(Number_Quorl, German, quorl::kGermanWords);
+BENCHMARK_CAPTURE(Number_Quorl, French, quorl::internal::kFrenchWords);
+BENCHMARK_CAPTURE(Number_Quorl, German, quorl::internal::kGermanWords);
 #ifdef QUORL_BENCH_ICU
 BENCHMARK_CAPTURE(Number_Icu, French, "fr_BE");
 BENCHMARK_CAPTURE(Number_Icu, German, "de_DE");

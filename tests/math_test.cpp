@@ -6,14 +6,14 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <limits>
+#include <optional>
 
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/locale.hpp"
+#include "tests/support/cells.hpp"
 #include "tests/support/decimal_text.hpp"
 #include "tests/support/holder.hpp"
 #include "tests/support/print.hpp"
-#include "tests/support/raises.hpp"
 #include "tests/support/random.hpp"
 
 namespace quorl {
@@ -21,25 +21,26 @@ namespace {
 
 using namespace literals;
 
+int Samples() {
+  constexpr int kSamples =
 #if defined(__SANITIZE_ADDRESS__)
-constexpr int kSamples = 100'000;
+      100'000;
 #else
-constexpr int kSamples = 1'000'000;
+      1'000'000;
 #endif
+  return std::getenv("QUORL_LONG") != nullptr ? 10 * kSamples : kSamples;
+}
 
-int Samples() { return std::getenv("QUORL_LONG") != nullptr ? 10 * kSamples : kSamples; }
-
-constexpr Double kMostInt32 = std::numeric_limits<Int32>::max();
-// What a table says for a failure.
-constexpr Double kOverflow = 6 * 1e300, kNegative = 5000 * 1e300;
-
-// The number that `work` gives, or its failure as above.
+// The number that `work` gives, which is never minus zero; none for failure 6.
 template <class Work>
-Double ResultOf(Work work) {
+std::optional<Double> NumberOf(Work work) {
   try {
-    return ToDouble(work());
+    const Double number = ToDouble(work());
+    EXPECT_FALSE(number == 0 && std::signbit(number));
+    return number;
   } catch (const RaisedError& error) {
-    return error.Number() * 1e300;
+    EXPECT_EQ(error.Number(), 6);
+    return std::nullopt;
   }
 }
 
@@ -52,15 +53,20 @@ struct Scaled {
     whole = std::stoll(text);
     rest = std::stoi(text.substr(text.find('.') + 1));
   }
-  explicit Scaled(std::int64_t units) : whole(units / 10000), rest(units % 10000) {}
 
-  std::int64_t Nearest() const { return whole + (rest >= 5000 ? 1 : 0); }
+  // Far out a Double has no place for a half or a fifth, and its sums are what the Doubles give.
+  static std::int64_t HalfUp(Double number) { return static_cast<std::int64_t>(number + 0.5); }
+  bool IsFarOut() const { return whole >= std::int64_t{1} << 50; }
+  std::int64_t Nearest() const {
+    return IsFarOut() && rest == 0 ? HalfUp(static_cast<Double>(whole)) : whole + (rest >= 5000);
+  }
   std::int64_t Above(bool is_zero) const {
     return whole + (rest > 0 || (whole == 0 && !is_zero) ? 1 : 0);
   }
   // Of hundredths: whole ones above 5, then the nearest multiple of 5.
   std::int64_t NearestFive() const {
-    return whole < 5 || (whole == 5 && rest == 0) ? Nearest() : (whole + 2) / 5 * 5;
+    if (whole < 5 || (whole == 5 && rest == 0)) return Nearest();
+    return (IsFarOut() ? HalfUp(static_cast<Double>(whole) / 5) : (whole + 2) / 5) * 5;
   }
 
   std::int64_t whole, rest;
@@ -74,7 +80,7 @@ Double Placed(std::int64_t whole, std::int64_t decimals) {
 // Sizes around the places where a decision is made: ties of the last decimal, ties of the fourth
 // decimal behind it, whole numbers, each a few neighbours away, and anything at all.
 Double AnySize(Random& random, Int16 decimals) {
-  const auto base = static_cast<Double>(random.Bits() >> random.Whole(18, 63));
+  const auto base = static_cast<Double>(random.Bits() >> random.Whole(11, 63));
   constexpr Double kRests[] = {0, 0.5, 0.49995, 0.50005, 0.00005, 0.99995, 0.4999, 0.00001};
   const std::int64_t choice = random.Whole(0, 9);
   Double size = base + (choice < 8 ? kRests[choice]
@@ -86,84 +92,69 @@ Double AnySize(Random& random, Int16 decimals) {
   return size < 1e-15 ? 0 : size;
 }
 
-// The number that `work` gives for both signs, which must be of one size and never minus zero.
-template <class Work>
-Double SizeOf(Double size, Work work) {
-  const Double plus = ResultOf([&] { return work(size); });
-  const Double minus = ResultOf([&] { return work(-size); });
-  EXPECT_TRUE(plus == -minus || (plus == kOverflow && minus == kOverflow)) << size;
-  EXPECT_FALSE(std::signbit(plus) || (minus == 0 && std::signbit(minus))) << size;
-  return plus;
-}
-
 TEST(MathRounding, AgreesWithDecimalTextForDoubles) {
   Random random(20190501);
   for (int sample = 0; sample < Samples() && !HasFailure(); ++sample) {
     const auto d = static_cast<Int16>(random.Whole(0, 9));
-    const Double size = AnySize(random, d);
-    SCOPED_TRACE(testing::PrintToString(size) + " to " + std::to_string(d));
+    const Double size = AnySize(random, d), sign = sample % 2 == 0 ? 1 : -1;
+    SCOPED_TRACE(testing::PrintToString(sign * size) + " to " + std::to_string(d));
     const Scaled want(size * std::pow(10.0, d));
     const auto number = [&](auto member) {
-      return SizeOf(size, [&](Double n) { return member(n, d); });
+      return NumberOf([&] { return member(sign * size, d); });
     };
     const auto within_int32 = [&](std::int64_t whole) {
-      return static_cast<Double>(whole) > kMostInt32 ? kOverflow : Placed(whole, d);
+      return whole > INT32_MAX ? std::nullopt : std::optional(sign * Placed(whole, d));
     };
-    EXPECT_EQ(number(Math::StdTruncate), Placed(want.whole, d));
-    EXPECT_EQ(number(Math::StdRound), Placed(want.Nearest(), d));
-    EXPECT_EQ(number(Math::FixRound), Placed(want.Nearest(), d));
+    EXPECT_EQ(number(Math::StdTruncate), sign * Placed(want.whole, d));
+    EXPECT_EQ(number(Math::StdRound), sign * Placed(want.Nearest(), d));
+    EXPECT_EQ(number(Math::FixRound), sign * Placed(want.Nearest(), d));
     EXPECT_EQ(number(Math::RoundInf), within_int32(want.whole));
     EXPECT_EQ(number(Math::RoundSup), within_int32(want.Above(size == 0)));
-    EXPECT_EQ(SizeOf(size, [](Double n) { return Math::Round2019(n); }),
-              Placed(Scaled(size * 100).NearestFive(), 2));
+    EXPECT_EQ(number([](Double n, Int16) { return Math::Round2019(n); }),
+              sign * Placed(Scaled(size * 100).NearestFive(), 2));
   }
 }
 
 TEST(MathRounding, AgreesWithWholeNumbersForCurrencies) {
   Random random(1405);
   for (int sample = 0; sample < Samples() / 4 && !HasFailure(); ++sample) {
-    const std::int64_t d = random.Whole(0, 3);
+    const auto d = static_cast<Int16>(random.Whole(0, 3));
     const auto units = static_cast<std::int64_t>(random.Bits() >> random.Whole(14, 63));
-    SCOPED_TRACE(std::to_string(units) + " ten-thousandths to " + std::to_string(d));
-    const auto number = [&](auto work) {
-      return SizeOf(static_cast<Double>(units), [&](Double n) {
-        return work(Currency::FromTenThousandths(n < 0 ? -units : units), static_cast<Int16>(d));
-      });
-    };
-    const Scaled want(units * (d == 0 ? 1 : d == 1 ? 10 : d == 2 ? 100 : 1000));
-    EXPECT_EQ(number(Math::StdTruncate), Placed(want.whole, d));
-    EXPECT_EQ(number(Math::StdRound), Placed(want.Nearest(), d));
-    EXPECT_EQ(number([](Currency n, Int16) { return Math::Round2019(n); }),
-              Placed(Scaled(units * 100).NearestFive(), 2));
+    const int sign = sample % 2 == 0 ? 1 : -1;
+    const Currency amount = Currency::FromTenThousandths(sign * units);
+    SCOPED_TRACE(std::to_string(sign * units) + " ten-thousandths to " + std::to_string(d));
+    // Cut on the amount's own digits, rounded as the Double nearest to them.
+    const std::int64_t scaled = units * (d == 0 ? 1 : d == 1 ? 10 : d == 2 ? 100 : 1000);
+    EXPECT_EQ(NumberOf([&] { return Math::StdTruncate(amount, d); }),
+              sign * Placed(scaled / 10000, d));
+    EXPECT_EQ(NumberOf([&] { return Math::StdRound(amount, d); }),
+              sign * Placed(Scaled(Placed(scaled, 4)).Nearest(), d));
+    EXPECT_EQ(NumberOf([&] { return Math::Round2019(amount); }),
+              sign * Placed(Scaled(Placed(units * 100, 4)).NearestFive(), 2));
   }
 }
 
+// A number and its decimals; then cut, to the nearest, away from zero, toward zero.
 TEST(MathRounding, EdgesOfTheFiveMembers) {
-  const struct {
-    Double number;
-    Int16 d;
-    Double truncate, round, sup, inf;
-  } cases[] = {{1.005, 2, 1, 1.01, 1.01, 1},
-               {-0.00001, 0, 0, 0, -1, 0},
-               {21474836.47, 2, 21474836.47, 21474836.47, 21474836.47, 21474836.47},
-               {21474836.48, 2, 21474836.48, 21474836.48, kOverflow, kOverflow},
-               {-21474836.48, 2, -21474836.48, -21474836.48, -21474836.48, -21474836.48},
-               {-21474836.475, 2, -21474836.47, -21474836.48, kOverflow, -21474836.47},
-               {4503599627370497, 0, 4503599627370497, 4503599627370497, kOverflow, kOverflow},
-               {1.5, 9, 1.5, 1.5, 1.5, 1.5},
-               {1.5, 10, kOverflow, kOverflow, kOverflow, kOverflow},
-               {1.5, 400, kOverflow, kOverflow, kOverflow, kOverflow},
-               {0, 10, kOverflow, kOverflow, 0, 0},
-               {0, -1, kOverflow, kOverflow, kNegative, kNegative},
-               {1e307, 2, kOverflow, kOverflow, kOverflow, kOverflow},
-               {std::nan(""), 0, kOverflow, kOverflow, kOverflow, kOverflow}};
-  for (const auto& row : cases) {
-    SCOPED_TRACE(testing::PrintToString(row.number) + " to " + std::to_string(row.d));
-    EXPECT_EQ(ResultOf([&] { return Math::StdTruncate(row.number, row.d); }), row.truncate);
-    EXPECT_EQ(ResultOf([&] { return Math::StdRound(row.number, row.d); }), row.round);
-    EXPECT_EQ(ResultOf([&] { return Math::FixRound(row.number, row.d); }), row.round);
-    EXPECT_EQ(ResultOf([&] { return Math::RoundSup(row.number, row.d); }), row.sup);
-    EXPECT_EQ(ResultOf([&] { return Math::RoundInf(row.number, row.d); }), row.inf);
+  const LocaleScope neutral{Locale()};
+  for (const auto& row : Pairs(
+           u"1.005 2=1 1.01 1.01 1|-0.00001 0=0 0 -1 0|21474836.47 2=21474836.47 21474836.47 "
+           u"21474836.47 21474836.47|21474836.48 2=21474836.48 21474836.48 !6 !6|-21474836.48 2="
+           u"-21474836.48 -21474836.48 -21474836.48 -21474836.48|-21474836.475 2=-21474836.47 "
+           u"-21474836.48 !6 -21474836.47|4503599627370497 0=4.503599627370497E+15 "
+           u"4.503599627370498E+15 !6 !6|1.5 9=1.5 1.5 1.5 1.5|1.5 10=!6 !6 !6 !6|1.5 400=!6 !6 !6 "
+           u"!6|0 10=!6 !6 0 0|1e307 2=!6 !6 !6 !6|nan 0=!6 !6 !6 !6")) {
+    const std::vector<String> given = Cells(row.first, u' ');
+    const Double number = std::stod(Utf8(given[0]));
+    const auto d = static_cast<Int16>(std::stoi(Utf8(given[1])));
+    const auto outcome = [&](auto member) {
+      return ResultOf([&] { return Utf8(ToString(member(number, d))); });
+    };
+    EXPECT_EQ(outcome(Math::FixRound), outcome(Math::StdRound));
+    EXPECT_EQ(outcome(Math::StdTruncate) + " " + outcome(Math::StdRound) + " " +
+                  outcome(Math::RoundSup) + " " + outcome(Math::RoundInf),
+              row.second)
+        << Utf8(row.first);
   }
   const Failure negative{5000, u"Quorl.Math",
                          u"Le nombre de décimales doit être supérieur ou égal à 0."};
@@ -192,11 +183,18 @@ TEST(MathRounding, TakesAnyVariantThatIsANumber) {
     EXPECT_EQ(Math::StdRound(number, d), round) << Shown(number);
     EXPECT_EQ(Math::Round2019(number), by_fives) << Shown(number);
   }
-  EXPECT_RAISES(Math::StdTruncate(u"", 2), RuntimeFailure(13));
-  EXPECT_RAISES(Math::Round2019(u"1 cent"), RuntimeFailure(13));
-  EXPECT_RAISES(Math::StdRound(u"abc", -1), RuntimeFailure(13));
-  EXPECT_RAISES(Math::StdRound(u"abc", 10), RuntimeFailure(6));
-  EXPECT_RAISES(Math::StdRound(Currency::Highest(), 1), RuntimeFailure(6));
+  EXPECT_EQ(Math::StdTruncate(922337203685477.5807_cy, 0), Variant(922337203685477.0));
+  // The number of the failure of each member, with so many decimals.
+  const std::tuple<Variant, Int16, Int32> failures[] = {
+      {u"", 2, 13},     {u"abc", -1, 13},  {u"abc", 10, 6},
+      {Empty, -1, 6},   {u"1e999", 0, 6},  {Currency::Highest(), 1, 6},
+      {Missing, 0, 13}, {Object(), 0, 13}, {Array::OfBytes({}), 0, 13}};
+  for (const auto& [number, d, failure] : failures) {
+    EXPECT_RAISES(Math::StdRound(number, d), RuntimeFailure(failure)) << Shown(number);
+    EXPECT_RAISES(Math::StdTruncate(number, d), RuntimeFailure(failure)) << Shown(number);
+    EXPECT_RAISES(Math::Round2019(number),
+                  d < 0 || d > 9 ? FailureOf([&] { ToDouble(number); }) : RuntimeFailure(failure));
+  }
 }
 
 TEST(MathChoices, MinAndMaxKeepTheirArgument) {
@@ -226,12 +224,8 @@ TEST(MathChoices, MappingsOfNoValueZeroAndOne) {
       EXPECT_EQ(Math::NullOrZeroAsOne(value), zero ? Variant(Int16{1}) : value);
     }
   }
-  for (const Variant& text : {Variant(u""), Variant(u"x")}) {
-    EXPECT_RAISES(Math::IsNullOrZero(text, 1), RuntimeFailure(13));
-    EXPECT_RAISES(Math::ZeroAsNull(text), RuntimeFailure(13));
-    EXPECT_RAISES(Math::ZeroOrOneAsNull(text), RuntimeFailure(13));
-    EXPECT_RAISES(Math::NullOrZeroAsOne(text), RuntimeFailure(13));
-  }
+  EXPECT_RAISES(Math::IsNullOrZero(u"", 1), RuntimeFailure(13));
+  EXPECT_RAISES(Math::ZeroOrOneAsNull(u"x"), RuntimeFailure(13));
 }
 
 }  // namespace

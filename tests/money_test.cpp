@@ -47,7 +47,6 @@ Money Of(StringView language, const Names& names, Int16 kind = 0, Int16 row = 2)
 }
 
 TEST(Money, LanguagesNamesAndKinds) {
-  constexpr Names kPounds{u"pound", u"pounds", u"penny", u"pence"};
   constexpr Names kLivres{u"livre", u"livres", u"pièce", u"pièces"};
   constexpr Names kYens{u"yen", u"yens", u"", u""};
   constexpr Names kBlanks{u" b ", u" bs ", u" s ", u"  "};
@@ -56,7 +55,6 @@ TEST(Money, LanguagesNamesAndKinds) {
     Currency amount;
     const char* text;
   } cases[] = {
-      {Of(u"FR", kEuros), 0_cy, "zéro euro"},
       {Of(u"FR", kEuros), 1.01_cy, "un euro un cent"},
       {Of(u"FR", kEuros), -0.50_cy, "moins zéro euro cinquante cents"},
       {Of(u"FR", kEuros), -0.001_cy, "moins zéro euro"},
@@ -64,7 +62,6 @@ TEST(Money, LanguagesNamesAndKinds) {
       {Of(u"FR", kEuros), 1.9999_cy, "un euro cent cents"},
       {Of(u"FR", kEuros), 1000000_cy, "un million d'euros"},
       {Of(u"FR", kEuros), 1500000_cy, "un million cinq-cent-mille euros"},
-      {Of(u"FR", kEuros), 1100000000_cy, "un milliard cent millions d'euros"},
       {Of(u"FR", kEuros), -Currency::Highest(),
        "moins neuf-cent-vingt-deux billions trois-cent-trente-sept milliards deux-cent-trois "
        "millions six-cent-quatre-vingt-cinq-mille-quatre-cent-septante-sept euros "
@@ -74,18 +71,15 @@ TEST(Money, LanguagesNamesAndKinds) {
       {Of(u"FR", kYens), 2.02_cy, "deux yens deux"},
       {Of(u"FR", {u"", u"", u"", u""}), 1000000_cy, "un million"},
       {Of(u"FR", {u"franc", u"", u"", u""}), 2_cy, "deux"},
-      {Of(u"UK", kPounds), 1000000_cy, "one million pounds"},
-      {Of(u"UK", kPounds), -1.50_cy, "minus one pound fifty pence"},
+      {Of(u"UK", {u"", u"unities", u"", u"pence"}), -1000000.50_cy,
+       "minus one million unities fifty pence"},
       {Of(u"NL", kEuros), -1.50_cy, "minder een euro vijftig cents"},
-      {Of(u"DE", kEuros), -1.01_cy, "weniger eins euro eins cent"},
-      {Of(u"DE", kEuros, 1), 101.01_cy, "hunderteins euros ein cent"},
-      {Of(u"DE", kEuros), 1000000_cy, "eine Million euros"},
+      {Of(u"DE", kEuros, 1), -101.01_cy, "weniger hunderteins euros ein cent"},
       {Of(u"FR", kEuros, 0, 0), 1.5_cy, "un euro un cent"},
-      {Of(u"FR", kEuros, 0, 0), 1.4999_cy, "un euro"},
       {Of(u"FR", kEuros, 0, 4), 1.2345_cy, "un euro deux-mille-trois-cent-quarante-cinq cents"},
       {Of(u"FR", kEuros, 0, 10), 1.2_cy, "un euro deux milliards cents"},
       {Of(u"FR", kEuros, 0, std::numeric_limits<Int16>::min()), 1.9999_cy, "un euro"},
-      // Blanks at the end are taken off behind the sub-units alone.
+      // Blanks at the end are taken off after the sub-units alone.
       {Of(u"UK", kBlanks), 1_cy, "one  b "},
       {Of(u"UK", kBlanks), 1.01_cy, "one  b  one  s"},
       {Of(u"UK", kBlanks), 1.02_cy, "one  b  two"},
@@ -102,13 +96,11 @@ TEST(Money, FailuresComeInTheOrderOfTheSteps) {
   EXPECT_RAISES(Money().ToText(Currency::Lowest()), language(u""));
   EXPECT_RAISES(Of(u"fr", kEuros).ToText(1_cy), language(u"fr"));
   EXPECT_RAISES(Of(u"EN", kEuros, -1, 400).ToText(1_cy), language(u"EN"));
-  EXPECT_RAISES(Of(u"FR ", kEuros).ToText(1_cy), language(u"FR "));
   EXPECT_RAISES(Of(u"FR", kEuros, -1).ToText(Currency::Lowest()), RuntimeFailure(6));
   EXPECT_RAISES(Of(u"FR", kEuros, -1, 309).ToText(1_cy), RuntimeFailure(6));
   EXPECT_RAISES(Of(u"FR", kEuros, 0, 10).ToText(1.9_cy), RuntimeFailure(6));
   EXPECT_RAISES(Of(u"FR", kEuros, -1).ToText(1_cy), RuntimeFailure(9));
   EXPECT_RAISES(Of(u"FR", kEuros, -1).ToText(2.01_cy), RuntimeFailure(9));
-  EXPECT_RAISES(Of(u"UK", kEuros, -1).ToText(101_cy), RuntimeFailure(9));
 }
 
 TEST(Money, AllocatesItsResultAndNothingElse) {

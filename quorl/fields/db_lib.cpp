@@ -53,7 +53,7 @@ String DbLib::GuidFieldValue(const Variant& GUID) {
 
 Variant DbLib::NumFieldValue(const Variant& FieldValue) {
   if (FieldValue.IsNull()) return Int16{0};
-  return WithinMemory([&] { return FieldValue; });
+  return CopyOf(FieldValue);
 }
 
 Date DbLib::DateFieldValue(const Variant& FieldValue) {

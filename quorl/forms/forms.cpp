@@ -61,7 +61,8 @@ bool HasState(const Object& form, Int16 state) {
 class SavedForm {
  public:
   SavedForm(Registry& registry, const Object& form, const Variant& name)
-      : registry_(registry), key_(ToString(name.IsMissing() ? form.Get(u"Name") : name)) {}
+      : registry_(registry),
+        key_(name.IsMissing() ? ToString(form.Get(u"Name")) : ToString(name)) {}
 
   void Save(StringView name, const Variant& value) {
     registry_.SaveValue(key_, name, value, REG_DWORD);

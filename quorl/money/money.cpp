@@ -21,9 +21,9 @@ namespace {
 constexpr StringView kOneBlank = u" ";
 constexpr StringView kNothing = u"";
 constexpr std::int64_t kMillion = 1000000;
-// 922337203685477, the highest whole part, and 2147483647, the highest count of sub-units.
-constexpr std::size_t kWholeDigits = 15;
-constexpr std::size_t kCountDigits = 10;
+// 922337203685477 and 2147483647 are the most.
+constexpr std::size_t kUnitDigits = 15;
+constexpr std::size_t kSubUnitDigits = 10;
 
 struct LanguageBlock {
   StringView code;
@@ -52,33 +52,34 @@ Int32 LanguageBase(StringView language) {
   RaiseUnknownLanguage(language);
 }
 
-struct SplitAmount {
-  bool negative;
-  std::int64_t whole;
-  Int32 count;
+// A size and a sign: 1.25 with hundredths is 1 unit and 25 sub-units.
+struct AmountParts {
+  bool is_negative;
+  std::int64_t units;
+  Int32 sub_units;
 };
 
-SplitAmount Split(Currency amount, Int16 sub_unit_row) {
+AmountParts PartsOf(Currency amount, Int16 sub_unit_row) {
   if (amount == Currency::Lowest()) Raise(FailureNumber::kOverflow);
-  const bool negative = amount < Currency();
-  const std::int64_t units = (negative ? -amount : amount).TenThousandths();
-  const Double fraction = ToDouble(Currency::FromTenThousandths(units % Currency::kScale));
-  return {negative, units / Currency::kScale,
+  const bool is_negative = amount < Currency();
+  const std::int64_t size = (is_negative ? -amount : amount).TenThousandths();
+  const Double fraction = ToDouble(Currency::FromTenThousandths(size % Currency::kScale));
+  return {is_negative, size / Currency::kScale,
           TruncateToInt32(PowerOfTen(sub_unit_row) * fraction + 0.5)};
 }
 
 // The words of one number of at most `digits` digits, in storage of its own.
 template <std::size_t digits>
-class Words {
+class NumberWords {
  public:
-  Words(Int32 base, std::int64_t number, Int16 kind) {
+  NumberWords(Int32 base, std::int64_t number, Int16 kind) {
     std::array<char16_t, digits> written;
     auto first = written.end();
     for (; number > 0; number /= 10) *--first = static_cast<char16_t>(u'0' + number % 10);
-    end_ = WriteNumber(text_.data(), base, StringView(first, written.end()), 0, kind);
+    end_ = NumberToText(text_.data(), base, StringView(first, written.end()), 0, kind);
   }
-  Words(const Words&) = delete;
-  Words& operator=(const Words&) = delete;
+  NumberWords(const NumberWords&) = delete;
+  NumberWords& operator=(const NumberWords&) = delete;
 
   StringView View() const noexcept { return StringView(text_.data(), end_); }
 
@@ -87,10 +88,10 @@ class Words {
   char16_t* end_;
 };
 
-// What stands between the words of the whole part and the unit's name.
-StringView LinkTo(StringView name, Int32 base, std::int64_t whole) {
+// What stands between the words of the units and their name.
+StringView LinkTo(StringView name, Int32 base, std::int64_t units) {
   if (name.empty()) return kNothing;
-  if (whole == 0 || whole % kMillion != 0) return kOneBlank;
+  if (units == 0 || units % kMillion != 0) return kOneBlank;
   const StringView links = LoadWordRow(base + kUnitLinkRow);
   return Alternative(links, Strings::IsVoyelle(name) ? std::min(1, LastAlternative(links)) : 0);
 }
@@ -99,19 +100,20 @@ StringView LinkTo(StringView name, Int32 base, std::int64_t whole) {
 
 String Money::ToText(Currency amount) const {
   const Int32 base = LanguageBase(Language);
-  const SplitAmount split = Split(amount, SubUnitRow);
-  const StringView minus = split.negative ? LoadWordRow(base + kMinusRow) : kNothing;
-  const StringView gap = split.negative ? kOneBlank : kNothing;
-  const Words<kWholeDigits> whole(base, split.whole, UnitKind);
-  const StringView name = split.whole <= 1 ? Unit : Units;
-  const StringView link = LinkTo(name, base, split.whole);
+  const AmountParts parts = PartsOf(amount, SubUnitRow);
+  const StringView minus = parts.is_negative ? LoadWordRow(base + kMinusRow) : kNothing;
+  const StringView gap = parts.is_negative ? kOneBlank : kNothing;
+  const NumberWords<kUnitDigits> units(base, parts.units, UnitKind);
+  const StringView name = parts.units <= 1 ? Unit : Units;
+  const StringView link = LinkTo(name, base, parts.units);
   // Either way the one allocation of an amount is that of its result.
-  if (split.count == 0) return Joined({minus, gap, whole.View(), link, name});
-  const Words<kCountDigits> count(base, split.count, SubUnitKind);
-  // Blanks at the end are taken off behind sub-units only.
-  const StringView sub_name = TrimTrailing(split.count <= 1 ? SubUnit : SubUnits);
+  if (parts.sub_units == 0) return Joined({minus, gap, units.View(), link, name});
+  const NumberWords<kSubUnitDigits> sub_units(base, parts.sub_units, SubUnitKind);
+  // Blanks at the end are taken off after sub-units only.
+  const StringView sub_name = TrimTrailing(parts.sub_units <= 1 ? SubUnit : SubUnits);
   const StringView sub_gap = sub_name.empty() ? kNothing : kOneBlank;
-  return Joined({minus, gap, whole.View(), link, name, kOneBlank, count.View(), sub_gap, sub_name});
+  return Joined(
+      {minus, gap, units.View(), link, name, kOneBlank, sub_units.View(), sub_gap, sub_name});
 }
 
 }  // namespace quorl

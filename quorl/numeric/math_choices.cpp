@@ -1,9 +1,11 @@
 #include "quorl/numeric/math.hpp"
 #include "quorl/runtime/compare.hpp"
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 
 namespace quorl {
 
+using namespace internal;
 namespace {
 
 bool IsAbsentOrZero(const Variant& value) {
@@ -14,22 +16,22 @@ bool IsAbsentOrZero(const Variant& value) {
 }  // namespace
 
 Variant Math::Min(const Variant& Expression1, const Variant& Expression2) {
-  return Compare(Expression1, Expression2) <= 0 ? Expression1 : Expression2;
+  return CopyOf(Compare(Expression1, Expression2) <= 0 ? Expression1 : Expression2);
 }
 
 Variant Math::Max(const Variant& Expression1, const Variant& Expression2) {
-  return Compare(Expression1, Expression2) >= 0 ? Expression1 : Expression2;
+  return CopyOf(Compare(Expression1, Expression2) >= 0 ? Expression1 : Expression2);
 }
 
 Variant Math::IsNullOrZero(const Variant& Value, const Variant& Default) {
-  return IsAbsentOrZero(Value) ? Default : Value;
+  return CopyOf(IsAbsentOrZero(Value) ? Default : Value);
 }
 
 Variant Math::ZeroAsNull(const Variant& Value) { return IsNullOrZero(Value, Null); }
 
 Variant Math::ZeroOrOneAsNull(const Variant& Value) {
   if (IsAbsentOrZero(Value) || CompareToNumber(Value, 1) == 0) return Null;
-  return Value;
+  return CopyOf(Value);
 }
 
 Variant Math::NullOrZeroAsOne(const Variant& Value) { return IsNullOrZero(Value, Int16{1}); }

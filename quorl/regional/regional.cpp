@@ -37,12 +37,12 @@ constexpr std::array<StringView, 4> kValueNames{u"sDecimal", u"sThousand", u"sMo
 
 Regional::Regional() { GetRegional(); }
 
-String Regional::DecimalChar() const { return decimal_char_; }
-String Regional::ThousandChar() const { return thousand_char_; }
-String Regional::NumDecimalChar() const { return settings_[riNumDecimalChar]; }
-String Regional::NumThousandChar() const { return settings_[riNumThousandChar]; }
-String Regional::MonDecimalChar() const { return settings_[riMonDecimalChar]; }
-String Regional::MonThousandChar() const { return settings_[riMonThousandChar]; }
+String Regional::DecimalChar() const { return CopyOf(decimal_char_); }
+String Regional::ThousandChar() const { return CopyOf(thousand_char_); }
+String Regional::NumDecimalChar() const { return CopyOf(settings_[riNumDecimalChar]); }
+String Regional::NumThousandChar() const { return CopyOf(settings_[riNumThousandChar]); }
+String Regional::MonDecimalChar() const { return CopyOf(settings_[riMonDecimalChar]); }
+String Regional::MonThousandChar() const { return CopyOf(settings_[riMonThousandChar]); }
 
 void Regional::GetRegional() {
   const String sample = FormatNumber(kSample, kSampleFormat);
@@ -68,11 +68,9 @@ Boolean Regional::CheckRegional() const {
 void Regional::SetRegional(RegionalItemEnum regionalItem, StringView Value) {
   if (regionalItem < 0 || regionalItem >= static_cast<Int32>(kValueNames.size())) return;
   const auto item = static_cast<std::size_t>(regionalItem);
-  WithinMemory([&] {
-    String value(Value);
-    UserSettings().SaveValue(u"", kValueNames[item], Value, REG_SZ);
-    settings_[item] = std::move(value);
-  });
+  String value = CopyOf(Value);
+  UserSettings().SaveValue(u"", kValueNames[item], Value, REG_SZ);
+  settings_[item] = std::move(value);
 }
 
 }  // namespace quorl

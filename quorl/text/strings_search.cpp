@@ -5,7 +5,7 @@
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/internal/text.hpp"
-#include "quorl/runtime/internal/within_memory.hpp"
+#include "quorl/runtime/raised_error.hpp"
 #include "quorl/text/strings.hpp"
 
 namespace quorl {
@@ -66,7 +66,7 @@ std::int64_t EndOfRange(StringView text, Int16 start, Int16 count) {
 String Strings::NbrTokens(StringView Text, StringView Separator) {
   if (Text.empty()) return u"0";
   const Int32 tokens = CheckedInt32(std::int64_t{StrCount(Text, Separator)} + 1);
-  return WithinMemory([&] { return ToString(tokens); });
+  return ToString(tokens);
 }
 
 String Strings::GetToken(StringView Text, StringView Separator, Int16 Index) {

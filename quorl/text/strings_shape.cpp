@@ -37,7 +37,7 @@ Double HeadLength(Int16 length, Int16 dots_position) {
 Boolean Strings::IsEmptyString(StringView Text) { return Trim(Text).empty(); }
 
 Variant Strings::IfIsNull(const Variant& Value, const Variant& ReplaceValue) {
-  return WithinMemory([&] { return Value.IsNull() ? ReplaceValue : Value; });
+  return CopyOf(Value.IsNull() ? ReplaceValue : Value);
 }
 
 String Strings::Padl(StringView Text, Int16 Length, StringView PadChar) {

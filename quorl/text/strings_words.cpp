@@ -3,7 +3,6 @@
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/internal/text.hpp"
-#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "quorl/text/strings.hpp"
 
@@ -32,7 +31,7 @@ String Strings::Pluriel(StringView Text) {
 
 String Strings::ProperCase(StringView Text) {
   const Int16 length = LengthAsInt16(Text);
-  String words = WithinMemory([&] { return LowerCase(Text); });
+  String words = LowerCase(Text);
   std::int64_t position = 1;
   while (position <= length) {
     char16_t& initial = words[static_cast<std::size_t>(position - 1)];

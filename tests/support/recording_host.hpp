@@ -14,44 +14,18 @@
 
 namespace quorl {
 
-/// What `work` gave, shown, or "" for nothing, or "#" and the Number of the failure that it raised.
+/// What `work` gave, shown, or "" for nothing, or "!" and the Number of the failure that it raised.
 template <class Work>
 std::string Outcome(Work work) {
-  try {
+  std::string shown;
+  const Failure failure = FailureOf([&] {
     if constexpr (std::is_void_v<decltype(work())>) {
-      return work(), "";
+      work();
     } else {
-      return Shown(Variant(work()));
+      shown = Shown(Variant(work()));
     }
-  } catch (const RaisedError& error) {
-    return std::string("#").append(std::to_string(error.Number()));
-  }
-}
-
-/// Counts that a collection may give, and whether the third of its items is looked at: "yes", "no",
-/// or the Number of the failure. In a locale with a decimal comma.
-inline const std::vector<std::pair<Variant, std::string>>& LyingCounts() {
-  using namespace literals;
-  static const std::vector<std::pair<Variant, std::string>> counts{{u"3", "yes"},
-                                                                   {u" 2,6", "yes"},
-                                                                   {3.5, "yes"},
-                                                                   {2.5, "yes"},
-                                                                   {2.5001_cy, "yes"},
-                                                                   {2.4, "no"},
-                                                                   {Empty, "no"},
-                                                                   {true, "no"},
-                                                                   {Int16{-5}, "no"},
-                                                                   {Int32{-32767}, "no"},
-                                                                   {Int32{-32768}, "#6"},
-                                                                   {Int32{32767}, "yes"},
-                                                                   {Int32{32769}, "#6"},
-                                                                   {1e300, "#6"},
-                                                                   {u"three", "#13"},
-                                                                   {Null, "#94"},
-                                                                   {Missing, "#13"},
-                                                                   {Object(), "#13"},
-                                                                   {Array::OfBytes({3}), "#13"}};
-  return counts;
+  });
+  return failure == Failure{} ? shown : '!' + std::to_string(failure.number);
 }
 
 /// One journal may serve several hosts, so that the order among them shows.

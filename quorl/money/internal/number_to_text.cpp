@@ -4,7 +4,6 @@
 
 #include "quorl/money/internal/word_tables.hpp"
 #include "quorl/runtime/internal/text.hpp"
-#include "quorl/runtime/internal/within_memory.hpp"
 
 namespace quorl::internal {
 
@@ -18,7 +17,7 @@ constexpr Int16 kTopLevel = 4;
 constexpr Int32 ValueOf(char16_t digit) noexcept { return digit - u'0'; }
 
 // How a number of three digits or more is cut: the level of its highest scale word, the digits
-// behind it, and which of the two rows of joiners and thresholds holds.
+// after it, and which of the two rows of joiners and thresholds holds.
 struct Scale {
   Int16 level;
   std::size_t tail_length;
@@ -32,11 +31,10 @@ Scale ScaleOf(std::size_t digits) noexcept {
           level < 2 ? 0 : 1};
 }
 
-// Writes one number behind the words written so far. The recursion is bounded by the digits of the
-// largest scale word, not by those of the number.
-class WordWriter {
+// Writes one number after what was written so far.
+class Writer {
  public:
-  WordWriter(char16_t* out, Int32 base) noexcept : out_(out), base_(base) {}
+  Writer(char16_t* out, Int32 base) noexcept : out_(out), base_(base) {}
 
   void Number(StringView digits, Int16 level, Int16 kind) {
     digits = TrimLeading(digits, u'0');
@@ -100,21 +98,14 @@ class WordWriter {
     Put(tens);
   }
 
-  // The head is cut off at the highest scale word. One that is itself beyond that scale is written
-  // here in turn, from its front, so that a long number does not go deep.
+  // The head stands before the highest scale word, the tail after it.
   void Scaled(StringView digits, Int16 level, Int16 kind) {
     const Scale scale = ScaleOf(digits.size());
-    std::size_t cut = (digits.size() - 1) % scale.tail_length + 1;
-    Multiplier(digits.substr(0, cut), scale);
-    for (;;) {
-      const StringView tail = digits.substr(cut, scale.tail_length);
-      ScaleWord(digits.substr(0, cut), tail, scale, level);
-      cut += scale.tail_length;
-      const bool last = cut == digits.size();
-      Remainder(tail, scale, last && base_ != kGermanWords ? kind : Int16{0});
-      if (last) return;
-      Put(Joiner(Row(kMultiplierJoinerRow + scale.size_class)));
-    }
+    const StringView head = digits.substr(0, digits.size() - scale.tail_length);
+    const StringView tail = digits.substr(head.size());
+    Multiplier(head, scale);
+    ScaleWord(head, tail, scale, level);
+    Remainder(tail, scale, base_ == kGermanWords ? Int16{0} : kind);
   }
 
   void Multiplier(StringView head, const Scale& scale) {
@@ -167,37 +158,13 @@ static_assert(LongestGroup(kEnglishWords) <= LongestWords(0));
 static_assert(LongestGroup(kDutchWords) <= LongestWords(0));
 static_assert(LongestGroup(kGermanWords) <= LongestWords(0));
 
-// Cuts the text to `size` on every way out: to what it was, or to what has been written.
-struct SizeOnExit {
-  String& text;
-  std::size_t size;
-
-  ~SizeOnExit() { text.resize(size); }
-};
-
-void RequireNumber(Int32 base, StringView digits) {
-  if (!IsWordBlock(base) || digits.find_first_not_of(u"0123456789") != StringView::npos) {
-    Raise(FailureNumber::kInvalidArgument);
-  }
-}
-
 }  // namespace
 
-char16_t* WriteNumber(char16_t* out, Int32 LanguageBase, StringView Digits, Int16 ScaleLevel,
-                      Int16 Kind) {
-  WordWriter writer(out, LanguageBase);
-  writer.Number(Digits, ScaleLevel, Kind);
+char16_t* NumberToText(char16_t* out, Int32 language_base, StringView digits, Int16 scale_level,
+                       Int16 kind) {
+  Writer writer(out, language_base);
+  writer.Number(digits, scale_level, kind);
   return writer.End();
-}
-
-void NumberToText(String& text, Int32 LanguageBase, StringView Digits, Int16 ScaleLevel,
-                  Int16 Kind) {
-  RequireNumber(LanguageBase, Digits);
-  SizeOnExit end{text, text.size()};
-  WithinMemory([&] { text.resize(text.size() + LongestWords(Digits.size())); });
-  const char16_t* written =
-      WriteNumber(text.data() + end.size, LanguageBase, Digits, ScaleLevel, Kind);
-  end.size = static_cast<std::size_t>(written - text.data());
 }
 
 }  // namespace quorl::internal

@@ -27,6 +27,7 @@ decltype(auto) WithinMemory(Work&& work) {
 inline String CopyOf(StringView text) {
   return WithinMemory([&] { return String(text); });
 }
+inline String CopyOf(const String& text) { return CopyOf(StringView(text)); }
 inline Variant CopyOf(const Variant& value) {
   return WithinMemory([&] { return Variant(value); });
 }
