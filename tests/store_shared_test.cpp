@@ -23,7 +23,6 @@
 
 namespace quorl {
 
-using namespace internal;
 namespace {
 
 namespace fs = std::filesystem;
@@ -130,8 +129,8 @@ TEST_F(Sharing, ReadersSeeWholeStatesDuringRewriting) {
   const auto publish = [&](int step) {
     const std::string data = std::to_string(step) + std::string(8000, 'x');
     for (const char* name : {"a", "b", "c"}) Save(store, kCurrentUser, "Stage", name, data);
-    return Do(store, {ChangeKind::CreateKey, "Live"}) == kDone &&
-           Do(store, {ChangeKind::Merge, "Stage", "Live"}) == kDone;
+    return Do(store, {Action::Kind::kCreateKey, "Live"}) == kDone &&
+           Do(store, {Action::Kind::kCopyKey, "Stage", "Live"}) == kDone;
   };
   ASSERT_TRUE(publish(0));
   std::vector<pid_t> readers;
@@ -170,9 +169,9 @@ TEST_F(Sharing, AChangeIsSeenAtTheNextOpening) {
     Store& reader = i % 2 == 0 ? second : first;
     ASSERT_EQ(Save(writer, kCurrentUser, "A", "w", data), kDone);
     ASSERT_EQ(Load(reader, kCurrentUser, "A", "w"), data) << i;
-    ASSERT_EQ(Do(writer, {ChangeKind::Merge, "A", "A"}), kDone);
+    ASSERT_EQ(Do(writer, {Action::Kind::kCopyKey, "A", "A"}), kDone);
     ASSERT_EQ(Save(writer, kCurrentUser, "B", "v", data), kDone);
-    ASSERT_EQ(Do(writer, {ChangeKind::Merge, "A", "B"}), kDone);
+    ASSERT_EQ(Do(writer, {Action::Kind::kCopyKey, "A", "B"}), kDone);
     ASSERT_EQ(ContentOf(reader), ContentOf(writer)) << i;
     ASSERT_EQ(reader.DeleteTree(kCurrentUser, "B"), kDone);
   }
@@ -214,7 +213,7 @@ pid_t HoldLock(const std::string& path) {
   std::array<int, 2> ready{};
   if (pipe(ready.data()) != 0) return -1;
   const pid_t child = InChild([&] {
-    const int file = FileSystem::Posix().Open(path, OpenFor::Writing, 0);
+    const int file = FileSystem::Posix().Open(path, OpenFor::kWriting, 0);
     if (file < 0 || FileSystem::Posix().TryLock(file) != 0) return false;
     // What a killed writer leaves behind: the beginning of a record.
     const bool written = FileSystem::Posix().WriteAt(file, "QREC0123", 8, fs::file_size(path)) == 8;

@@ -50,8 +50,8 @@ class QUORL_API PersistentStore final : public ForwardingStore {
   ///     for (const JournalLoss& loss : store.Verify(kCurrentUser).losses) ...
   JournalReport Verify(StoreRoot root) const;
 
-  /// The same of the files that were kept aside as damaged beside a hive's, the oldest first.
-  std::vector<JournalReport> VerifyKeptAside(StoreRoot root) const;
+  /// The same of the damaged files that were quarantined beside a hive's, the oldest first.
+  std::vector<JournalReport> VerifyQuarantined(StoreRoot root) const;
 
   /// What this object came upon since the last call: a report for each damaged file, with the name
   /// under which it was kept, which is empty as long as that was not possible.

@@ -12,7 +12,6 @@
 
 namespace quorl {
 
-using namespace internal;
 
 class StoreModel {
  public:
@@ -31,17 +30,18 @@ class StoreModel {
 
   /// Makes the change; the code that it gives.
   Int32 Apply(const Action& action) {
-    if (action.kind == ChangeKind::CreateKey) return Create(action.path);
+    if (action.kind == Action::Kind::kCreateKey) return Create(action.path);
+    if (action.kind == Action::Kind::kReplaceValues) return Replace(action);
     const auto found = keys_.find(Levels(action.path));
     if (found == keys_.end()) return kAbsent;
     std::vector<Value>& values = found->second.values;
     switch (action.kind) {
-      case ChangeKind::SetValue:
+      case Action::Kind::kSetValue:
         Put(values, {action.name, action.type, action.data});
         return kDone;
-      case ChangeKind::DeleteValue:
+      case Action::Kind::kDeleteValue:
         return Take(values, action.name) ? kDone : kAbsent;
-      case ChangeKind::DeleteKey:
+      case Action::Kind::kDeleteKey:
         for (const auto& [path, key] : Below(action.path)) keys_.erase(path);
         keys_.try_emplace({});
         return kDone;
@@ -135,17 +135,19 @@ class StoreModel {
     }
     values.push_back(given);
   }
+  Int32 Replace(const Action& action) {
+    for (const auto& [path, key] : Below(action.path)) keys_.erase(path);
+    keys_.try_emplace({});
+    Create(action.path + "\\New");
+    Put(keys_[Levels(action.path)].values, {action.name, action.type, action.data});
+    return kDone;
+  }
   Int32 Copy(const Action& action) {
     const Path from = Levels(action.path);
     const Path to = Levels(action.name);
     if (!keys_.contains(to)) return kAbsent;
     if (from == to) return kDone;
     const auto source = Below(action.path);
-    if (action.kind == ChangeKind::Replace) {
-      for (const auto& [path, key] : Below(action.name)) {
-        path == to ? keys_[to].values.clear() : static_cast<void>(keys_.erase(path));
-      }
-    }
     for (const auto& [path, key] : source) {
       Path into = to;
       into.insert(into.end(), path.begin() + static_cast<std::ptrdiff_t>(from.size()), path.end());

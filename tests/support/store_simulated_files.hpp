@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "quorl/store/file_system.hpp"
@@ -50,28 +52,49 @@ class SimulatedFiles final : public FileSystem {
     return count;
   }
 
-  /// The disk after a loss of power, on another start of the machine. Of what was not synced, each
-  /// change is there or not by the draws; a write may be there in some of its sectors alone.
+  /// The disk after a loss of power or of the disk itself. Of what was not synced, each change is
+  /// there or not by the draws, and of a write any part: no byte stands or falls with another.
   SimulatedFiles AfterPowerLoss(Random& random) const {
     SimulatedFiles after(*this);
     Disk& disk = after.disk_;
     for (auto& [inode, file] : disk.files) {
-      for (const Write& write : file.unsynced) ApplyPart(write, random, file.lasting);
-      file.content = file.lasting;
+      for (const Write& write : file.unsynced) ApplyPart(write, random, file.durable);
+      file.content = file.durable;
       file.unsynced.clear();
+      file.locked_by = 0;
     }
     for (const Naming& naming : disk.unsynced) {
-      if (random.Bits() % 2 == 0) Apply(naming, disk.lasting_names);
+      if (random.Bits() % 2 == 0) Apply(naming, disk.durable_names);
     }
     // What is in a folder that is lost is lost; a folder comes before what is in it.
-    for (auto each = disk.lasting_names.begin(); each != disk.lasting_names.end();) {
-      const bool there = disk.lasting_names.contains(FolderOfPath(each->first));
-      each = there ? std::next(each) : disk.lasting_names.erase(each);
+    for (auto each = disk.durable_names.begin(); each != disk.durable_names.end();) {
+      const bool there = disk.durable_names.contains(FolderOfPath(each->first));
+      each = there ? std::next(each) : disk.durable_names.erase(each);
     }
-    disk.names = disk.lasting_names;
+    disk.names = disk.durable_names;
     disk.unsynced.clear();
-    ++disk.boot;
     return after;
+  }
+
+  /// From now on the disk has room for so many bytes more in all files.
+  void LimitRoom(std::uint64_t bytes) { room_ = UsedBytes() + bytes; }
+  std::uint64_t UsedBytes() const {
+    std::uint64_t used = 0;
+    for (const auto& [path, inode] : disk_.names) {
+      if (inode != 0) used += disk_.files.at(inode).content.size();
+    }
+    return used;
+  }
+
+  /// What the files' owner is to this process from now on.
+  void MakeForeign() { foreign_ = true; }
+  /// How long the pauses were together.
+  std::chrono::microseconds Paused() const { return paused_; }
+  /// The names that there are in all folders.
+  std::vector<std::string> AllNames() const {
+    std::vector<std::string> names;
+    for (const auto& [path, inode] : disk_.names) names.push_back(path);
+    return names;
   }
 
   /// The bytes of a file, for a test to look at and to damage.
@@ -81,9 +104,11 @@ class SimulatedFiles final : public FileSystem {
 
   int Open(const std::string& path, OpenFor purpose, unsigned mode) override {
     if (const int error = Called()) return error;
-    if (read_only_ && purpose != OpenFor::Reading) return -EACCES;
-    if (!disk_.names.contains(path)) {
-      const bool makes = purpose == OpenFor::Creating && disk_.names.contains(FolderOfPath(path));
+    if (read_only_ && purpose != OpenFor::kReading) return -EACCES;
+    if (disk_.names.contains(path)) {
+      if (purpose == OpenFor::kCreating) return -EEXIST;
+    } else {
+      const bool makes = purpose == OpenFor::kCreating && disk_.names.contains(FolderOfPath(path));
       if (const int error = makes ? Changed() : -ENOENT) return error;
       disk_.files[++disk_.last_inode].mode = mode;
       Rename({.to = path, .inode = disk_.last_inode});
@@ -113,6 +138,9 @@ class SimulatedFiles final : public FileSystem {
     if (error == kHalf) size = (size + 1) / 2;
     if (error < 0 && error != kHalf) return error;
     if (const int cut = Changed()) return cut;
+    const std::uint64_t grown =
+        offset + size - std::min<std::uint64_t>(offset + size, FileOf(file).content.size());
+    if (UsedBytes() + grown > room_) return -ENOSPC;
     Made(file, {offset, std::string(static_cast<const char*>(bytes), size)});
     return static_cast<std::int64_t>(size);
   }
@@ -123,9 +151,15 @@ class SimulatedFiles final : public FileSystem {
   }
 
   int Sync(int file) override {
-    if (const int error = CalledToChange()) return error;
-    FileOf(file).lasting = FileOf(file).content;
-    FileOf(file).unsynced.clear();
+    // After a sync that failed, what it was to write is not written by a later one either.
+    File& synced = FileOf(file);
+    const std::vector<Write> writes = std::exchange(synced.unsynced, {});
+    if (const int error = Called()) return error;
+    if (const int cut = Changed()) {
+      synced.unsynced = writes;
+      return cut;
+    }
+    for (const Write& write : writes) ApplyWhole(write, synced.durable);
     return 0;
   }
 
@@ -166,6 +200,10 @@ class SimulatedFiles final : public FileSystem {
     return 0;
   }
 
+  int RenameToFree(const std::string& from, const std::string& to) override {
+    return disk_.names.contains(to) ? -EEXIST : Rename(from, to);
+  }
+
   int Link(const std::string& from, const std::string& to) override {
     if (const int error = CalledToChange()) return error;
     if (disk_.names.contains(to)) return -EEXIST;
@@ -190,7 +228,7 @@ class SimulatedFiles final : public FileSystem {
     if (const int error = CalledToChange()) return error;
     std::erase_if(disk_.unsynced, [&](const Naming& naming) {
       const bool here = FolderOfPath(naming.to.empty() ? naming.from : naming.to) == path;
-      if (here) Apply(naming, disk_.lasting_names);
+      if (here) Apply(naming, disk_.durable_names);
       return here;
     });
     return 0;
@@ -201,11 +239,21 @@ class SimulatedFiles final : public FileSystem {
     return disk_.names.contains(path) ? -EINVAL : -ENOENT;
   }
 
-  std::uint64_t BootNumber() override { return disk_.boot; }
+  int List(const std::string& path, std::vector<std::string>& names) override {
+    if (const int error = Called()) return error;
+    for (const auto& [each, inode] : disk_.names) {
+      if (FolderOfPath(each) == path) names.push_back(each.substr(each.rfind('/') + 1));
+    }
+    return 0;
+  }
+
+  std::chrono::microseconds Pause(std::chrono::microseconds duration) override {
+    paused_ += duration;
+    return duration;
+  }
 
  private:
   static constexpr int kHalf = -100000;  // No errno.
-  static constexpr std::size_t kSector = 512;
 
   struct Write {
     std::uint64_t offset = 0;  // Of a truncation, the size.
@@ -214,7 +262,7 @@ class SimulatedFiles final : public FileSystem {
   };
   struct File {
     std::string content{};
-    std::string lasting{};
+    std::string durable{};
     std::vector<Write> unsynced{};
     unsigned mode = 0;
     int locked_by = 0;
@@ -229,10 +277,9 @@ class SimulatedFiles final : public FileSystem {
   struct Disk {
     std::map<std::uint64_t, File> files;
     Names names{{"/", 0}, {"/home", 0}, {"/home/u", 0}, {"/var", 0}};
-    Names lasting_names = names;
+    Names durable_names = names;
     std::vector<Naming> unsynced;
     std::uint64_t last_inode = 0;
-    std::uint64_t boot = 1;
   };
 
   static std::string FolderOfPath(const std::string& path) {
@@ -250,15 +297,21 @@ class SimulatedFiles final : public FileSystem {
     content.replace(offset, write.bytes.size(), write.bytes);
   }
 
+  // Nothing, everything, a beginning, an end, or any bytes.
   static void ApplyPart(const Write& write, Random& random, std::string& content) {
-    const auto fate = random.Bits() % 4;
+    const auto fate = random.Bits() % 5;
     if (fate == 0) return;
-    if (fate != 1 || write.truncates) return ApplyWhole(write, content);
-    for (std::size_t done = 0; done < write.bytes.size();) {
-      const std::size_t start = static_cast<std::size_t>(write.offset) + done;
-      const std::size_t step = std::min(kSector - start % kSector, write.bytes.size() - done);
-      if (random.Bits() % 2 == 0) ApplyWhole({start, write.bytes.substr(done, step)}, content);
-      done += step;
+    if (fate == 1 || write.truncates) return ApplyWhole(write, content);
+    const std::string former = content;
+    ApplyWhole(write, content);
+    const std::size_t cut = random.Bits() % (write.bytes.size() + 1);
+    const std::uint64_t step = 1 + random.Bits() % 64;
+    for (std::size_t i = 0; i < write.bytes.size(); ++i) {
+      const bool stays = fate == 2   ? i < cut
+                         : fate == 3 ? i >= cut
+                                     : (i / step * 2654435761U + cut) % 7 < 3;
+      const auto at = static_cast<std::size_t>(write.offset) + i;
+      if (!stays) content[at] = at < former.size() ? former[at] : '\0';
     }
   }
 
@@ -289,7 +342,7 @@ class SimulatedFiles final : public FileSystem {
 
   File& FileOf(int file) { return disk_.files.at(open_.at(file)); }
   FileInfo InfoOf(std::uint64_t inode) const {
-    FileInfo info{.device = 1, .inode = inode, .regular = inode != 0};
+    FileInfo info{.device = 1, .inode = inode, .regular = inode != 0, .foreign = foreign_};
     if (info.regular) info.size = disk_.files.at(inode).content.size();
     if (info.regular) info.mode = disk_.files.at(inode).mode;
     return info;
@@ -306,6 +359,9 @@ class SimulatedFiles final : public FileSystem {
   std::int64_t cut_at_ = -1;
   std::int64_t changes_ = 0;
   bool read_only_ = false;
+  bool foreign_ = false;
+  std::uint64_t room_ = UINT64_MAX;
+  std::chrono::microseconds paused_{0};
 };
 
 }  // namespace quorl
