@@ -81,13 +81,17 @@ class CountedTree {
     ForEachFrom(top_, visit);
   }
 
-  /// Forgets all elements, and gives each to `dispose(Element*)`.
+  /// Forgets all elements, and gives each to `dispose(Element*)`, in order.
   template <class Dispose>
   void Clear(Dispose dispose) noexcept {
     while (top_ != nullptr) {
-      Element* each = top_;
-      top_ = Joined(Link(each).before, Link(each).after);
-      dispose(each);
+      // The part before the top goes above it, until there is none: linear, and no recursion.
+      if (Element* before = Link(top_).before) {
+        Link(top_).before = std::exchange(Link(before).after, top_);
+        top_ = before;
+      } else {
+        dispose(std::exchange(top_, Link(top_).after));
+      }
     }
   }
 

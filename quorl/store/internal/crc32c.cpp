@@ -13,7 +13,7 @@ constexpr std::size_t kStep = 8;
 
 using Tables = std::array<std::array<std::uint32_t, 256>, kStep>;
 
-// Row k holds the checksum of a byte with k zero bytes behind it, so that eight bytes are taken at
+// Row k holds the checksum of a byte with k zero bytes after it, so that eight bytes are taken at
 // a time.
 constexpr Tables kTables = [] {
   Tables tables{};

@@ -72,7 +72,7 @@ StoreStatus GiveData(OutBuffer buffer, std::string_view bytes) noexcept {
   return kDone;
 }
 
-// A name with a terminator behind it, which the size that is given does not count.
+// A name with a terminator after it, which the size that is given does not count.
 StoreStatus GiveName(OutBuffer buffer, std::string_view name) noexcept {
   if (!Fits(buffer, name.size() + 1)) {
     *buffer.size = Size(name.size() + 1);

@@ -15,9 +15,11 @@ namespace {
 // Transactions of a fresh journal: many, so that damage to the head of one leaves the others.
 constexpr std::size_t kFreshTransactionBytes = std::size_t{64} * 1024;
 constexpr std::uint64_t kBlockBytes = 4096;
-// Zeros that are always left for what only deletes, and those that are added to a growing file.
+// Zeros that are always left for what only deletes, and those that are added to a growing file: an
+// eighth of it within these bounds.
 constexpr std::uint64_t kReserveBytes = 4096;
-constexpr std::uint64_t kGrowthBytes = std::uint64_t{16} * 1024;
+constexpr std::uint64_t kLeastGrowthBytes = std::uint64_t{8} * 1024;
+constexpr std::uint64_t kMostGrowthBytes = std::uint64_t{16} * 1024;
 // A file that is read while somebody writes may look damaged for a moment.
 constexpr int kExaminations = 3;
 
@@ -128,7 +130,8 @@ std::uint64_t FreshJournalBytes(const KeyTree& tree) noexcept {
 StoreStatus ReserveRoom(const OpenFile& file, std::uint64_t size, std::uint64_t end,
                         std::uint64_t bytes, bool only_deletes) {
   if (end + bytes + kReserveBytes <= size) return kDone;
-  const std::uint64_t wanted = WholeBlocks(end + bytes + kGrowthBytes);
+  const std::uint64_t growth = std::clamp(end / 8, kLeastGrowthBytes, kMostGrowthBytes);
+  const std::uint64_t wanted = WholeBlocks(end + bytes + growth);
   const StoreStatus status = file.WriteZeros(wanted - size, size);
   if (status == kDone) return kDone;
   file.Truncate(size);

@@ -78,7 +78,7 @@ class Survey {
   }
 
   // The number up to which all records are known to have been committed.
-  std::uint64_t Settled() const noexcept { return settled_; }
+  std::uint64_t Committed() const noexcept { return committed_; }
   // What the record of a number is about, as the transaction after it repeats it.
   const std::map<std::uint64_t, RecordIdentity>& Formers() const noexcept { return formers_; }
   const std::vector<Stretch>& Strays() const noexcept { return strays_; }
@@ -102,12 +102,12 @@ class Survey {
     if (!head || head->salt != salt_ || head->first == 0) return false;
     EndStray(offset_);
     formers_.try_emplace(head->first - 1, head->former);
-    settled_ = std::max(settled_, head->first - 1);
+    committed_ = std::max(committed_, head->first - 1);
     last_ = head->first - 1;
     Accept(kTransactionHeadBytes);
     if (checks_.Of(offset_, head->bytes) != head->content_check) return true;
     const std::uint64_t end = offset_ + head->bytes;
-    while (offset_ < end && TakeRecord(true)) settled_ = std::max(settled_, last_);
+    while (offset_ < end && TakeRecord(true)) committed_ = std::max(committed_, last_);
     return true;
   }
 
@@ -115,7 +115,7 @@ class Survey {
     const auto confirmation = DecodeConfirmation(window_.At(offset_, kConfirmationBytes));
     if (!confirmation || confirmation->salt != salt_) return false;
     EndStray(offset_);
-    settled_ = std::max(settled_, confirmation->last);
+    committed_ = std::max(committed_, confirmation->last);
     Accept(kConfirmationBytes);
     return true;
   }
@@ -168,7 +168,7 @@ class Survey {
   std::uint64_t accepted_;  // Up to here everything is accepted or noted as stray.
   std::uint64_t told_ = 0;  // Up to here it belongs to a record, be it a damaged one.
   std::uint64_t last_;      // The number of the last record that was found.
-  std::uint64_t settled_ = 0;
+  std::uint64_t committed_ = 0;
   std::map<std::uint64_t, RecordIdentity> formers_;
   std::vector<Finding> found_;
   std::vector<Stretch> strays_;
@@ -317,7 +317,7 @@ void TellStrays(FileWindow& window, const std::vector<Stretch>& strays, std::uin
 bool ShowsDamage(FileWindow& window, const JournalPosition& position) {
   Survey survey(window, position.salt, position);
   survey.Run();
-  return survey.Settled() > position.last;
+  return survey.Committed() > position.last;
 }
 
 void Salvage(FileWindow& window, std::optional<std::uint32_t> salt, KeyTree& tree,
@@ -336,7 +336,7 @@ void Salvage(FileWindow& window, std::optional<std::uint32_t> salt, KeyTree& tre
     expected = before + 1;
   };
   for (const Finding& finding : survey.Sorted()) {
-    if (finding.number > survey.Settled()) {
+    if (finding.number > survey.Committed()) {
       report.unfinished_bytes += finding.bytes;
       continue;
     }
@@ -344,7 +344,7 @@ void Salvage(FileWindow& window, std::optional<std::uint32_t> salt, KeyTree& tre
     rebuilding.Take(finding);
     end = std::max(end, finding.offset + finding.bytes);
   }
-  take_missing(survey.Settled() + 1, window.Size());
+  take_missing(survey.Committed() + 1, window.Size());
   TellStrays(window, survey.Strays(), end, report);
   report.status = window.Status();
 }

@@ -23,6 +23,11 @@ Weight WeightOf(const Value& value) noexcept {
 Value::Value(std::string_view value_name, Int32 value_type, std::string_view value_data)
     : name(value_name), type(value_type), data(value_data), hash(HashOfName(value_name)) {}
 
+void Value::Take(Value& other) noexcept {
+  type = other.type;
+  data.swap(other.data);
+}
+
 Weight& Weight::operator+=(Weight other) noexcept {
   records += other.records;
   bytes += other.bytes;
@@ -99,8 +104,7 @@ void Key::Insert(std::unique_ptr<Value> value) noexcept {
 
 void Key::Put(std::unique_ptr<Value> value) noexcept {
   if (Value* former = FindValue(value->name)) {
-    former->type = value->type;
-    former->data.swap(value->data);
+    former->Take(*value);
   } else {
     Insert(std::move(value));
   }
@@ -196,13 +200,14 @@ void KeyTree::Insert(Key& parent, std::shared_ptr<Key> subkey, Weight added) noe
 }
 
 void KeyTree::Put(Key& key, std::unique_ptr<Value> value) noexcept {
-  if (const Value* former = key.FindValue(value->name)) {
+  if (Value* former = key.FindValue(value->name)) {
     weight_ += {0, value->data.size()};
     weight_ -= {0, former->data.size()};
+    former->Take(*value);
   } else {
     weight_ += WeightOf(*value);
+    key.Insert(std::move(value));
   }
-  key.Put(std::move(value));
 }
 
 void KeyTree::RemoveValue(Key& key, std::string_view name) noexcept {

@@ -23,6 +23,9 @@ namespace quorl::internal {
 struct Value {
   Value(std::string_view value_name, Int32 value_type, std::string_view value_data);
 
+  /// Takes over type and data; name and place stay.
+  void Take(Value& other) noexcept;
+
   std::string name;
   Int32 type;
   std::string data;
