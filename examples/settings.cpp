@@ -326,6 +326,11 @@ void Tell(std::ostream& out, const JournalReport& report) {
   out << report.records << " intact records, " << (report.Damaged() ? "DAMAGED" : "no damage")
       << '\n';
   for (const JournalLoss& loss : report.losses) Tell(out, loss);
+  if (report.rewriting != kDone) {
+    out << "  it grows because it cannot be written afresh: "
+        << Utf8(SentenceOf(report.rewriting).substr(0, SentenceOf(report.rewriting).find(u'\r')))
+        << '\n';
+  }
   if (!report.kept_as.empty()) out << "  the damaged file is kept as " << report.kept_as << '\n';
 }
 

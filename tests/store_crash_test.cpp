@@ -7,6 +7,7 @@
 
 #include <array>
 #include <atomic>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,7 @@ namespace quorl {
 
 namespace {
 
+namespace fs = std::filesystem;
 using enum Action::Kind;
 
 // Every kind of change, a file that is made, grows, and is rewritten on the way.
@@ -224,20 +226,29 @@ TEST(Faults, OfAnyAllocationLeaveTheOldContent) {
 // Four processes write and are killed at any moment.
 class Kill : public testing::Test {
  protected:
-  static constexpr int kWriters = 4;
+  static constexpr std::size_t kWriters = 4;
   struct Progress {
     std::atomic<Int32> saved;
     std::atomic<Int32> copied;
   };
 
-  static std::string KeyOf(int writer) { return "Writer" + std::to_string(writer); }
+  Kill() {
+    for (std::size_t i = 0; i < kWriters; ++i) Start(i);
+  }
+  ~Kill() override {
+    for (const pid_t writer : writers_) {
+      if (writer != 0) End(writer);
+    }
+  }
+
+  static std::string KeyOf(std::size_t writer) { return "Writer" + std::to_string(writer); }
 
   // Counts up a value, and copies its key every few steps; what was done is noted where it outlives
   // the process.
-  [[noreturn]] void Write(int writer) {
+  [[noreturn]] void Write(std::size_t writer) {
     PersistentStore store(folder_.Folders());
     const std::string key = KeyOf(writer);
-    const std::string bulk(static_cast<std::size_t>(50 * writer), 'x');
+    const std::string bulk(50 * writer, 'x');
     for (Int32 step = progress_[writer].saved + 1;; ++step) {
       const std::string data = std::to_string(step) + " " + bulk;
       if (Save(store, kCurrentUser, key + "\\From", "Count", data) != kDone) _exit(1);
@@ -249,10 +260,16 @@ class Kill : public testing::Test {
     }
   }
 
-  pid_t Start(int writer) {
-    const pid_t child = fork();
-    if (child == 0) Write(writer);
-    return child;
+  void Start(std::size_t writer) {
+    writers_[writer] = fork();
+    if (writers_[writer] == 0) Write(writer);
+  }
+  // Whether it was the signal that ended the process.
+  static bool End(pid_t writer) {
+    kill(writer, SIGKILL);
+    int status = 0;
+    waitpid(writer, &status, 0);
+    return WIFSIGNALED(status);
   }
 
   static Int32 CountAt(Store& store, const std::string& path) {
@@ -262,38 +279,36 @@ class Kill : public testing::Test {
   TemporaryFolder folder_;
   Progress* progress_ = new (mmap(nullptr, kWriters * sizeof(Progress), PROT_READ | PROT_WRITE,
                                   MAP_SHARED | MAP_ANONYMOUS, -1, 0)) Progress[kWriters]{};
+  std::array<pid_t, kWriters> writers_{};
 };
 
 TEST_F(Kill, LosesNoChangeThatWasReported) {
   const int kills = LongSweeps() ? 10000 : 240;
   Random random(7);
-  std::array<pid_t, kWriters> writers{};
-  for (int i = 0; i < kWriters; ++i) writers[static_cast<std::size_t>(i)] = Start(i);
   PersistentStore store(folder_.Folders());
   for (int kill_number = 0; kill_number < kills; ++kill_number) {
     usleep(static_cast<useconds_t>(random.Whole(500, 20000)));
-    const int writer = static_cast<int>(random.Whole(0, kWriters - 1));
-    pid_t& process = writers[static_cast<std::size_t>(writer)];
-    kill(process, SIGKILL);
-    int status = 0;
-    waitpid(process, &status, 0);
-    ASSERT_TRUE(WIFSIGNALED(status)) << "writer " << writer << " failed by itself";
+    const auto writer = static_cast<std::size_t>(random.Whole(0, kWriters - 1));
+    ASSERT_TRUE(End(writers_[writer])) << "writer " << writer << " failed by itself";
     // The step after the last one that was noted may have been made or not.
     const Int32 saved = progress_[writer].saved;
     const Int32 seen = CountAt(store, KeyOf(writer) + "\\From");
     ASSERT_TRUE(seen == saved || seen == saved + 1) << "seen " << seen << ", reported " << saved;
     ASSERT_GE(CountAt(store, KeyOf(writer) + "\\To"), progress_[writer].copied) << writer;
     progress_[writer].saved = seen;
-    process = Start(writer);
+    Start(writer);
   }
-  for (const pid_t writer : writers) {
-    kill(writer, SIGKILL);
-    waitpid(writer, nullptr, 0);
-  }
+  for (pid_t& writer : writers_) End(std::exchange(writer, 0));
   const JournalReport report = store.Verify(kCurrentUser);
-  EXPECT_EQ(report.status, kDone);
-  EXPECT_TRUE(report.losses.empty());
+  EXPECT_TRUE(report.status == kDone && report.losses.empty());
   EXPECT_TRUE(store.TakeReports().empty());
+  // Nothing but the journal is left when it is written afresh the next time.
+  while (std::distance(fs::directory_iterator(folder_.Folders().user), {}) > 1) {
+    ASSERT_LT(fs::file_size(folder_.UserHive()), 200000U) << "abandoned files stay";
+    ASSERT_EQ(Save(store, kCurrentUser, "Bulk", "v",
+                   std::string(30000, 'x') + std::to_string(random.Bits())),
+              kDone);
+  }
 }
 
 }  // namespace

@@ -11,7 +11,6 @@
 
 namespace quorl {
 
-
 /// Whether the long sweeps are to run.
 inline bool LongSweeps() { return std::getenv("QUORL_LONG") != nullptr; }
 

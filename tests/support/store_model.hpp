@@ -12,7 +12,6 @@
 
 namespace quorl {
 
-
 class StoreModel {
  public:
   struct Value {

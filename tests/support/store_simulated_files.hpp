@@ -1,13 +1,9 @@
-// A file system in memory that can lose power and fail. What was written and not synced survives a
-// loss of power in parts; a call can be made to fail, once or from then on.
+// A file system in memory that can lose power, fail, and be full. Of what was not synced, any part
+// survives a loss of power; a call can be made to fail, once or from then on.
 #pragma once
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
-#include <cstdint>
-#include <cstring>
-#include <iterator>
 #include <map>
 #include <string>
 #include <utility>
@@ -21,6 +17,7 @@ namespace quorl {
 
 /// Folders of a store in the simulated file system.
 inline StoreFolders SimulatedFolders() { return {"/home/u/registry", "/var/registry"}; }
+inline const std::string kSimulatedHive = SimulatedFolders().user + "/HKEY_CURRENT_USER.journal";
 
 class SimulatedFiles final : public FileSystem {
  public:
@@ -44,6 +41,12 @@ class SimulatedFiles final : public FileSystem {
 
   /// From now on no file may be opened for writing, and no name made.
   void ForbidWriting() { read_only_ = true; }
+  /// From now on all files belong to another user.
+  void MakeForeign() { foreign_ = true; }
+  /// From now on the disk has room for so many bytes more.
+  void LimitRoom(std::uint64_t bytes) { room_ = UsedBytes() + bytes; }
+  /// How long all pauses were together.
+  std::chrono::microseconds Paused() const { return paused_; }
 
   /// How many changes are not synced: in each way to lose a part of them the disk is another.
   std::size_t Unsynced() const {
@@ -59,9 +62,7 @@ class SimulatedFiles final : public FileSystem {
     Disk& disk = after.disk_;
     for (auto& [inode, file] : disk.files) {
       for (const Write& write : file.unsynced) ApplyPart(write, random, file.durable);
-      file.content = file.durable;
-      file.unsynced.clear();
-      file.locked_by = 0;
+      file = {.content = file.durable, .durable = file.durable, .mode = file.mode};
     }
     for (const Naming& naming : disk.unsynced) {
       if (random.Bits() % 2 == 0) Apply(naming, disk.durable_names);
@@ -76,29 +77,8 @@ class SimulatedFiles final : public FileSystem {
     return after;
   }
 
-  /// From now on the disk has room for so many bytes more in all files.
-  void LimitRoom(std::uint64_t bytes) { room_ = UsedBytes() + bytes; }
-  std::uint64_t UsedBytes() const {
-    std::uint64_t used = 0;
-    for (const auto& [path, inode] : disk_.names) {
-      if (inode != 0) used += disk_.files.at(inode).content.size();
-    }
-    return used;
-  }
-
-  /// What the files' owner is to this process from now on.
-  void MakeForeign() { foreign_ = true; }
-  /// How long the pauses were together.
-  std::chrono::microseconds Paused() const { return paused_; }
-  /// The names that there are in all folders.
-  std::vector<std::string> AllNames() const {
-    std::vector<std::string> names;
-    for (const auto& [path, inode] : disk_.names) names.push_back(path);
-    return names;
-  }
-
   /// The bytes of a file, for a test to look at and to damage.
-  std::string& Bytes(const std::string& path) {
+  std::string& Bytes(const std::string& path = kSimulatedHive) {
     return disk_.files.at(disk_.names.at(path)).content;
   }
 
@@ -111,7 +91,7 @@ class SimulatedFiles final : public FileSystem {
       const bool makes = purpose == OpenFor::kCreating && disk_.names.contains(FolderOfPath(path));
       if (const int error = makes ? Changed() : -ENOENT) return error;
       disk_.files[++disk_.last_inode].mode = mode;
-      Rename({.to = path, .inode = disk_.last_inode});
+      Name({.to = path, .inode = disk_.last_inode});
     }
     open_[++next_descriptor_] = disk_.names.at(path);
     return next_descriptor_;
@@ -138,9 +118,8 @@ class SimulatedFiles final : public FileSystem {
     if (error == kHalf) size = (size + 1) / 2;
     if (error < 0 && error != kHalf) return error;
     if (const int cut = Changed()) return cut;
-    const std::uint64_t grown =
-        offset + size - std::min<std::uint64_t>(offset + size, FileOf(file).content.size());
-    if (UsedBytes() + grown > room_) return -ENOSPC;
+    const std::uint64_t length = FileOf(file).content.size();
+    if (UsedBytes() + std::max(offset + size, length) - length > room_) return -ENOSPC;
     Made(file, {offset, std::string(static_cast<const char*>(bytes), size)});
     return static_cast<std::int64_t>(size);
   }
@@ -150,17 +129,16 @@ class SimulatedFiles final : public FileSystem {
     return Made(file, {size, {}, true}), 0;
   }
 
+  // After a sync that failed, what it was to write is not written by a later one either.
   int Sync(int file) override {
-    // After a sync that failed, what it was to write is not written by a later one either.
     File& synced = FileOf(file);
-    const std::vector<Write> writes = std::exchange(synced.unsynced, {});
-    if (const int error = Called()) return error;
-    if (const int cut = Changed()) {
-      synced.unsynced = writes;
-      return cut;
+    const int error = Called();
+    if (error == 0) {
+      if (const int cut = Changed()) return cut;
+      for (const Write& write : synced.unsynced) ApplyWhole(write, synced.durable);
     }
-    for (const Write& write : writes) ApplyWhole(write, synced.durable);
-    return 0;
+    synced.unsynced.clear();
+    return error;
   }
 
   int Describe(const std::string& path, FileInfo& info) override {
@@ -170,7 +148,6 @@ class SimulatedFiles final : public FileSystem {
     info = InfoOf(found->second);
     return 0;
   }
-
   int DescribeOpen(int file, FileInfo& info) override {
     if (const int error = Called()) return error;
     info = InfoOf(open_.at(file));
@@ -190,38 +167,28 @@ class SimulatedFiles final : public FileSystem {
     FileOf(file).mode = mode;
     return 0;
   }
-
   int SetOwner(int, unsigned, unsigned) override { return Called(); }
 
   int Rename(const std::string& from, const std::string& to) override {
     if (const int error = CalledToChange()) return error;
     if (!disk_.names.contains(from)) return -ENOENT;
-    Rename({.from = from, .to = to, .inode = disk_.names.at(from)});
-    return 0;
+    return Name({.from = from, .to = to, .inode = disk_.names.at(from)});
   }
-
   int RenameToFree(const std::string& from, const std::string& to) override {
     return disk_.names.contains(to) ? -EEXIST : Rename(from, to);
   }
-
   int Link(const std::string& from, const std::string& to) override {
     if (const int error = CalledToChange()) return error;
     if (disk_.names.contains(to)) return -EEXIST;
-    Rename({.to = to, .inode = disk_.names.at(from)});
-    return 0;
+    return Name({.to = to, .inode = disk_.names.at(from)});
   }
-
   int Remove(const std::string& path) override {
     if (const int error = CalledToChange()) return error;
-    Rename({.from = path});
-    return 0;
+    return Name({.from = path});
   }
-
   int MakeFolder(const std::string& path, unsigned) override {
     if (const int error = CalledToChange()) return error;
-    if (disk_.names.contains(path)) return -EEXIST;
-    Rename({.to = path});
-    return 0;
+    return disk_.names.contains(path) ? -EEXIST : Name({.to = path});
   }
 
   int SyncFolder(const std::string& path) override {
@@ -289,11 +256,8 @@ class SimulatedFiles final : public FileSystem {
 
   static void ApplyWhole(const Write& write, std::string& content) {
     const auto offset = static_cast<std::size_t>(write.offset);
-    if (write.truncates) {
-      content.resize(offset);
-      return;
-    }
-    if (content.size() < offset + write.bytes.size()) content.resize(offset + write.bytes.size());
+    if (write.truncates) return content.resize(offset);
+    content.resize(std::max(content.size(), offset + write.bytes.size()));
     content.replace(offset, write.bytes.size(), write.bytes);
   }
 
@@ -307,9 +271,8 @@ class SimulatedFiles final : public FileSystem {
     const std::size_t cut = random.Bits() % (write.bytes.size() + 1);
     const std::uint64_t step = 1 + random.Bits() % 64;
     for (std::size_t i = 0; i < write.bytes.size(); ++i) {
-      const bool stays = fate == 2   ? i < cut
-                         : fate == 3 ? i >= cut
-                                     : (i / step * 2654435761U + cut) % 7 < 3;
+      const bool any = (i / step * 2654435761U + cut) % 7 < 3;
+      const bool stays = fate == 2 ? i < cut : fate == 3 ? i >= cut : any;
       const auto at = static_cast<std::size_t>(write.offset) + i;
       if (!stays) content[at] = at < former.size() ? former[at] : '\0';
     }
@@ -319,14 +282,21 @@ class SimulatedFiles final : public FileSystem {
     names.erase(naming.from);
     if (!naming.to.empty()) names[naming.to] = naming.inode;
   }
-
-  void Rename(const Naming& naming) {
+  int Name(const Naming& naming) {
     Apply(naming, disk_.names);
     disk_.unsynced.push_back(naming);
+    return 0;
   }
   void Made(int file, const Write& write) {
     ApplyWhole(write, FileOf(file).content);
     FileOf(file).unsynced.push_back(write);
+  }
+  std::uint64_t UsedBytes() const {
+    std::uint64_t used = 0;
+    for (const auto& [path, inode] : disk_.names) {
+      if (inode != 0) used += disk_.files.at(inode).content.size();
+    }
+    return used;
   }
 
   // Counts a call: 0, or the error that it is to give.
