@@ -19,7 +19,7 @@ namespace quorl {
 inline StoreFolders SimulatedFolders() { return {"/home/u/registry", "/var/registry"}; }
 inline const std::string kSimulatedHive = SimulatedFolders().user + "/HKEY_CURRENT_USER.journal";
 
-class SimulatedFiles final : public FileSystem {
+class SimulatedFiles : public FileSystem {
  public:
   SimulatedFiles() = default;
   /// The same disk; nothing open, nothing failing.
