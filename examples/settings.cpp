@@ -302,8 +302,6 @@ int Import(Arguments arguments) {
 
 constexpr std::array kKindsOfLoss{
     "the header is damaged, nothing is lost by that",
-    "the mark of what is settled is damaged, nothing is lost by that",
-    "a damaged record, which could be made out whole",
     "a value is lost",
     "a change of a key is lost",
     "changes are lost",
@@ -328,6 +326,11 @@ void Tell(std::ostream& out, const JournalReport& report) {
   out << report.records << " intact records, " << (report.Damaged() ? "DAMAGED" : "no damage")
       << '\n';
   for (const JournalLoss& loss : report.losses) Tell(out, loss);
+  if (report.rewriting != kDone) {
+    out << "  it grows because it cannot be written afresh: "
+        << Utf8(SentenceOf(report.rewriting).substr(0, SentenceOf(report.rewriting).find(u'\r')))
+        << '\n';
+  }
   if (!report.kept_as.empty()) out << "  the damaged file is kept as " << report.kept_as << '\n';
 }
 
@@ -335,7 +338,7 @@ bool Verify(const PersistentStore& store, StoreRoot root) {
   const JournalReport report = store.Verify(root);
   const bool is_there = report.status != kAbsent;
   if (is_there) Tell(std::cout, report);
-  for (const JournalReport& kept : store.VerifyKeptAside(root)) {
+  for (const JournalReport& kept : store.VerifyQuarantined(root)) {
     std::cout << "kept aside: ";
     Tell(std::cout, kept);
   }

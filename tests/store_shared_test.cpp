@@ -1,9 +1,11 @@
 // The persistent store used by many at once: processes, threads, store objects, both sides of a
-// fork.
+// fork, and a host that does what it likes with files and descriptors.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,14 +21,29 @@
 
 #include "quorl/store/persistent_store.hpp"
 #include "tests/support/store_content.hpp"
+#include "tests/support/store_simulated_files.hpp"
 #include "tests/support/store_temporary_folder.hpp"
 
-namespace quorl {
+namespace {
+std::atomic<int> data_syncs{0};
+std::atomic<int> folder_syncs{0};
+}  // namespace
 
-using namespace internal;
+// The library's calls pass through here and are counted.
+extern "C" int fdatasync(int file) {
+  ++data_syncs;
+  return static_cast<int>(syscall(SYS_fdatasync, file));
+}
+extern "C" int fsync(int file) {
+  ++folder_syncs;
+  return static_cast<int>(syscall(SYS_fsync, file));
+}
+
+namespace quorl {
 namespace {
 
 namespace fs = std::filesystem;
+using enum Action::Kind;
 
 // Runs `work` in a process of its own, which ends with 0 when it returns true.
 pid_t InChild(const std::function<bool()>& work) {
@@ -61,6 +78,12 @@ int KeysThere(Store& store) {
   return count;
 }
 
+template <class Value>
+Value* SharedValue() {
+  return new (mmap(nullptr, sizeof(Value), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1,
+                   0)) Value{};
+}
+
 class Sharing : public testing::Test {
  protected:
   void ExpectWhole(int keys) const {
@@ -73,7 +96,7 @@ class Sharing : public testing::Test {
   TemporaryFolder folder_;
 };
 
-TEST_F(Sharing, EightProcessesLoseNoUpdate) {
+TEST_F(Sharing, ProcessesAndThreadsLoseNoUpdate) {
   std::vector<pid_t> children;
   for (int number = 0; number < 8; ++number) {
     children.push_back(InChild([&] {
@@ -82,39 +105,31 @@ TEST_F(Sharing, EightProcessesLoseNoUpdate) {
     }));
   }
   for (const pid_t child : children) ExpectSuccess(child);
-  ExpectWhole(8000);
-}
-
-TEST_F(Sharing, ThreadsWithOneStoreAndWithStoresOfTheirOwn) {
   PersistentStore common(folder_.Folders());
   std::vector<std::thread> threads;
-  for (int number = 0; number < 8; ++number) {
+  for (int number = 8; number < 16; ++number) {
     threads.emplace_back([&, number] {
       PersistentStore own(folder_.Folders());
       EXPECT_TRUE(MakeKeys(number % 2 == 0 ? common : own, std::to_string(number), 100));
     });
   }
   for (auto& thread : threads) thread.join();
-  EXPECT_EQ(KeysThere(common), 800);
-  ExpectWhole(800);
+  ExpectWhole(8800);
 }
 
 TEST_F(Sharing, TheFirstCreationIsRaced) {
   const int rounds = LongSweeps() ? 1000 : 60;
   for (int round = 0; round < rounds; ++round) {
     const TemporaryFolder folder;
-    std::array<int, 2> gate{};
-    ASSERT_EQ(pipe(gate.data()), 0);
+    auto* ready = SharedValue<std::atomic<int>>();
     std::vector<pid_t> children;
     for (int number = 0; number < 4; ++number) {
       children.push_back(InChild([&] {
         PersistentStore store(folder.Folders());
-        close(gate[1]);
-        char nothing = 0;
-        return read(gate[0], &nothing, 1) == 0 && MakeKeys(store, std::to_string(number), 2);
+        for (++*ready; *ready < 4;) usleep(1);
+        return MakeKeys(store, std::to_string(number), 2);
       }));
     }
-    for (const int end : gate) close(end);
     for (const pid_t child : children) ExpectSuccess(child);
     PersistentStore store(folder.Folders());
     ASSERT_EQ(KeysThere(store), 8) << "round " << round;
@@ -124,14 +139,13 @@ TEST_F(Sharing, TheFirstCreationIsRaced) {
 
 TEST_F(Sharing, ReadersSeeWholeStatesDuringRewriting) {
   const int steps = LongSweeps() ? 5000 : 300;
-  auto* stop = new (mmap(nullptr, sizeof(std::atomic<bool>), PROT_READ | PROT_WRITE,
-                         MAP_SHARED | MAP_ANONYMOUS, -1, 0)) std::atomic<bool>(false);
+  auto* stop = SharedValue<std::atomic<bool>>();
   PersistentStore store(folder_.Folders());
   const auto publish = [&](int step) {
     const std::string data = std::to_string(step) + std::string(8000, 'x');
     for (const char* name : {"a", "b", "c"}) Save(store, kCurrentUser, "Stage", name, data);
-    return Do(store, {ChangeKind::CreateKey, "Live"}) == kDone &&
-           Do(store, {ChangeKind::Merge, "Stage", "Live"}) == kDone;
+    return Do(store, {kCreateKey, "Live"}) == kDone &&
+           Do(store, {kCopyKey, "Stage", "Live"}) == kDone;
   };
   ASSERT_TRUE(publish(0));
   std::vector<pid_t> readers;
@@ -164,26 +178,48 @@ TEST_F(Sharing, AChangeIsSeenAtTheNextOpening) {
   ASSERT_EQ(Save(first, kCurrentUser, "A", "v", "1"), kDone);
   const TestKey open(second, kCurrentUser, "A");
   for (int i = 0; i < 20; ++i) {
-    // Both change, some of it enough for a rewriting, and some in groups.
+    // Both change, some of it enough for a rewriting, and some of it many values at once.
     const std::string data(static_cast<std::size_t>(i) * 2000, 'x');
     Store& writer = i % 2 == 0 ? first : second;
     Store& reader = i % 2 == 0 ? second : first;
     ASSERT_EQ(Save(writer, kCurrentUser, "A", "w", data), kDone);
     ASSERT_EQ(Load(reader, kCurrentUser, "A", "w"), data) << i;
-    ASSERT_EQ(Do(writer, {ChangeKind::Merge, "A", "A"}), kDone);
     ASSERT_EQ(Save(writer, kCurrentUser, "B", "v", data), kDone);
-    ASSERT_EQ(Do(writer, {ChangeKind::Merge, "A", "B"}), kDone);
+    ASSERT_EQ(Do(writer, {kCopyKey, "A", "B"}), kDone);
     ASSERT_EQ(ContentOf(reader), ContentOf(writer)) << i;
     ASSERT_EQ(reader.DeleteTree(kCurrentUser, "B"), kDone);
   }
+  // A key that another one deleted is not made again by way of its handle.
+  KeyHandle made = 0;
   ASSERT_EQ(first.DeleteTree(kCurrentUser, "A"), kDone);
+  EXPECT_EQ(second.CreateKey(open.Handle(), "new", kAllAccess, &made, nullptr), kKeyDeleted);
   EXPECT_EQ(second.SetValue(open.Handle(), "v", 1, "2"), kKeyDeleted);
-  // As is all when the file goes.
+  EXPECT_EQ(ContentOf(first), "[]\n");
+  // All is deleted when the file goes.
   ASSERT_EQ(Save(second, kCurrentUser, "C", "v", "1"), kDone);
   const TestKey left(second, kCurrentUser, "C");
   fs::remove(folder_.UserHive());
   EXPECT_EQ(ContentOf(second), "[]\n");
   EXPECT_EQ(second.SetValue(left.Handle(), "v", 1, "2"), kKeyDeleted);
+}
+
+// Another journal of the same length, or an older state of this one, is copied over the open file.
+TEST_F(Sharing, WhatIsCopiedOverTheFileIsReadBeforeItIsWrittenOn) {
+  for (const bool of_another : {true, false}) {
+    const TemporaryFolder folder;
+    const TemporaryFolder other;
+    PersistentStore store(folder.Folders());
+    PersistentStore elsewhere(of_another ? other.Folders() : folder.Folders());
+    ASSERT_EQ(Save(elsewhere, kCurrentUser, "A", "v", "copied"), kDone);
+    const std::string source = of_another ? other.UserHive() : folder.Path() + "/older";
+    if (!of_another) fs::copy_file(folder.UserHive(), source);
+    ASSERT_EQ(Save(store, kCurrentUser, "A", "v", "hidden"), kDone);
+    fs::copy_file(source, folder.UserHive(), fs::copy_options::overwrite_existing);
+    ASSERT_EQ(Save(store, kCurrentUser, "A", "w", "new"), kDone);
+    PersistentStore reader(folder.Folders());
+    EXPECT_EQ(ContentOf(reader), "[]\n[A]\n  v = 1:copied\n  w = 1:new\n") << of_another;
+    EXPECT_TRUE(reader.TakeReports().empty());
+  }
 }
 
 TEST_F(Sharing, GoesOnOnBothSidesOfAFork) {
@@ -209,23 +245,19 @@ TEST_F(Sharing, GoesOnOnBothSidesOfAFork) {
   ExpectWhole(10 + 6 * forks + made);
 }
 
-// Locks the hive as a writer does and waits, in a process of its own.
-pid_t HoldLock(const std::string& path) {
-  std::array<int, 2> ready{};
-  if (pipe(ready.data()) != 0) return -1;
+// Locks the hive as a writer does, leaves behind what a killed one does, and waits.
+pid_t HoldLock(const std::string& path, std::uint64_t end) {
+  auto* is_ready = SharedValue<std::atomic<bool>>();
   const pid_t child = InChild([&] {
-    const int file = FileSystem::Posix().Open(path, OpenFor::Writing, 0);
-    if (file < 0 || FileSystem::Posix().TryLock(file) != 0) return false;
-    // What a killed writer leaves behind: the beginning of a record.
-    const bool written = FileSystem::Posix().WriteAt(file, "QREC0123", 8, fs::file_size(path)) == 8;
-    if (!written || write(ready[1], "r", 1) != 1) return false;
-    raise(SIGSTOP);
-    return true;
+    FileSystem& files = FileSystem::Posix();
+    const int file = files.Open(path, OpenFor::kWriting, 0);
+    if (file < 0 || files.TryLock(file) != 0 || files.WriteAt(file, "QTRN0123", 8, end) != 8) {
+      return false;
+    }
+    *is_ready = true;
+    return raise(SIGSTOP) == 0;
   });
-  char ready_sign = 0;
-  EXPECT_EQ(read(ready[0], &ready_sign, 1), 1);
-  close(ready[0]);
-  close(ready[1]);
+  while (!*is_ready && waitpid(child, nullptr, WNOHANG) == 0) usleep(100);
   return child;
 }
 
@@ -233,10 +265,18 @@ TEST_F(Sharing, AStoppedWriterStopsNoReaderAndAKilledOneNobody) {
   PersistentStore store(folder_.Folders());
   ASSERT_TRUE(MakeKeys(store, "a", 3));
   for (int round = 0; round < 5; ++round) {
-    const pid_t holder = HoldLock(folder_.UserHive());
+    const std::uint64_t unused = store.Verify(kCurrentUser).unfinished_bytes;
+    EXPECT_EQ(unused, 0U);
+    std::string bytes(fs::file_size(folder_.UserHive()), '\0');
+    FileSystem& files = FileSystem::Posix();
+    const int file = files.Open(folder_.UserHive(), OpenFor::kReading, 0);
+    ASSERT_EQ(files.ReadAt(file, bytes.data(), bytes.size(), 0),
+              static_cast<std::int64_t>(bytes.size()));
+    files.Close(file);
+    const pid_t holder = HoldLock(folder_.UserHive(), bytes.rfind("QCNF"));
     PersistentStore reader(folder_.Folders());
     EXPECT_EQ(KeysThere(reader), 3 + round);
-    EXPECT_EQ(KeysThere(store), 3 + round);
+    EXPECT_NE(store.Verify(kCurrentUser).unfinished_bytes, 0U);
     // A writer that waits meanwhile does not keep its own process from reading and forking.
     std::thread waiting([&] { EXPECT_TRUE(MakeKeys(store, std::to_string(round), 1)); });
     EXPECT_EQ(KeysThere(store), 3 + round);
@@ -247,6 +287,33 @@ TEST_F(Sharing, AStoppedWriterStopsNoReaderAndAKilledOneNobody) {
     EXPECT_EQ(KeysThere(reader), 4 + round);
   }
   ExpectWhole(8);
+}
+
+TEST_F(Sharing, AWriterWaitsTwentySeconds) {
+  SimulatedFiles files;
+  PersistentStore store(SimulatedFolders(), files);
+  ASSERT_EQ(Save(store, kCurrentUser, "A", "v", "1"), kDone);
+  const int file = files.Open(kSimulatedHive, OpenFor::kWriting, 0);
+  ASSERT_EQ(files.TryLock(file), 0);
+  EXPECT_EQ(Save(store, kCurrentUser, "A", "v", "2"), kLocked);
+  EXPECT_TRUE(files.Paused() >= std::chrono::seconds(20) &&
+              files.Paused() < std::chrono::seconds(21));
+  files.Close(file);
+  EXPECT_EQ(Save(store, kCurrentUser, "A", "v", "2"), kDone);
+}
+
+TEST_F(Sharing, EachChangeIsOneSyncAndANewFileOneOfItsFolder) {
+  PersistentStore store(folder_.Folders());
+  ASSERT_EQ(Save(store, kCurrentUser, "A", "v", "1"), kDone);
+  EXPECT_GT(folder_syncs, 1);
+  const TestKey key(store, kCurrentUser, "A");
+  const int syncs = data_syncs;
+  const int of_folders = folder_syncs;
+  for (int i = 0; i < 200; ++i) {
+    ASSERT_EQ(store.SetValue(key.Handle(), "v", 1, std::to_string(i + 10)), kDone);
+  }
+  EXPECT_EQ(data_syncs - syncs, 200);
+  EXPECT_EQ(folder_syncs, of_folders);
 }
 
 std::vector<int> OpenDescriptors() {
@@ -275,6 +342,24 @@ TEST_F(Sharing, DescriptorsAreFewAboveTwoAndClosedByExec) {
   };
   for (const bool without : {false, true}) ExpectSuccess(InChild([&] { return work(without); }));
   ExpectWhole(50);
+}
+
+// A host that closes all descriptors and opens its own keeps them.
+TEST_F(Sharing, DescriptorsOfTheHostAreLeftAlone) {
+  const auto work = [&] {
+    const auto before = OpenDescriptors();
+    {
+      PersistentStore store(folder_.Folders());
+      if (!MakeKeys(store, "a", 1)) return false;
+      for (int file = 3; file < 64; ++file) close(file);
+      for (int file = 3; file < 64; ++file) open("/dev/null", O_RDONLY);
+      if (KeysThere(store) != 1 || !MakeKeys(store, "b", 1)) return false;
+      fs::remove(folder_.UserHive());
+      if (KeysThere(store) != 0) return false;
+    }
+    return OpenDescriptors().size() >= 64;
+  };
+  ExpectSuccess(InChild(work));
 }
 
 }  // namespace

@@ -1,14 +1,16 @@
 // All that the persistent store asks of files, in one small interface, so that a test can put a
 // file system in its place that loses power or fails. `FileSystem::Posix()` is the real one.
 //
-// Members return 0 or a positive result, or a failure as a negative errno value; none throws but
-// for want of memory. They may be called from several threads at once. A path is followed through
-// symbolic links unless a member says otherwise.
+// Members return 0 or a positive result, or a failure as a negative errno value, never -EINTR; none
+// throws but for want of memory. They may be called from several threads at once. A path is
+// followed through symbolic links unless a member says otherwise.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "quorl/runtime/export.h"
 
@@ -22,6 +24,7 @@ struct FileInfo {
   unsigned owner = 0;
   unsigned group = 0;
   bool regular = false;  ///< Neither folder nor pipe nor device.
+  bool foreign = false;  ///< Of another user than the process's, unless that may do everything.
 
   bool SameFile(const FileInfo& other) const noexcept {
     return device == other.device && inode == other.inode;
@@ -29,9 +32,9 @@ struct FileInfo {
 };
 
 enum class OpenFor : std::uint8_t {
-  Reading,
-  Writing,   ///< Reading and writing a file that exists.
-  Creating,  ///< As `Writing`, made when absent; a symbolic link at the last level is refused.
+  kReading,
+  kWriting,   ///< Reading and writing a file that exists.
+  kCreating,  ///< Reading and writing a new file; -EEXIST when there is anything of that name.
 };
 
 class QUORL_API FileSystem {
@@ -51,7 +54,7 @@ class QUORL_API FileSystem {
   virtual std::int64_t WriteAt(int file, const void* bytes, std::size_t size,
                                std::uint64_t offset) = 0;
   virtual int Truncate(int file, std::uint64_t size) = 0;
-  /// Makes content and size lasting.
+  /// Makes content and size durable.
   virtual int Sync(int file) = 0;
   virtual int Describe(const std::string& path, FileInfo& info) = 0;
   virtual int DescribeOpen(int file, FileInfo& info) = 0;
@@ -62,18 +65,21 @@ class QUORL_API FileSystem {
   virtual int SetOwner(int file, unsigned owner, unsigned group) = 0;
   /// Replaces what `to` names in one step.
   virtual int Rename(const std::string& from, const std::string& to) = 0;
+  /// Renames a file; -EEXIST when `to` is taken.
+  virtual int RenameToFree(const std::string& from, const std::string& to) = 0;
   /// A second name for a file; -EEXIST when `to` is taken.
   virtual int Link(const std::string& from, const std::string& to) = 0;
   virtual int Remove(const std::string& path) = 0;
   /// Makes one folder with exactly this mode; -EEXIST when there is something of that name.
   virtual int MakeFolder(const std::string& path, unsigned mode) = 0;
-  /// Makes the names in a folder lasting; 0 too where the file system has no such call.
+  /// Makes the names in a folder durable; 0 too where the file system has no such call.
   virtual int SyncFolder(const std::string& path) = 0;
   /// What a symbolic link holds; -EINVAL when `path` is none.
   virtual int ReadLink(const std::string& path, std::string& target) = 0;
-  /// A number that stays the same from one start of the machine to the next, another with each; 0
-  /// when it cannot be told.
-  virtual std::uint64_t BootNumber() = 0;
+  /// The names in a folder.
+  virtual int List(const std::string& path, std::vector<std::string>& names) = 0;
+  /// Waits for about so long; how long it was.
+  virtual std::chrono::microseconds Pause(std::chrono::microseconds duration) = 0;
 
   /// The file system of the machine. It lives until the process ends.
   static FileSystem& Posix();

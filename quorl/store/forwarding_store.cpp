@@ -39,6 +39,9 @@ Int32 ForwardingStore::CopyTree(KeyHandle root, std::string_view source,
 Int32 ForwardingStore::DeleteTree(KeyHandle root, std::string_view path) noexcept {
   return Next().DeleteTree(root, path);
 }
+Int32 ForwardingStore::Commit(std::span<const StoreChange> changes) noexcept {
+  return Next().Commit(changes);
+}
 Int32 ForwardingStore::OpenKeyCount() const noexcept { return Next().OpenKeyCount(); }
 
 }  // namespace quorl

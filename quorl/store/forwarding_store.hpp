@@ -25,6 +25,7 @@ class QUORL_API ForwardingStore : public Store {
   Int32 QueryInfo(KeyHandle key, KeyInfo* info) noexcept override;
   Int32 CopyTree(KeyHandle root, std::string_view source, KeyHandle destination) noexcept override;
   Int32 DeleteTree(KeyHandle root, std::string_view path) noexcept override;
+  Int32 Commit(std::span<const StoreChange> changes) noexcept override;
   Int32 OpenKeyCount() const noexcept override;
 
  private:

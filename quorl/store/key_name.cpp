@@ -1,33 +1,18 @@
 #include "quorl/store/key_name.hpp"
 
 #include <algorithm>
-#include <array>
 
-#include "quorl/runtime/ansi.hpp"
-#include "quorl/runtime/text_case.hpp"
+#include "quorl/store/internal/name_hash.hpp"
 
 namespace quorl {
 namespace {
-
-using FoldTable = std::array<char16_t, 256>;
-
-const FoldTable& Folded() noexcept {
-  static const FoldTable table = [] {
-    FoldTable folded{};
-    for (std::size_t byte = 0; byte < folded.size(); ++byte) {
-      folded[byte] = LowerCase(FromAnsi(static_cast<unsigned char>(byte)));
-    }
-    return folded;
-  }();
-  return table;
-}
 
 bool HoldsZero(std::string_view text) noexcept { return text.find('\0') != text.npos; }
 
 }  // namespace
 
 std::strong_ordering CompareNames(std::string_view left, std::string_view right) noexcept {
-  const FoldTable& folded = Folded();
+  const auto& folded = internal::FoldedBytes();
   const std::size_t shared = std::min(left.size(), right.size());
   for (std::size_t i = 0; i < shared; ++i) {
     const auto order = folded[static_cast<unsigned char>(left[i])] <=>

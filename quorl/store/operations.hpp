@@ -11,9 +11,10 @@
 // Values. A value has a name, which may be empty, a 32-bit type, of which every one is kept, and
 // bytes of any number up to 2147483647.
 //
-// Lasting. In the persistent store a change is on the disk when the operation that makes it
+// Durability. In the persistent store a change is on the disk when the operation that makes it
 // returns 0, and every process sees it at its next opening of a key. A key and what is below it is
-// copied or deleted in one change: nobody ever sees half of it.
+// copied or deleted in one change: nobody ever sees half of it. For several changes that are
+// committed as one, see `Store::Commit`.
 //
 // Handles. An open key is a number above 0 that no other key gets as long as it may be held. A root
 // key stands for a handle that is always open with every right. `RegCloseKey` ends a handle. A
@@ -42,7 +43,7 @@ QUORL_API Int32 RegOpenKeyExA(KeyHandle root, std::string_view path, Int32 optio
                               KeyHandle* key) noexcept;
 
 /// Opens a key and makes every level of it that is missing, in one change. `reserved` and `options`
-/// are 0; the key's class and `security` are taken and not kept. `disposition`, unless null, gets 1
+/// are 0; the key's class and `security` are ignored. `disposition`, unless null, gets 1
 /// when the key is new and 2 when it was there.
 QUORL_API Int32 RegCreateKeyExA(KeyHandle root, std::string_view path, Int32 reserved,
                                 std::string_view key_class, Int32 options, Int32 access,
@@ -66,8 +67,7 @@ QUORL_API Int32 RegDeleteValueA(KeyHandle key, std::string_view name) noexcept;
 
 /// The value at `index`, from 0, of a key opened for `kReadValues`. `*name_size` is the capacity of
 /// `name`, terminator counted, and gets the name's length without it. `type` may be null; `data`
-/// and
-/// `*data_size` are as for `RegQueryValueExA`, and both may be null. Gives 259 behind the last
+/// and `*data_size` are as for `RegQueryValueExA`, and both may be null. Gives 259 after the last
 /// value, and 234 when a buffer is too small: each size is then what is needed, the name's with
 /// terminator.
 QUORL_API Int32 RegEnumValueA(KeyHandle key, Int32 index, char* name, Int32* name_size,
@@ -106,8 +106,8 @@ QUORL_API Int32 SHDeleteKeyA(KeyHandle root, std::string_view path) noexcept;
 
 /// Puts `code` in words: a French sentence ended by CR LF and a terminator, into `buffer` of
 /// `capacity` bytes. `flags` is 4096. Returns the sentence's length without terminator, and 0 when
-/// the store has no such code or the buffer is too small. The last three pointers and the language
-/// are not looked at.
+/// the store has no such code or the buffer is too small. `source`, `language` and `arguments`
+/// are ignored.
 QUORL_API Int32 FormatMessageA(Int32 flags, const void* source, Int32 code, Int32 language,
                                char* buffer, Int32 capacity, const void* arguments) noexcept;
 

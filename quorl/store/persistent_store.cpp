@@ -14,7 +14,7 @@ namespace quorl {
 using namespace internal;
 namespace {
 
-enum class Kept : std::uint8_t { WithUser, WithMachine, InMemory };
+enum class Kept : std::uint8_t { kWithUser, kWithMachine, kInMemory };
 
 struct HiveRow {
   StoreRoot root;
@@ -23,13 +23,13 @@ struct HiveRow {
 };
 
 constexpr std::array<HiveRow, kRootCount> kHives{{
-    {kClassesRoot, "HKEY_CLASSES_ROOT", Kept::WithUser},
-    {kCurrentUser, "HKEY_CURRENT_USER", Kept::WithUser},
-    {kLocalMachine, "HKEY_LOCAL_MACHINE", Kept::WithMachine},
-    {kUsers, "HKEY_USERS", Kept::WithMachine},
-    {kPerformanceData, "HKEY_PERFORMANCE_DATA", Kept::InMemory},
-    {kCurrentConfig, "HKEY_CURRENT_CONFIG", Kept::WithMachine},
-    {kDynData, "HKEY_DYN_DATA", Kept::InMemory},
+    {kClassesRoot, "HKEY_CLASSES_ROOT", Kept::kWithUser},
+    {kCurrentUser, "HKEY_CURRENT_USER", Kept::kWithUser},
+    {kLocalMachine, "HKEY_LOCAL_MACHINE", Kept::kWithMachine},
+    {kUsers, "HKEY_USERS", Kept::kWithMachine},
+    {kPerformanceData, "HKEY_PERFORMANCE_DATA", Kept::kInMemory},
+    {kCurrentConfig, "HKEY_CURRENT_CONFIG", Kept::kWithMachine},
+    {kDynData, "HKEY_DYN_DATA", Kept::kInMemory},
 }};
 
 constexpr bool RowsFollowRoots() {
@@ -40,29 +40,35 @@ constexpr bool RowsFollowRoots() {
 }
 static_assert(RowsFollowRoots());
 
-Int32 StatusOfFolder(const std::string& folder) noexcept {
+StoreStatus StatusOfFolder(const std::string& folder) noexcept {
   if (folder.empty()) return kFolderNotFound;
   return folder.starts_with('/') ? kDone : kWrongFolder;
 }
 
 JournalPlace PlaceOf(const HiveRow& row, const StoreFolders& folders) {
-  const bool user = row.kept == Kept::WithUser;
-  const std::string& folder = user ? folders.user : folders.machine;
+  const bool is_users = row.kept == Kept::kWithUser;
+  const std::string& folder = is_users ? folders.user : folders.machine;
   return {.folder = folder,
           .file_name = std::string(row.name) + ".journal",
-          .folder_mode = user ? 0700U : 0755U,
-          .file_mode = user ? 0600U : 0644U,
+          .folder_mode = is_users ? 0700U : 0755U,
+          .file_mode = is_users ? 0600U : 0644U,
+          .is_private = is_users,
           .status = StatusOfFolder(folder)};
 }
 
-HiveStore::Hives MakeHives(const StoreFolders& folders, FileSystem& files) {
+// The hives that are kept in files; null for the others, which are in memory only.
+using Journals = std::array<JournalHive*, kRootCount>;
+
+HiveStore::Hives MakeHives(const StoreFolders& folders, FileSystem& files, Journals& journals) {
   HiveStore::Hives hives;
   for (std::size_t i = 0; i < kHives.size(); ++i) {
-    if (kHives[i].kept == Kept::InMemory) {
+    if (kHives[i].kept == Kept::kInMemory) {
       hives[i] = std::make_unique<MemoryHive>();
-    } else {
-      hives[i] = std::make_unique<JournalHive>(files, PlaceOf(kHives[i], folders));
+      continue;
     }
+    auto journal = std::make_unique<JournalHive>(files, PlaceOf(kHives[i], folders));
+    journals[i] = journal.get();
+    hives[i] = std::move(journal);
   }
   return hives;
 }
@@ -70,50 +76,55 @@ HiveStore::Hives MakeHives(const StoreFolders& folders, FileSystem& files) {
 }  // namespace
 
 struct PersistentStore::Engine {
-  /// The hive of a root key that is kept in a file; null for one in memory only.
+  Engine(const StoreFolders& folders, FileSystem& lent_files)
+      : files(lent_files), store(MakeHives(folders, lent_files, journals)) {}
+
+  /// Null for a root key that is in memory only, and for what is no root key.
   JournalHive* JournalOf(StoreRoot root) const noexcept {
-    return dynamic_cast<JournalHive*>(&store.HiveOf(root));
+    const auto index = static_cast<std::size_t>(root - kClassesRoot);
+    return index < journals.size() ? journals[index] : nullptr;
   }
 
   FileSystem& files;
+  Journals journals{};
   HiveStore store;
 };
 
 PersistentStore::PersistentStore(const StoreFolders& folders, FileSystem& files)
-    : engine_(new Engine{files, HiveStore(MakeHives(folders, files))}) {}
+    : engine_(std::make_unique<Engine>(folders, files)) {}
 
 PersistentStore::~PersistentStore() = default;
 
 Store& PersistentStore::Next() const noexcept { return engine_->store; }
 
 std::string PersistentStore::HivePath(StoreRoot root) const {
-  const auto* hive = engine_->JournalOf(root);
-  return hive == nullptr ? std::string() : hive->Path();
+  const JournalHive* journal = engine_->JournalOf(root);
+  return journal == nullptr ? std::string() : journal->Path();
 }
 
 JournalReport PersistentStore::Verify(StoreRoot root) const {
-  auto* hive = engine_->JournalOf(root);
-  return hive == nullptr ? JournalReport{.status = kAbsent} : hive->Verify();
+  JournalHive* journal = engine_->JournalOf(root);
+  return journal == nullptr ? JournalReport{.status = kAbsent} : journal->Verify();
 }
 
-std::vector<JournalReport> PersistentStore::VerifyKeptAside(StoreRoot root) const {
+std::vector<JournalReport> PersistentStore::VerifyQuarantined(StoreRoot root) const {
   std::vector<JournalReport> reports;
   const std::string path = HivePath(root);
   std::string target;
   if (path.empty() || FollowLinks(engine_->files, path, target) != kDone) return reports;
   FileInfo info;
-  for (int number = 1; engine_->files.Describe(AsideName(target, number), info) == 0; ++number) {
-    reports.push_back(ExamineFile(engine_->files, AsideName(target, number)));
+  for (int number = 1; engine_->files.Describe(QuarantineName(target, number), info) == 0;
+       ++number) {
+    reports.push_back(ExamineFile(engine_->files, QuarantineName(target, number)));
   }
   return reports;
 }
 
 std::vector<JournalReport> PersistentStore::TakeReports() {
   std::vector<JournalReport> reports;
-  for (const HiveRow& row : kHives) {
-    auto* hive = engine_->JournalOf(row.root);
-    if (hive == nullptr) continue;
-    for (auto& report : hive->TakeReports()) reports.push_back(std::move(report));
+  for (JournalHive* journal : engine_->journals) {
+    if (journal == nullptr) continue;
+    for (auto& report : journal->TakeReports()) reports.push_back(std::move(report));
   }
   return reports;
 }

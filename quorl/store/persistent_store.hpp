@@ -1,26 +1,41 @@
 // The store on the disk, and the one that a process uses unless its host chooses another.
 //
-// Each root key is a hive with a journal of its own (journal_format.hpp), a file called after the
-// root key: HKEY_CURRENT_USER.journal. The user's folder holds the hives of HKEY_CLASSES_ROOT and
+// Each root key is a hive with a journal of its own, a file called after the root key:
+// HKEY_CURRENT_USER.journal. The user's folder holds the hives of HKEY_CLASSES_ROOT and
 // HKEY_CURRENT_USER, the machine's those of HKEY_LOCAL_MACHINE, HKEY_USERS and HKEY_CURRENT_CONFIG;
 // HKEY_PERFORMANCE_DATA and HKEY_DYN_DATA are in memory only. Folder and file are made by the first
 // change, the user's with modes 0700 and 0600, the machine's with 0755 and 0644. Nothing but the
-// folders is configured, and no thread or other process is at work.
+// folders is configured; there is no background thread and no helper process.
 //
-// Promises. A change is synced to the disk before its operation returns 0: it outlives the kill of
-// the process and the loss of power, and what was cut off midway is as if never begun. Processes
-// and threads may read and write at once; a reader waits for nobody, a writer for another writer
-// for at most 20 seconds (then 33), and a writer that is killed holds nobody up. An opening of a
-// key sees what any process had changed before; an open key is read as its hive was last seen.
-// After a fork, parent and child both go on. A hive takes memory in proportion to what it holds,
-// and its file at most twice as much as its content and 64 KiB; it is rewritten when it grows
-// beyond, keeping the symbolic links, owner and mode of the file.
+// Promises. A change is synced to the disk before its operation returns 0: it is read after the
+// kill of the process and after any loss of power or of the disk, and what was cut off midway is as
+// if never begun. A change that failed is taken back, and does not come back; only where taking it
+// back failed too, with the process ended before it could try again, it may. Processes and threads
+// may read and write at once; a reader waits for nobody, a writer for another writer for at most 20
+// seconds (then 33), and a writer that is killed holds nobody up. An opening of a key sees what any
+// process had changed before; an open key is read as its hive was last seen. After a fork, parent
+// and child both go on, and a host that closes descriptors which it did not open takes none of its
+// own from the store later. A hive takes memory in proportion to what it holds, whatever the depth
+// and the order of its names.
 //
-// Damage. A file that is damaged is given a second name, with ".damaged-" and a number, and a fresh
-// one takes its place with everything whose records are intact; whoever comes upon the damage does
-// that, and where it is not possible, what could be had is read, and writing gives the code of what
-// stood in the way. `TakeReports` and `Verify` tell what was lost. A file of a newer format gives
-// 1150 and is left alone; one that may not be read or written gives 5, what is no file 1017.
+// Files. A file is at most twice as long as its content and 64 KiB. It is written afresh when it
+// grows beyond, under a name that nobody can guess, and keeps its symbolic links, its mode, and its
+// owner as far as the process may give it away (where the group cannot be kept, the group gets no
+// more rights than all others). Where that is not possible, the file grows on, and `TakeReports`
+// tells why. A file in the user's folder that belongs to another user is read but not written (5),
+// unless the process may do everything. A few KiB at its end are kept for a full disk: what only
+// deletes still works there, while anything else gives 112. Where a process has a limit of file
+// size (RLIMIT_FSIZE), a write beyond it sends SIGXFSZ, which ends a process that does not handle
+// or ignore it; with the signal ignored the operation gives 112.
+//
+// Damage. A damaged file is quarantined: it gets a second name, with ".damaged-" and a number, and
+// a fresh file takes its place with everything whose records are intact. Whoever finds the damage
+// does that; where it is not possible, what could be had is read, and writing gives the code of
+// what stood in the way. What a lost change replaced or deleted does not come back where the
+// journal tells what it was; where only the number of lost changes is known, older values may be
+// there, and the report says so. `TakeReports` and `Verify` tell what was lost. A file of a newer
+// format gives 1150 and is left alone; one that may not be read or written gives 5, and 1017 if the
+// path does not name a regular file.
 //
 // No member throws but for want of memory.
 #pragma once
@@ -50,11 +65,12 @@ class QUORL_API PersistentStore final : public ForwardingStore {
   ///     for (const JournalLoss& loss : store.Verify(kCurrentUser).losses) ...
   JournalReport Verify(StoreRoot root) const;
 
-  /// The same of the files that were kept aside as damaged beside a hive's, the oldest first.
-  std::vector<JournalReport> VerifyKeptAside(StoreRoot root) const;
+  /// The same of the damaged files that were quarantined beside a hive's, the oldest first.
+  std::vector<JournalReport> VerifyQuarantined(StoreRoot root) const;
 
-  /// What this object came upon since the last call: a report for each damaged file, with the name
-  /// under which it was kept, which is empty as long as that was not possible.
+  /// What this object found since the last call: a report for each damaged file, with the name
+  /// under which it was quarantined, which is empty as long as that was not possible, and one for
+  /// each file that could not be written afresh (`rewriting`).
   std::vector<JournalReport> TakeReports();
 
  private:

@@ -1,9 +1,8 @@
-// The codes that the store gives, one table for all of them: number, name and the French sentence
-// that `FormatMessageA` (operations.hpp) puts in words. Constants; free of threads' concerns.
+// The codes that the store gives, one table for all of them: number and the French sentence
+// that `FormatMessageA` (operations.hpp) puts in words. Constants; thread-compatible.
 #pragma once
 
 #include <array>
-#include <span>
 
 #include "quorl/runtime/types.hpp"
 
@@ -23,8 +22,8 @@ enum StoreStatus : Int32 {
   kDiskFull = 112,            ///< The disk or the user's quota is full; nothing has changed.
   kWrongFolder = 161,         ///< The store's folder is given by a relative or impossible path.
   kBufferTooSmall = 234,      ///< The buffer is too small; the size needed has been given.
-  kEndOfList = 259,           ///< The index lies behind the last subkey or value.
-  kDamaged = 1009,            ///< The hive is damaged and could not be kept aside.
+  kEndOfList = 259,           ///< The index is after the last subkey or value.
+  kDamaged = 1009,            ///< The hive is damaged and could not be quarantined.
   kInputOutputFailed = 1016,  ///< Reading or writing the hive failed.
   kNotAHive = 1017,           ///< The hive's path names a pipe, a folder, a device or the like.
   kKeyDeleted = 1018,         ///< The key was deleted after it was opened.
@@ -34,32 +33,28 @@ enum StoreStatus : Int32 {
 /// One row of the table.
 struct StatusRow {
   StoreStatus code;
-  StringView name;
   StringView sentence;  ///< French, ended by CR LF.
 };
 
 inline constexpr std::array<StatusRow, 18> kStatusRows{{
-    {kDone, u"kDone", u"L'opération s'est terminée normalement.\r\n"},
-    {kAbsent, u"kAbsent", u"La clé ou la valeur demandée n'existe pas.\r\n"},
-    {kFolderNotFound, u"kFolderNotFound", u"Le dossier du registre est introuvable.\r\n"},
-    {kTooManyFiles, u"kTooManyFiles", u"Trop de fichiers sont ouverts.\r\n"},
-    {kAccessDenied, u"kAccessDenied", u"L'accès est refusé.\r\n"},
-    {kWrongHandle, u"kWrongHandle", u"L'identificateur de la clé n'est pas valide.\r\n"},
-    {kOutOfMemory, u"kOutOfMemory", u"La mémoire disponible ne suffit pas.\r\n"},
-    {kLocked, u"kLocked", u"Un autre programme garde le registre verrouillé.\r\n"},
-    {kWrongArgument, u"kWrongArgument", u"Un des arguments n'est pas valide.\r\n"},
-    {kDiskFull, u"kDiskFull", u"Il n'y a plus assez de place sur le disque.\r\n"},
-    {kWrongFolder, u"kWrongFolder", u"Le chemin du dossier du registre n'est pas valide.\r\n"},
-    {kBufferTooSmall, u"kBufferTooSmall", u"Le tampon est trop petit pour les données.\r\n"},
-    {kEndOfList, u"kEndOfList", u"Il n'y a plus d'élément à énumérer.\r\n"},
-    {kDamaged, u"kDamaged",
-     u"Le fichier du registre est endommagé et n'a pas pu être mis de côté.\r\n"},
-    {kInputOutputFailed, u"kInputOutputFailed",
-     u"La lecture ou l'écriture du fichier du registre a échoué.\r\n"},
-    {kNotAHive, u"kNotAHive", u"Le chemin indiqué n'est pas celui d'un fichier du registre.\r\n"},
-    {kKeyDeleted, u"kKeyDeleted", u"La clé a été supprimée entre-temps.\r\n"},
-    {kNewerFormat, u"kNewerFormat",
-     u"Le fichier du registre a été écrit par une version plus récente.\r\n"},
+    {kDone, u"L'opération s'est terminée normalement.\r\n"},
+    {kAbsent, u"La clé ou la valeur demandée n'existe pas.\r\n"},
+    {kFolderNotFound, u"Le dossier du registre est introuvable.\r\n"},
+    {kTooManyFiles, u"Trop de fichiers sont ouverts.\r\n"},
+    {kAccessDenied, u"L'accès est refusé.\r\n"},
+    {kWrongHandle, u"L'identificateur de la clé n'est pas valide.\r\n"},
+    {kOutOfMemory, u"La mémoire disponible ne suffit pas.\r\n"},
+    {kLocked, u"Un autre programme garde le registre verrouillé.\r\n"},
+    {kWrongArgument, u"Un des arguments n'est pas valide.\r\n"},
+    {kDiskFull, u"Il n'y a plus assez de place sur le disque.\r\n"},
+    {kWrongFolder, u"Le chemin du dossier du registre n'est pas valide.\r\n"},
+    {kBufferTooSmall, u"Le tampon est trop petit pour les données.\r\n"},
+    {kEndOfList, u"Il n'y a plus d'élément à énumérer.\r\n"},
+    {kDamaged, u"Le fichier du registre est endommagé et n'a pas pu être mis de côté.\r\n"},
+    {kInputOutputFailed, u"La lecture ou l'écriture du fichier du registre a échoué.\r\n"},
+    {kNotAHive, u"Le chemin indiqué n'est pas celui d'un fichier du registre.\r\n"},
+    {kKeyDeleted, u"La clé a été supprimée entre-temps.\r\n"},
+    {kNewerFormat, u"Le fichier du registre a été écrit par une version plus récente.\r\n"},
 }};
 
 /// Whether the rows stand in ascending order, so that each code is there once.

@@ -8,6 +8,8 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
+#include <string>
 #include <string_view>
 
 #include "quorl/runtime/types.hpp"
@@ -45,7 +47,7 @@ struct FileTime {
   std::uint32_t high = 0;
 };
 
-/// The security record of a new key. It is taken and not looked at.
+/// The security record of a new key. It is ignored.
 struct SecurityRecord {
   Int32 size = 0;
   const void* descriptor = nullptr;
@@ -66,6 +68,23 @@ struct KeyInfo {
 struct OutBuffer {
   void* bytes = nullptr;
   Int32* size = nullptr;
+};
+
+/// One of several changes that are committed together; see `Store::Commit`.
+struct StoreChange {
+  enum class Kind : std::uint8_t {
+    kCreateKey,       ///< Makes the key with every missing level; nothing when it exists.
+    kSetValue,        ///< Makes or replaces a value; missing levels of its key are made.
+    kDeleteValue,     ///< Nothing when the value or its key is absent.
+    kDeleteKey,       ///< The key with all below it, if there is one; of a root key, all it holds.
+    kDeleteEmptyKey,  ///< The same if the key has neither values nor subkeys by then.
+  };
+  Kind kind = Kind::kCreateKey;
+  KeyHandle root = 0;  ///< A root key.
+  std::string path{};  ///< The key's, from the root.
+  std::string name{};  ///< The value's.
+  Int32 type = 0;
+  std::string data{};
 };
 
 /// The operations on one store. See operations.hpp for each one's contract.
@@ -94,6 +113,20 @@ class QUORL_API Store {
   virtual Int32 CopyTree(KeyHandle root, std::string_view source,
                          KeyHandle destination) noexcept = 0;
   virtual Int32 DeleteTree(KeyHandle root, std::string_view path) noexcept = 0;
+
+  /// Makes all `changes` in their order, each seeing what those before it did, as one durable
+  /// change of each hive. Everything that can fail but the disk itself (arguments, locks, memory,
+  /// room on the disk) is done for all hives before the first is committed. After a code other than
+  /// 0 nothing has changed, with one exception: when writing to a later hive fails, or the process
+  /// is ended between two hives, the hives that were committed before stay so. They are committed
+  /// in the order of the root keys' numbers. Gives 6 when a root is no root key, 87 for a path, a
+  /// name or data out of its contract, and the codes of the store.
+  ///     const StoreChange changes[] = {
+  ///         {.kind = StoreChange::Kind::kDeleteKey, .root = kCurrentUser, .path = "Maison"},
+  ///         {.kind = StoreChange::Kind::kSetValue, .root = kCurrentUser, .path = "Maison\\Caisse",
+  ///          .name = "Copies", .type = 1, .data = std::string("2", 2)}};
+  ///     const Int32 code = CurrentStore().Commit(changes);
+  virtual Int32 Commit(std::span<const StoreChange> changes) noexcept = 0;
 
   /// How many handles are open.
   virtual Int32 OpenKeyCount() const noexcept = 0;

@@ -19,10 +19,10 @@ std::string Setting(const char* name) {
 
 StoreFolders StoreFolders::Usual() {
   std::string data = Setting("XDG_DATA_HOME");
-  if (data.empty()) {
-    data = Setting("HOME");
-    if (!data.empty()) data += kDataBelowHome;
-  }
+  const std::string home = Setting("HOME");
+  // The desktop's convention: a relative path is invalid and ignored.
+  const bool is_ignored = data.empty() || (!data.starts_with('/') && !home.empty());
+  if (is_ignored) data = home.empty() ? home : home + std::string(kDataBelowHome);
   if (!data.empty()) data += kBelowData;
   return {data, kMachineFolder};
 }

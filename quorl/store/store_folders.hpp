@@ -15,8 +15,8 @@ struct QUORL_API StoreFolders {
   std::string machine;
 
   /// The platform's: "$XDG_DATA_HOME/quorl/registry", or "$HOME/.local/share/quorl/registry" when
-  /// that is unset or empty, and "/var/lib/quorl/registry". The user's is empty when HOME is needed
-  /// and unset.
+  /// that is unset, empty, or relative while HOME is set, and "/var/lib/quorl/registry". The user's
+  /// is empty when HOME is needed and unset.
   static StoreFolders Usual();
 };
 

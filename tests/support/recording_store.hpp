@@ -50,6 +50,7 @@ class RecordingStore final : public ForwardingStore {
   QUORL_RECORDED(CopyTree, (KeyHandle root, std::string_view source, KeyHandle destination),
                  (root, source, destination))
   QUORL_RECORDED(DeleteTree, (KeyHandle root, std::string_view path), (root, path))
+  QUORL_RECORDED(Commit, (std::span<const StoreChange> changes), (changes))
   // clang-format on
 #undef QUORL_RECORDED
 

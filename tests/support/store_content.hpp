@@ -7,11 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "quorl/store/internal/hive_store.hpp"
+#include "quorl/store/store.hpp"
 
 namespace quorl {
-
-using namespace internal;
 
 /// Whether the long sweeps are to run.
 inline bool LongSweeps() { return std::getenv("QUORL_LONG") != nullptr; }
@@ -108,28 +106,44 @@ inline std::string ContentOf(Store& store, KeyHandle root = kCurrentUser) {
   return text;
 }
 
-/// One change to a store.
+/// One change to a store, all by one operation but the last, which are committed together.
 struct Action {
-  ChangeKind kind = ChangeKind::SetValue;
+  enum class Kind : std::uint8_t {
+    kCreateKey,
+    kSetValue,
+    kDeleteValue,
+    kDeleteKey,
+    kCopyKey,
+    kReplaceValues,  ///< The key goes, is made again with the value, and another one beside it.
+  };
+  Kind kind = Kind::kSetValue;
   std::string path;
-  std::string name{};  ///< Of a value; of a copy or replacement, the destination.
+  std::string name{};  ///< Of a value; of a copy, the destination.
   std::string data{};
   Int32 type = 1;
 };
 
 inline Int32 Do(Store& store, const Action& action) {
-  using enum ChangeKind;
-  if (action.kind == DeleteKey) return store.DeleteTree(kCurrentUser, action.path);
-  const bool copies = action.kind == Merge;
-  const std::string& path = copies ? action.name : action.path;
+  using enum Action::Kind;
+  if (action.kind == kDeleteKey) return store.DeleteTree(kCurrentUser, action.path);
+  if (action.kind == kReplaceValues) {
+    const auto change = [&](StoreChange::Kind kind, const std::string& path) {
+      return StoreChange{kind, kCurrentUser, path, action.name, action.type, action.data};
+    };
+    const StoreChange changes[] = {change(StoreChange::Kind::kDeleteKey, action.path),
+                                   change(StoreChange::Kind::kSetValue, action.path),
+                                   change(StoreChange::Kind::kCreateKey, action.path + "\\New")};
+    return store.Commit(changes);
+  }
+  const std::string& path = action.kind == kCopyKey ? action.name : action.path;
   KeyHandle key = 0;
-  Int32 code = action.kind == CreateKey
+  Int32 code = action.kind == kCreateKey
                    ? store.CreateKey(kCurrentUser, path, kAllAccess, &key, nullptr)
                    : store.OpenKey(kCurrentUser, path, kAllAccess, &key);
   if (code != kDone) return code;
-  if (action.kind == SetValue) code = store.SetValue(key, action.name, action.type, action.data);
-  if (action.kind == DeleteValue) code = store.DeleteValue(key, action.name);
-  if (action.kind == Merge) code = store.CopyTree(kCurrentUser, action.path, key);
+  if (action.kind == kSetValue) code = store.SetValue(key, action.name, action.type, action.data);
+  if (action.kind == kDeleteValue) code = store.DeleteValue(key, action.name);
+  if (action.kind == kCopyKey) code = store.CopyTree(kCurrentUser, action.path, key);
   store.CloseKey(key);
   return code;
 }

@@ -1,14 +1,12 @@
-// A file system in memory that can lose power and fail. What was written and not synced survives a
-// loss of power in parts; a call can be made to fail, once or from then on.
+// A file system in memory that can lose power, fail, and be full. Of what was not synced, any part
+// survives a loss of power; a call can be made to fail, once or from then on.
 #pragma once
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdint>
-#include <cstring>
-#include <iterator>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "quorl/store/file_system.hpp"
@@ -19,8 +17,9 @@ namespace quorl {
 
 /// Folders of a store in the simulated file system.
 inline StoreFolders SimulatedFolders() { return {"/home/u/registry", "/var/registry"}; }
+inline const std::string kSimulatedHive = SimulatedFolders().user + "/HKEY_CURRENT_USER.journal";
 
-class SimulatedFiles final : public FileSystem {
+class SimulatedFiles : public FileSystem {
  public:
   SimulatedFiles() = default;
   /// The same disk; nothing open, nothing failing.
@@ -42,6 +41,12 @@ class SimulatedFiles final : public FileSystem {
 
   /// From now on no file may be opened for writing, and no name made.
   void ForbidWriting() { read_only_ = true; }
+  /// From now on all files belong to another user.
+  void MakeForeign() { foreign_ = true; }
+  /// From now on the disk has room for so many bytes more.
+  void LimitRoom(std::uint64_t bytes) { room_ = UsedBytes() + bytes; }
+  /// How long all pauses were together.
+  std::chrono::microseconds Paused() const { return paused_; }
 
   /// How many changes are not synced: in each way to lose a part of them the disk is another.
   std::size_t Unsynced() const {
@@ -50,43 +55,43 @@ class SimulatedFiles final : public FileSystem {
     return count;
   }
 
-  /// The disk after a loss of power, on another start of the machine. Of what was not synced, each
-  /// change is there or not by the draws; a write may be there in some of its sectors alone.
+  /// The disk after a loss of power or of the disk itself. Of what was not synced, each change is
+  /// there or not by the draws, and of a write any part: no byte stands or falls with another.
   SimulatedFiles AfterPowerLoss(Random& random) const {
     SimulatedFiles after(*this);
     Disk& disk = after.disk_;
     for (auto& [inode, file] : disk.files) {
-      for (const Write& write : file.unsynced) ApplyPart(write, random, file.lasting);
-      file.content = file.lasting;
-      file.unsynced.clear();
+      for (const Write& write : file.unsynced) ApplyPart(write, random, file.durable);
+      file = {.content = file.durable, .durable = file.durable, .mode = file.mode};
     }
     for (const Naming& naming : disk.unsynced) {
-      if (random.Bits() % 2 == 0) Apply(naming, disk.lasting_names);
+      if (random.Bits() % 2 == 0) Apply(naming, disk.durable_names);
     }
     // What is in a folder that is lost is lost; a folder comes before what is in it.
-    for (auto each = disk.lasting_names.begin(); each != disk.lasting_names.end();) {
-      const bool there = disk.lasting_names.contains(FolderOfPath(each->first));
-      each = there ? std::next(each) : disk.lasting_names.erase(each);
+    for (auto each = disk.durable_names.begin(); each != disk.durable_names.end();) {
+      const bool there = disk.durable_names.contains(FolderOfPath(each->first));
+      each = there ? std::next(each) : disk.durable_names.erase(each);
     }
-    disk.names = disk.lasting_names;
+    disk.names = disk.durable_names;
     disk.unsynced.clear();
-    ++disk.boot;
     return after;
   }
 
   /// The bytes of a file, for a test to look at and to damage.
-  std::string& Bytes(const std::string& path) {
+  std::string& Bytes(const std::string& path = kSimulatedHive) {
     return disk_.files.at(disk_.names.at(path)).content;
   }
 
   int Open(const std::string& path, OpenFor purpose, unsigned mode) override {
     if (const int error = Called()) return error;
-    if (read_only_ && purpose != OpenFor::Reading) return -EACCES;
-    if (!disk_.names.contains(path)) {
-      const bool makes = purpose == OpenFor::Creating && disk_.names.contains(FolderOfPath(path));
+    if (read_only_ && purpose != OpenFor::kReading) return -EACCES;
+    if (disk_.names.contains(path)) {
+      if (purpose == OpenFor::kCreating) return -EEXIST;
+    } else {
+      const bool makes = purpose == OpenFor::kCreating && disk_.names.contains(FolderOfPath(path));
       if (const int error = makes ? Changed() : -ENOENT) return error;
       disk_.files[++disk_.last_inode].mode = mode;
-      Rename({.to = path, .inode = disk_.last_inode});
+      Name({.to = path, .inode = disk_.last_inode});
     }
     open_[++next_descriptor_] = disk_.names.at(path);
     return next_descriptor_;
@@ -113,6 +118,8 @@ class SimulatedFiles final : public FileSystem {
     if (error == kHalf) size = (size + 1) / 2;
     if (error < 0 && error != kHalf) return error;
     if (const int cut = Changed()) return cut;
+    const std::uint64_t length = FileOf(file).content.size();
+    if (UsedBytes() + std::max(offset + size, length) - length > room_) return -ENOSPC;
     Made(file, {offset, std::string(static_cast<const char*>(bytes), size)});
     return static_cast<std::int64_t>(size);
   }
@@ -122,11 +129,16 @@ class SimulatedFiles final : public FileSystem {
     return Made(file, {size, {}, true}), 0;
   }
 
+  // After a sync that failed, what it was to write is not written by a later one either.
   int Sync(int file) override {
-    if (const int error = CalledToChange()) return error;
-    FileOf(file).lasting = FileOf(file).content;
-    FileOf(file).unsynced.clear();
-    return 0;
+    File& synced = FileOf(file);
+    const int error = Called();
+    if (error == 0) {
+      if (const int cut = Changed()) return cut;
+      for (const Write& write : synced.unsynced) ApplyWhole(write, synced.durable);
+    }
+    synced.unsynced.clear();
+    return error;
   }
 
   int Describe(const std::string& path, FileInfo& info) override {
@@ -136,7 +148,6 @@ class SimulatedFiles final : public FileSystem {
     info = InfoOf(found->second);
     return 0;
   }
-
   int DescribeOpen(int file, FileInfo& info) override {
     if (const int error = Called()) return error;
     info = InfoOf(open_.at(file));
@@ -156,41 +167,35 @@ class SimulatedFiles final : public FileSystem {
     FileOf(file).mode = mode;
     return 0;
   }
-
   int SetOwner(int, unsigned, unsigned) override { return Called(); }
 
   int Rename(const std::string& from, const std::string& to) override {
     if (const int error = CalledToChange()) return error;
     if (!disk_.names.contains(from)) return -ENOENT;
-    Rename({.from = from, .to = to, .inode = disk_.names.at(from)});
-    return 0;
+    return Name({.from = from, .to = to, .inode = disk_.names.at(from)});
   }
-
+  int RenameToFree(const std::string& from, const std::string& to) override {
+    return disk_.names.contains(to) ? -EEXIST : Rename(from, to);
+  }
   int Link(const std::string& from, const std::string& to) override {
     if (const int error = CalledToChange()) return error;
     if (disk_.names.contains(to)) return -EEXIST;
-    Rename({.to = to, .inode = disk_.names.at(from)});
-    return 0;
+    return Name({.to = to, .inode = disk_.names.at(from)});
   }
-
   int Remove(const std::string& path) override {
     if (const int error = CalledToChange()) return error;
-    Rename({.from = path});
-    return 0;
+    return Name({.from = path});
   }
-
   int MakeFolder(const std::string& path, unsigned) override {
     if (const int error = CalledToChange()) return error;
-    if (disk_.names.contains(path)) return -EEXIST;
-    Rename({.to = path});
-    return 0;
+    return disk_.names.contains(path) ? -EEXIST : Name({.to = path});
   }
 
   int SyncFolder(const std::string& path) override {
     if (const int error = CalledToChange()) return error;
     std::erase_if(disk_.unsynced, [&](const Naming& naming) {
       const bool here = FolderOfPath(naming.to.empty() ? naming.from : naming.to) == path;
-      if (here) Apply(naming, disk_.lasting_names);
+      if (here) Apply(naming, disk_.durable_names);
       return here;
     });
     return 0;
@@ -201,11 +206,21 @@ class SimulatedFiles final : public FileSystem {
     return disk_.names.contains(path) ? -EINVAL : -ENOENT;
   }
 
-  std::uint64_t BootNumber() override { return disk_.boot; }
+  int List(const std::string& path, std::vector<std::string>& names) override {
+    if (const int error = Called()) return error;
+    for (const auto& [each, inode] : disk_.names) {
+      if (FolderOfPath(each) == path) names.push_back(each.substr(each.rfind('/') + 1));
+    }
+    return 0;
+  }
+
+  std::chrono::microseconds Pause(std::chrono::microseconds duration) override {
+    paused_ += duration;
+    return duration;
+  }
 
  private:
   static constexpr int kHalf = -100000;  // No errno.
-  static constexpr std::size_t kSector = 512;
 
   struct Write {
     std::uint64_t offset = 0;  // Of a truncation, the size.
@@ -214,7 +229,7 @@ class SimulatedFiles final : public FileSystem {
   };
   struct File {
     std::string content{};
-    std::string lasting{};
+    std::string durable{};
     std::vector<Write> unsynced{};
     unsigned mode = 0;
     int locked_by = 0;
@@ -229,10 +244,9 @@ class SimulatedFiles final : public FileSystem {
   struct Disk {
     std::map<std::uint64_t, File> files;
     Names names{{"/", 0}, {"/home", 0}, {"/home/u", 0}, {"/var", 0}};
-    Names lasting_names = names;
+    Names durable_names = names;
     std::vector<Naming> unsynced;
     std::uint64_t last_inode = 0;
-    std::uint64_t boot = 1;
   };
 
   static std::string FolderOfPath(const std::string& path) {
@@ -242,23 +256,25 @@ class SimulatedFiles final : public FileSystem {
 
   static void ApplyWhole(const Write& write, std::string& content) {
     const auto offset = static_cast<std::size_t>(write.offset);
-    if (write.truncates) {
-      content.resize(offset);
-      return;
-    }
-    if (content.size() < offset + write.bytes.size()) content.resize(offset + write.bytes.size());
+    if (write.truncates) return content.resize(offset);
+    content.resize(std::max(content.size(), offset + write.bytes.size()));
     content.replace(offset, write.bytes.size(), write.bytes);
   }
 
+  // Nothing, everything, a beginning, an end, or any bytes.
   static void ApplyPart(const Write& write, Random& random, std::string& content) {
-    const auto fate = random.Bits() % 4;
+    const auto fate = random.Bits() % 5;
     if (fate == 0) return;
-    if (fate != 1 || write.truncates) return ApplyWhole(write, content);
-    for (std::size_t done = 0; done < write.bytes.size();) {
-      const std::size_t start = static_cast<std::size_t>(write.offset) + done;
-      const std::size_t step = std::min(kSector - start % kSector, write.bytes.size() - done);
-      if (random.Bits() % 2 == 0) ApplyWhole({start, write.bytes.substr(done, step)}, content);
-      done += step;
+    if (fate == 1 || write.truncates) return ApplyWhole(write, content);
+    const std::string former = content;
+    ApplyWhole(write, content);
+    const std::size_t cut = random.Bits() % (write.bytes.size() + 1);
+    const std::uint64_t step = 1 + random.Bits() % 64;
+    for (std::size_t i = 0; i < write.bytes.size(); ++i) {
+      const bool any = (i / step * 2654435761U + cut) % 7 < 3;
+      const bool stays = fate == 2 ? i < cut : fate == 3 ? i >= cut : any;
+      const auto at = static_cast<std::size_t>(write.offset) + i;
+      if (!stays) content[at] = at < former.size() ? former[at] : '\0';
     }
   }
 
@@ -266,14 +282,21 @@ class SimulatedFiles final : public FileSystem {
     names.erase(naming.from);
     if (!naming.to.empty()) names[naming.to] = naming.inode;
   }
-
-  void Rename(const Naming& naming) {
+  int Name(const Naming& naming) {
     Apply(naming, disk_.names);
     disk_.unsynced.push_back(naming);
+    return 0;
   }
   void Made(int file, const Write& write) {
     ApplyWhole(write, FileOf(file).content);
     FileOf(file).unsynced.push_back(write);
+  }
+  std::uint64_t UsedBytes() const {
+    std::uint64_t used = 0;
+    for (const auto& [path, inode] : disk_.names) {
+      if (inode != 0) used += disk_.files.at(inode).content.size();
+    }
+    return used;
   }
 
   // Counts a call: 0, or the error that it is to give.
@@ -289,7 +312,7 @@ class SimulatedFiles final : public FileSystem {
 
   File& FileOf(int file) { return disk_.files.at(open_.at(file)); }
   FileInfo InfoOf(std::uint64_t inode) const {
-    FileInfo info{.device = 1, .inode = inode, .regular = inode != 0};
+    FileInfo info{.device = 1, .inode = inode, .regular = inode != 0, .foreign = foreign_};
     if (info.regular) info.size = disk_.files.at(inode).content.size();
     if (info.regular) info.mode = disk_.files.at(inode).mode;
     return info;
@@ -306,6 +329,9 @@ class SimulatedFiles final : public FileSystem {
   std::int64_t cut_at_ = -1;
   std::int64_t changes_ = 0;
   bool read_only_ = false;
+  bool foreign_ = false;
+  std::uint64_t room_ = UINT64_MAX;
+  std::chrono::microseconds paused_{0};
 };
 
 }  // namespace quorl

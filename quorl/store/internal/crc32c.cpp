@@ -13,7 +13,7 @@ constexpr std::size_t kStep = 8;
 
 using Tables = std::array<std::array<std::uint32_t, 256>, kStep>;
 
-// Row k holds the checksum of a byte with k zero bytes behind it, so that eight bytes are taken at
+// Row k holds the checksum of a byte with k zero bytes after it, so that eight bytes are taken at
 // a time.
 constexpr Tables kTables = [] {
   Tables tables{};
@@ -33,10 +33,30 @@ constexpr Tables kTables = [] {
 
 static_assert(std::endian::native == std::endian::little);
 
+// Checksums are polynomials over two elements, the highest power in the lowest bit; this is their
+// product, modulo the checksum's own polynomial.
+constexpr std::uint32_t Product(std::uint32_t left, std::uint32_t right) noexcept {
+  std::uint32_t product = 0;
+  for (std::uint32_t bit = 1U << 31; bit != 0; bit >>= 1) {
+    if ((left & bit) != 0) product ^= right;
+    right = (right >> 1) ^ ((right & 1) != 0 ? kPolynomial : 0);
+  }
+  return product;
+}
+
+// Element k is x to the power of 8 times 2^k: what 2^k bytes after it do to a checksum.
+constexpr std::array<std::uint32_t, 64> kPowers = [] {
+  std::array<std::uint32_t, 64> powers{1U << 23};
+  for (std::size_t k = 1; k < powers.size(); ++k) {
+    powers[k] = Product(powers[k - 1], powers[k - 1]);
+  }
+  return powers;
+}();
+
 }  // namespace
 
-std::uint32_t Crc32c(std::string_view bytes) noexcept {
-  std::uint32_t rest = ~std::uint32_t{0};
+std::uint32_t Crc32c(std::string_view bytes, std::uint32_t before) noexcept {
+  std::uint32_t rest = ~before;
   const char* next = bytes.data();
   std::size_t left = bytes.size();
   for (; left >= kStep; left -= kStep, next += kStep) {
@@ -52,6 +72,13 @@ std::uint32_t Crc32c(std::string_view bytes) noexcept {
     rest = (rest >> 8) ^ kTables[0][(rest ^ static_cast<unsigned char>(*next)) & 0xFF];
   }
   return ~rest;
+}
+
+std::uint32_t Crc32cOfEnd(std::uint32_t whole, std::uint32_t before, std::uint64_t bytes) noexcept {
+  for (std::size_t k = 0; bytes != 0; ++k, bytes >>= 1) {
+    if ((bytes & 1) != 0) before = Product(kPowers[k], before);
+  }
+  return whole ^ before;
 }
 
 }  // namespace quorl::internal

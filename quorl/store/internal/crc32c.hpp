@@ -1,5 +1,6 @@
 // The checksum of the journal: CRC-32C, which finds every single flipped bit, every burst of up to
-// 32 bits, and all but one in four thousand million of other damage. A pure function.
+// 32 bits, and all but one in four thousand million of other damage. Pure
+// functions.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +8,11 @@
 
 namespace quorl::internal {
 
-std::uint32_t Crc32c(std::string_view bytes) noexcept;
+/// The checksum of `bytes`, or of what `before` is the checksum of with `bytes` after it.
+std::uint32_t Crc32c(std::string_view bytes, std::uint32_t before = 0) noexcept;
+
+/// The checksum of the last `bytes` bytes of a text, by the checksums of the whole text and of what
+/// stands before those bytes. Takes the same time whatever their number.
+std::uint32_t Crc32cOfEnd(std::uint32_t whole, std::uint32_t before, std::uint64_t bytes) noexcept;
 
 }  // namespace quorl::internal

@@ -12,14 +12,13 @@
 
 namespace quorl::internal {
 
-/// An open key. It is known by its path; the key itself is remembered as long as the hive's tree is
-/// the same one. `key` and `generation` are touched only while the hive is read or written.
+/// An open key, or a root key. `tree` and `key` are touched only while the hive is read or written.
 struct OpenedKey {
   Hive* hive = nullptr;
-  std::string path;
   Int32 access = 0;
-  std::shared_ptr<const Key> key;
-  std::uint64_t generation = 0;
+  bool is_root = false;
+  HiveContent tree{};  ///< The tree in which the key was found.
+  std::shared_ptr<Key> key{};
 };
 
 class HandleTable {

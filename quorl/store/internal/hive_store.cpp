@@ -11,9 +11,9 @@
 namespace quorl::internal {
 namespace {
 
-// The one place where exceptions of the allocator become a code.
+// The code of an operation that may lack memory.
 template <class Operation>
-Int32 WithinMemory(Operation operation) noexcept {
+StoreStatus CodeOf(Operation operation) noexcept {
   try {
     return operation();
   } catch (const std::bad_alloc&) {
@@ -25,18 +25,22 @@ Int32 WithinMemory(Operation operation) noexcept {
 
 bool IsRoot(KeyHandle key) noexcept { return key >= kClassesRoot && key <= kDynData; }
 
-int IndexOf(KeyHandle root) noexcept { return root - kClassesRoot; }
+std::size_t IndexOf(KeyHandle root) noexcept {
+  return static_cast<std::size_t>(root - kClassesRoot);
+}
 
-// The key that was opened, null when it has been deleted since.
-const Key* Resolve(OpenedKey& opened, const HiveContent& content) noexcept {
-  if (opened.generation == content.generation) {
-    return opened.key->Deleted() ? nullptr : opened.key.get();
+// The key that was opened, null when it has been deleted since. In another tree, which was read as
+// a whole, it is the key of the same path.
+Key* Resolve(OpenedKey& opened, const HiveContent& content) {
+  if (opened.is_root) return content->Root().get();
+  if (opened.key == nullptr || opened.key->Deleted()) return nullptr;
+  if (opened.tree != content) {
+    Key* key = FindKey(*content->Root(), opened.key->Path());
+    if (key == nullptr) return nullptr;
+    opened.key = key->Self();
+    opened.tree = content;
   }
-  const Key* key = content.tree.Find(opened.path);
-  if (key == nullptr) return nullptr;
-  opened.key = key->Self();
-  opened.generation = content.generation;
-  return key;
+  return opened.key.get();
 }
 
 Int32 Size(std::size_t bytes) noexcept { return static_cast<Int32>(bytes); }
@@ -59,7 +63,7 @@ void CopyOut(OutBuffer buffer, std::string_view bytes) noexcept {
 }
 
 // Data as the caller wants it, or the size that it needs.
-Int32 GiveData(OutBuffer buffer, std::string_view bytes) noexcept {
+StoreStatus GiveData(OutBuffer buffer, std::string_view bytes) noexcept {
   if (buffer.size != nullptr && !Fits(buffer, bytes.size())) {
     *buffer.size = Size(bytes.size());
     return kBufferTooSmall;
@@ -68,8 +72,8 @@ Int32 GiveData(OutBuffer buffer, std::string_view bytes) noexcept {
   return kDone;
 }
 
-// A name with a terminator behind it, which the size that is given does not count.
-Int32 GiveName(OutBuffer buffer, std::string_view name) noexcept {
+// A name with a terminator after it, which the size that is given does not count.
+StoreStatus GiveName(OutBuffer buffer, std::string_view name) noexcept {
   if (!Fits(buffer, name.size() + 1)) {
     *buffer.size = Size(name.size() + 1);
     return kBufferTooSmall;
@@ -84,76 +88,78 @@ bool IsNameBuffer(OutBuffer buffer) noexcept {
 }
 
 KeyInfo InfoOf(const Key& key) noexcept {
-  KeyInfo info{.subkeys = Size(key.Subkeys().size()), .values = Size(key.Values().size())};
-  for (const Key* subkey : key.Subkeys()) {
-    info.longest_subkey = std::max(info.longest_subkey, Size(subkey->Name().size()));
-  }
-  for (const Value* value : key.Values()) {
-    info.longest_value_name = std::max(info.longest_value_name, Size(value->name.size()));
-    info.longest_data = std::max(info.longest_data, Size(value->data.size()));
-  }
+  KeyInfo info{.subkeys = Size(key.SubkeyCount()), .values = Size(key.ValueCount())};
+  key.ForEachSubkey([&](const Key& subkey) {
+    info.longest_subkey = std::max(info.longest_subkey, Size(subkey.Name().size()));
+  });
+  key.ForEachValue([&](const Value& value) {
+    info.longest_value_name = std::max(info.longest_value_name, Size(value.name.size()));
+    info.longest_data = std::max(info.longest_data, Size(value.data.size()));
+  });
   return info;
 }
 
-// Plans that `source` is merged into the key at `destination`; nothing is planned for a key onto
-// itself and for an empty one.
-void PlanMerge(std::shared_ptr<const Key> source, const Key& destination, Change& change) {
-  if (source.get() == &destination || source->IsEmpty()) return;
-  change.kind = ChangeKind::Merge;
-  change.path = destination.Path();
-  change.content = std::move(source);
+StoreStatus StatusOf(const StoreChange& change) noexcept {
+  if (!IsRoot(change.root)) return kWrongHandle;
+  const bool is_sound = IsKeyPath(change.path) && IsValueName(change.name) &&
+                        change.data.size() <= static_cast<std::size_t>(INT32_MAX);
+  return is_sound ? kDone : kWrongArgument;
 }
 
-void PlanReplacement(std::shared_ptr<const Key> source, const Key& destination, Change& change) {
-  if (source.get() == &destination) return;
-  change.kind = ChangeKind::Replace;
-  change.path = destination.Path();
-  change.content = std::move(source);
+void Plan(const StoreChange& change, ChangePlan& plan) {
+  using enum StoreChange::Kind;
+  if (change.kind == kCreateKey || change.kind == kSetValue) {
+    Key& key = plan.Reach(plan.Root(), change.path);
+    if (change.kind == kSetValue) plan.PutValue(key, change.name, change.type, change.data);
+    return;
+  }
+  Key* key = plan.Find(plan.Root(), change.path);
+  if (key == nullptr) return;
+  if (change.kind == kDeleteValue) return plan.RemoveValue(*key, change.name);
+  if (plan.IsEmpty(*key) && key == &plan.Root()) return;
+  if (change.kind == kDeleteKey || plan.IsEmpty(*key)) plan.RemoveKey(*key);
 }
 
 }  // namespace
 
-HiveStore::HiveStore(Hives hives) : hives_(std::move(hives)) { Register(); }
+HiveStore::HiveStore(Hives hives) : hives_(std::move(hives)) {
+  for (std::size_t i = 0; i < roots_.size(); ++i) {
+    roots_[i] = std::make_shared<OpenedKey>(
+        OpenedKey{.hive = hives_[i].get(), .access = kAllAccess, .is_root = true});
+  }
+  Register();
+}
 
 HiveStore::~HiveStore() { Unregister(); }
 
-Hive& HiveStore::HiveOf(StoreRoot root) const noexcept {
-  return *hives_[static_cast<std::size_t>(IndexOf(root))];
+HiveStore::Opened HiveStore::Find(KeyHandle key) const {
+  return IsRoot(key) ? roots_[IndexOf(key)] : handles_.Find(key);
 }
 
-// A root key counts as opened with every right.
-std::shared_ptr<OpenedKey> HiveStore::Opened(KeyHandle key) const {
-  if (!IsRoot(key)) return handles_.Find(key);
-  auto opened = std::make_shared<OpenedKey>();
-  opened->hive = hives_[static_cast<std::size_t>(IndexOf(key))].get();
-  opened->access = kAllAccess;
-  return opened;
-}
-
-// The place `path` below `root`, which may be a root key or an open one, not yet opened itself.
-Int32 HiveStore::At(KeyHandle root, std::string_view path,
-                    std::shared_ptr<OpenedKey>& place) const {
-  if (path.find('\0') != path.npos) return kWrongArgument;
-  const auto base = Opened(root);
-  if (base == nullptr) return kWrongHandle;
-  place = std::make_shared<OpenedKey>();
-  place->hive = base->hive;
-  place->path = base->path;
-  if (!path.empty()) place->path.append(1, kPathSeparator).append(path);
-  if (base->path.empty()) return kDone;
-  return base->hive->Read(Freshness::AsKnown, [&](const HiveContent& content) -> Int32 {
-    return Resolve(*base, content) == nullptr ? kKeyDeleted : kDone;
+StoreStatus HiveStore::ReadKey(KeyHandle key, Int32 right,
+                               FunctionRef<StoreStatus(Key&)> look) const {
+  return CodeOf([&] {
+    const Opened opened = Find(key);
+    if (opened == nullptr) return kWrongHandle;
+    if ((opened->access & right) == 0) return kAccessDenied;
+    const auto freshness = opened->is_root ? Freshness::kUpToDate : Freshness::kAsKnown;
+    return opened->hive->Read(freshness, [&](const HiveContent& content) {
+      Key* found = Resolve(*opened, content);
+      return found == nullptr ? kKeyDeleted : look(*found);
+    });
   });
 }
 
-Int32 HiveStore::ReadKey(KeyHandle key, Int32 right, FunctionRef<Int32(const Key&)> look) const {
-  const auto opened = Opened(key);
-  if (opened == nullptr) return kWrongHandle;
-  if ((opened->access & right) == 0) return kAccessDenied;
-  const auto freshness = IsRoot(key) ? Freshness::UpToDate : Freshness::AsKnown;
-  return opened->hive->Read(freshness, [&](const HiveContent& content) -> Int32 {
-    const Key* found = Resolve(*opened, content);
-    return found == nullptr ? static_cast<Int32>(kKeyDeleted) : look(*found);
+StoreStatus HiveStore::WriteKey(KeyHandle key, Int32 right,
+                                FunctionRef<StoreStatus(Key&, ChangePlan&)> plan) const {
+  return CodeOf([&] {
+    const Opened opened = Find(key);
+    if (opened == nullptr) return kWrongHandle;
+    if ((opened->access & right) != right) return kAccessDenied;
+    return opened->hive->Write([&](const HiveContent& content, ChangePlan& changes) {
+      Key* found = Resolve(*opened, content);
+      return found == nullptr ? kKeyDeleted : plan(*found, changes);
+    });
   });
 }
 
@@ -161,15 +167,21 @@ Int32 HiveStore::OpenKey(KeyHandle root, std::string_view path, Int32 access,
                          KeyHandle* key) noexcept {
   if (key == nullptr) return kWrongArgument;
   *key = 0;
-  return WithinMemory([&]() -> Int32 {
-    std::shared_ptr<OpenedKey> place;
-    if (const Int32 status = At(root, path, place); status != kDone) return status;
-    place->access = access;
-    const Int32 status =
-        place->hive->Read(Freshness::UpToDate, [&](const HiveContent& content) -> Int32 {
-          return Resolve(*place, content) == nullptr ? kAbsent : kDone;
-        });
-    if (status == kDone) *key = handles_.Add(place);
+  if (path.find('\0') != path.npos) return kWrongArgument;
+  return CodeOf([&] {
+    const Opened base = Find(root);
+    if (base == nullptr) return kWrongHandle;
+    auto opened = std::make_shared<OpenedKey>(OpenedKey{.hive = base->hive, .access = access});
+    const auto status = base->hive->Read(Freshness::kUpToDate, [&](const HiveContent& content) {
+      const Key* from = Resolve(*base, content);
+      if (from == nullptr) return kKeyDeleted;
+      Key* found = FindKey(*from, path);
+      if (found == nullptr) return kAbsent;
+      opened->tree = content;
+      opened->key = found->Self();
+      return kDone;
+    });
+    if (status == kDone) *key = handles_.Add(std::move(opened));
     return status;
   });
 }
@@ -179,28 +191,39 @@ Int32 HiveStore::CreateKey(KeyHandle root, std::string_view path, Int32 access, 
   if (key == nullptr) return kWrongArgument;
   *key = 0;
   if (!IsKeyPath(path)) return kWrongArgument;
-  return WithinMemory([&]() -> Int32 {
-    std::shared_ptr<OpenedKey> place;
-    if (const Int32 status = At(root, path, place); status != kDone) return status;
-    place->access = access;
+  return CodeOf([&] {
+    const Opened base = Find(root);
+    if (base == nullptr) return kWrongHandle;
     // The handle comes first: a key that was made must not be reported as failed.
-    const KeyHandle handle = handles_.Add(place);
-    bool missing = false;
-    const Int32 status = WithinMemory([&] {
-      return place->hive->Write([&](const HiveContent& content, Change& change) -> Int32 {
-        missing = content.tree.Find(place->path) == nullptr;
-        if (!missing) return kDone;
-        change.kind = ChangeKind::CreateKey;
-        change.path = CanonicalPath(content.tree, place->path);
+    auto opened = std::make_shared<OpenedKey>(OpenedKey{.hive = base->hive, .access = access});
+    const KeyHandle handle = handles_.Add(opened);
+    bool is_missing = false;
+    StoreStatus status = CodeOf([&] {
+      return base->hive->Write([&](const HiveContent& content, ChangePlan& changes) {
+        Key* from = Resolve(*base, content);
+        if (from == nullptr) return kKeyDeleted;
+        is_missing = changes.Find(*from, path) == nullptr;
+        if (is_missing) changes.Reach(*from, path);
         return kDone;
       });
     });
+    if (status == kDone) {
+      status = base->hive->Read(Freshness::kAsKnown, [&](const HiveContent& content) {
+        const Key* from = Resolve(*base, content);
+        Key* found = from == nullptr ? nullptr : FindKey(*from, path);
+        // Another thread may have deleted it again.
+        if (found == nullptr) return kDone;
+        opened->tree = content;
+        opened->key = found->Self();
+        return kDone;
+      });
+    }
     if (status != kDone) {
       handles_.Remove(handle);
       return status;
     }
     *key = handle;
-    if (created != nullptr) *created = missing;
+    if (created != nullptr) *created = is_missing;
     return kDone;
   });
 }
@@ -212,149 +235,147 @@ Int32 HiveStore::CloseKey(KeyHandle key) noexcept {
 Int32 HiveStore::QueryValue(KeyHandle key, std::string_view name, Int32* type,
                             OutBuffer data) noexcept {
   if (!IsSound(data)) return kWrongArgument;
-  return WithinMemory([&] {
-    return ReadKey(key, kReadValues, [&](const Key& found) -> Int32 {
-      const Value* value = found.FindValue(name);
-      if (value == nullptr) return kAbsent;
-      if (type != nullptr) *type = value->type;
-      return GiveData(data, value->data);
-    });
+  return ReadKey(key, kReadValues, [&](const Key& found) {
+    const Value* value = found.FindValue(name);
+    if (value == nullptr) return kAbsent;
+    if (type != nullptr) *type = value->type;
+    return GiveData(data, value->data);
   });
 }
 
 Int32 HiveStore::SetValue(KeyHandle key, std::string_view name, Int32 type,
                           std::string_view data) noexcept {
   if (!IsValueName(name) || data.size() > INT32_MAX) return kWrongArgument;
-  return WithinMemory([&]() -> Int32 {
-    const auto opened = Opened(key);
-    if (opened == nullptr) return kWrongHandle;
-    if ((opened->access & kSetValues) == 0) return kAccessDenied;
-    return opened->hive->Write([&](const HiveContent& content, Change& change) -> Int32 {
-      const Key* found = Resolve(*opened, content);
-      if (found == nullptr) return kKeyDeleted;
-      const Value* value = found->FindValue(name);
-      if (value != nullptr && value->type == type && value->data == data) return kDone;
-      change.kind = ChangeKind::SetValue;
-      change.path = found->Path();
-      change.name = value == nullptr ? name : std::string_view(value->name);
-      change.type = type;
-      change.data = data;
-      return kDone;
-    });
+  return WriteKey(key, kSetValues, [&](Key& found, ChangePlan& changes) {
+    const Value* value = found.FindValue(name);
+    const bool is_same = value != nullptr && value->type == type && value->data == data;
+    if (!is_same) changes.PutValue(found, name, type, data);
+    return kDone;
   });
 }
 
 Int32 HiveStore::DeleteValue(KeyHandle key, std::string_view name) noexcept {
-  return WithinMemory([&]() -> Int32 {
-    const auto opened = Opened(key);
-    if (opened == nullptr) return kWrongHandle;
-    if ((opened->access & kSetValues) == 0) return kAccessDenied;
-    return opened->hive->Write([&](const HiveContent& content, Change& change) -> Int32 {
-      const Key* found = Resolve(*opened, content);
-      if (found == nullptr) return kKeyDeleted;
-      const Value* value = found->FindValue(name);
-      if (value == nullptr) return kAbsent;
-      change.kind = ChangeKind::DeleteValue;
-      change.path = found->Path();
-      change.name = value->name;
-      return kDone;
-    });
+  return WriteKey(key, kSetValues, [&](Key& found, ChangePlan& changes) {
+    if (found.FindValue(name) == nullptr) return kAbsent;
+    changes.RemoveValue(found, name);
+    return kDone;
   });
 }
 
 Int32 HiveStore::EnumValue(KeyHandle key, Int32 index, OutBuffer name, Int32* type,
                            OutBuffer data) noexcept {
   if (index < 0 || !IsNameBuffer(name) || !IsSound(data)) return kWrongArgument;
-  return WithinMemory([&] {
-    return ReadKey(key, kReadValues, [&](const Key& found) -> Int32 {
-      if (static_cast<std::size_t>(index) >= found.Values().size()) return kEndOfList;
-      const Value& value = *found.Values()[static_cast<std::size_t>(index)];
-      const Int32 name_status = GiveName(name, value.name);
-      const Int32 data_status = GiveData(data, value.data);
-      if (type != nullptr) *type = value.type;
-      return name_status == kDone ? data_status : name_status;
-    });
+  return ReadKey(key, kReadValues, [&](const Key& found) {
+    const Value* value = found.ValueAt(static_cast<std::size_t>(index));
+    if (value == nullptr) return kEndOfList;
+    const StoreStatus name_status = GiveName(name, value->name);
+    const StoreStatus data_status = GiveData(data, value->data);
+    if (type != nullptr) *type = value->type;
+    return name_status == kDone ? data_status : name_status;
   });
 }
 
 Int32 HiveStore::EnumKey(KeyHandle key, Int32 index, OutBuffer name) noexcept {
   if (index < 0 || !IsNameBuffer(name)) return kWrongArgument;
-  return WithinMemory([&] {
-    return ReadKey(key, kListSubkeys, [&](const Key& found) -> Int32 {
-      if (static_cast<std::size_t>(index) >= found.Subkeys().size()) return kEndOfList;
-      return GiveName(name, found.Subkeys()[static_cast<std::size_t>(index)]->Name());
-    });
+  return ReadKey(key, kListSubkeys, [&](const Key& found) {
+    const Key* subkey = found.SubkeyAt(static_cast<std::size_t>(index));
+    return subkey == nullptr ? kEndOfList : GiveName(name, subkey->Name());
   });
 }
 
 Int32 HiveStore::QueryInfo(KeyHandle key, KeyInfo* info) noexcept {
   if (info == nullptr) return kWrongArgument;
-  return WithinMemory([&] {
-    return ReadKey(key, kReadValues, [&](const Key& found) -> Int32 {
-      *info = InfoOf(found);
-      return kDone;
-    });
-  });
-}
-
-// Plans a change of `destination` by what the source holds.
-Int32 HiveStore::WriteFrom(KeyHandle root, std::string_view source, KeyHandle destination,
-                           PlanOfTwo plan) const noexcept {
-  return WithinMemory([&]() -> Int32 {
-    std::shared_ptr<OpenedKey> from;
-    if (const Int32 status = At(root, source, from); status != kDone) return status;
-    const auto to = Opened(destination);
-    if (to == nullptr) return kWrongHandle;
-    const Int32 needed = kSetValues | kCreateSubkeys;
-    if ((to->access & needed) != needed) return kAccessDenied;
-
-    // Within one hive the source is taken as it stands when the change is made; from another hive a
-    // copy comes along.
-    std::shared_ptr<const Key> found_source;
-    const auto find_source = [&](const HiveContent& content) -> Int32 {
-      const Key* found = content.tree.Find(from->path);
-      if (found == nullptr) return kAbsent;
-      found_source = from->hive == to->hive ? found->Self() : DetachedCopy(*found);
-      return kDone;
-    };
-    if (from->hive != to->hive) {
-      const Int32 status = from->hive->Read(Freshness::UpToDate, find_source);
-      if (status != kDone) return status;
-    }
-    return to->hive->Write([&](const HiveContent& content, Change& change) -> Int32 {
-      const Key* into = Resolve(*to, content);
-      if (into == nullptr) return kKeyDeleted;
-      if (from->hive == to->hive) {
-        if (const Int32 status = find_source(content); status != kDone) return status;
-      }
-      plan(found_source, *into, change);
-      return kDone;
-    });
+  return ReadKey(key, kReadValues, [&](const Key& found) {
+    *info = InfoOf(found);
+    return kDone;
   });
 }
 
 Int32 HiveStore::CopyTree(KeyHandle root, std::string_view source, KeyHandle destination) noexcept {
-  return WriteFrom(root, source, destination, PlanMerge);
-}
-
-Int32 HiveStore::ReplaceTree(KeyHandle root, std::string_view source,
-                             KeyHandle destination) noexcept {
-  return WriteFrom(root, source, destination, PlanReplacement);
+  if (source.find('\0') != source.npos) return kWrongArgument;
+  return CodeOf([&] {
+    const Opened base = Find(root);
+    const Opened to = Find(destination);
+    if (base == nullptr || to == nullptr) return kWrongHandle;
+    const Int32 rights = kSetValues | kCreateSubkeys;
+    if ((to->access & rights) != rights) return kAccessDenied;
+    const auto find_source = [&](const HiveContent& content, const Key*& found) {
+      const Key* from = Resolve(*base, content);
+      if (from == nullptr) return kKeyDeleted;
+      found = FindKey(*from, source);
+      return found == nullptr ? kAbsent : kDone;
+    };
+    // Within one hive the source is taken as it stands when the change is made; from another hive a
+    // copy comes along.
+    std::shared_ptr<const Key> copy;
+    if (base->hive != to->hive) {
+      const auto status = base->hive->Read(Freshness::kUpToDate, [&](const HiveContent& content) {
+        const Key* found = nullptr;
+        const StoreStatus found_status = find_source(content, found);
+        if (found_status == kDone) copy = DetachedCopy(*found);
+        return found_status;
+      });
+      if (status != kDone) return status;
+    }
+    return to->hive->Write([&](const HiveContent& content, ChangePlan& changes) {
+      Key* into = Resolve(*to, content);
+      if (into == nullptr) return kKeyDeleted;
+      const Key* from = copy.get();
+      const StoreStatus status = copy == nullptr ? find_source(content, from) : kDone;
+      if (status == kDone) changes.Merge(*from, *into);
+      return status;
+    });
+  });
 }
 
 Int32 HiveStore::DeleteTree(KeyHandle root, std::string_view path) noexcept {
-  return WithinMemory([&]() -> Int32 {
-    std::shared_ptr<OpenedKey> place;
-    if (const Int32 status = At(root, path, place); status != kDone) return status;
-    return place->hive->Write([&](const HiveContent& content, Change& change) -> Int32 {
-      const Key* found = content.tree.Find(place->path);
+  if (path.find('\0') != path.npos) return kWrongArgument;
+  return CodeOf([&] {
+    const Opened base = Find(root);
+    if (base == nullptr) return kWrongHandle;
+    return base->hive->Write([&](const HiveContent& content, ChangePlan& changes) {
+      Key* from = Resolve(*base, content);
+      if (from == nullptr) return kKeyDeleted;
+      Key* found = changes.Find(*from, path);
       if (found == nullptr) return kAbsent;
-      if (found == content.tree.Root().get() && found->IsEmpty()) return kDone;
-      change.kind = ChangeKind::DeleteKey;
-      change.path = found->Path();
+      const bool is_empty_root = found == &changes.Root() && found->IsEmpty();
+      if (!is_empty_root) changes.RemoveKey(*found);
       return kDone;
     });
   });
+}
+
+Int32 HiveStore::Commit(std::span<const StoreChange> changes) noexcept {
+  for (const StoreChange& change : changes) {
+    if (const StoreStatus status = StatusOf(change); status != kDone) return status;
+  }
+  return CodeOf([&] { return CommitAll(changes); });
+}
+
+// Everything that can fail but the disk is done for every hive before the first one is committed.
+// The hives are locked in one order, so that two processes never wait for each other.
+StoreStatus HiveStore::CommitAll(std::span<const StoreChange> changes) {
+  std::array<std::unique_ptr<PendingChange>, kRootCount> pending;
+  for (std::size_t i = 0; i < hives_.size(); ++i) {
+    const auto is_here = [&](const StoreChange& change) { return IndexOf(change.root) == i; };
+    if (std::ranges::none_of(changes, is_here)) continue;
+    const StoreStatus status = hives_[i]->Prepare(
+        [&](const HiveContent&, ChangePlan& plan) {
+          for (const StoreChange& change : changes) {
+            if (plan.IsAnswered()) break;
+            if (is_here(change)) Plan(change, plan);
+          }
+          return kDone;
+        },
+        pending[i]);
+    if (status != kDone) return status;
+  }
+  for (auto& each : pending) {
+    const StoreStatus status = each == nullptr ? kDone : each->Commit();
+    if (status != kDone) return status;
+    each.reset();
+  }
+  return kDone;
 }
 
 Int32 HiveStore::OpenKeyCount() const noexcept { return Size(handles_.Count()); }

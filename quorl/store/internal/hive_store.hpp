@@ -4,7 +4,6 @@
 
 #include <array>
 #include <memory>
-#include <string>
 #include <string_view>
 
 #include "quorl/store/internal/fork_aware.hpp"
@@ -23,8 +22,6 @@ class HiveStore final : public Store, private ForkAware {
   explicit HiveStore(Hives hives);
   ~HiveStore() override;
 
-  Hive& HiveOf(StoreRoot root) const noexcept;
-
   Int32 OpenKey(KeyHandle root, std::string_view path, Int32 access,
                 KeyHandle* key) noexcept override;
   Int32 CreateKey(KeyHandle root, std::string_view path, Int32 access, KeyHandle* key,
@@ -41,29 +38,23 @@ class HiveStore final : public Store, private ForkAware {
   Int32 QueryInfo(KeyHandle key, KeyInfo* info) noexcept override;
   Int32 CopyTree(KeyHandle root, std::string_view source, KeyHandle destination) noexcept override;
   Int32 DeleteTree(KeyHandle root, std::string_view path) noexcept override;
+  Int32 Commit(std::span<const StoreChange> changes) noexcept override;
   Int32 OpenKeyCount() const noexcept override;
 
-  /// Makes `destination`, opened for `kSetValues` and `kCreateSubkeys`, hold exactly what the
-  /// source holds, in one change: what it held before is gone. The source may lie in another hive,
-  /// so that many changes can be made ready in one that is in memory and then be made here as one:
-  ///     store.CopyTree(kCurrentUser, "Software\\Maison", staging);    // in kDynData
-  ///     ...
-  ///     store.ReplaceTree(kDynData, "Staging", destination);
-  /// Gives 2 when the source is absent; codes otherwise as for `CopyTree`.
-  Int32 ReplaceTree(KeyHandle root, std::string_view source, KeyHandle destination) noexcept;
-
  private:
+  using Opened = std::shared_ptr<OpenedKey>;
+
   void HoldForFork() noexcept override;
   void ReleaseAfterFork() noexcept override;
 
-  std::shared_ptr<OpenedKey> Opened(KeyHandle key) const;
-  Int32 At(KeyHandle root, std::string_view path, std::shared_ptr<OpenedKey>& place) const;
-  using PlanOfTwo = void (*)(std::shared_ptr<const Key>, const Key&, Change&);
-  Int32 WriteFrom(KeyHandle root, std::string_view source, KeyHandle destination,
-                  PlanOfTwo plan) const noexcept;
-  Int32 ReadKey(KeyHandle key, Int32 right, FunctionRef<Int32(const Key&)> look) const;
+  Opened Find(KeyHandle key) const;
+  StoreStatus ReadKey(KeyHandle key, Int32 right, FunctionRef<StoreStatus(Key&)> look) const;
+  StoreStatus WriteKey(KeyHandle key, Int32 right,
+                       FunctionRef<StoreStatus(Key&, ChangePlan&)> plan) const;
+  StoreStatus CommitAll(std::span<const StoreChange> changes);
 
   Hives hives_;
+  std::array<Opened, kRootCount> roots_;  // Open always, with every right.
   HandleTable handles_;
 };
 

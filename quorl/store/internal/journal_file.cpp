@@ -1,191 +1,160 @@
 #include "quorl/store/internal/journal_file.hpp"
 
-#include <unistd.h>
-
+#include <algorithm>
+#include <array>
 #include <cerrno>
-#include <chrono>
+#include <cstring>
 #include <utility>
+
+#include "quorl/store/internal/journal_salvage.hpp"
+#include "quorl/store/internal/random_number.hpp"
 
 namespace quorl::internal {
 namespace {
 
-constexpr std::size_t kWriteBytes = std::size_t{1} << 20;
+// Transactions of a fresh journal: many, so that damage to the head of one leaves the others.
+constexpr std::size_t kFreshTransactionBytes = std::size_t{64} * 1024;
+constexpr std::uint64_t kBlockBytes = 4096;
+// Zeros that are always left for what only deletes, and those that are added to a growing file: an
+// eighth of it within these bounds.
+constexpr std::uint64_t kReserveBytes = 4096;
+constexpr std::uint64_t kLeastGrowthBytes = std::uint64_t{8} * 1024;
+constexpr std::uint64_t kMostGrowthBytes = std::uint64_t{16} * 1024;
+// A file that is read while somebody writes may look damaged for a moment.
+constexpr int kExaminations = 3;
 
-std::uint32_t DrawSalt() noexcept {
-  std::uint32_t salt = 0;
-  if (getentropy(&salt, sizeof salt) == 0) return salt;
-  return static_cast<std::uint32_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+constexpr std::uint64_t WholeBlocks(std::uint64_t bytes) noexcept {
+  return (bytes + kBlockBytes - 1) / kBlockBytes * kBlockBytes;
 }
 
-bool IsOfThisStart(const JournalMark& mark, std::uint64_t boot) noexcept {
-  return boot != 0 && mark.boot == boot;
-}
-
-// Replays what is settled: to the mark, and behind it what counts after another start.
-bool ReplaySettled(FileWindow& window, const JournalMark& mark, std::uint64_t boot,
-                   LoadedJournal& loaded) {
-  Replay(window, mark.end, Groups::OfAnyLength, loaded.position, loaded.tree);
-  if (loaded.position.end != mark.end || loaded.position.sequence != mark.sequence) return false;
-  if (!IsOfThisStart(mark, boot)) {
-    Replay(window, window.Size(), Groups::OfAnyLength, loaded.position, loaded.tree);
-  }
-  return true;
-}
-
-// Whether `mark` still stands in the file. What was read behind a mark of another start may have
-// been written after the mark was read, and is then not settled.
-bool StillHas(const OpenFile& file, const JournalMark& mark) {
-  JournalPrefix prefix;
-  return ReadPrefix(file, prefix) == kDone && prefix.mark == mark;
-}
-
-// The beginning and then the length, in this order: what the mark calls settled is within it.
-Int32 BeginReading(const OpenFile& file, JournalPrefix& prefix, std::uint64_t& size) {
-  if (const Int32 status = ReadPrefix(file, prefix); status != kDone) return status;
-  if (prefix.header && prefix.header->version > kJournalVersion) return kNewerFormat;
-  FileInfo info;
-  const Int32 status = file.Describe(info);
-  size = info.size;
-  return status;
+void ReplayFrom(FileWindow& window, const JournalHeader& header, std::string_view header_bytes,
+                LoadedJournal& loaded) {
+  JournalPosition& position = loaded.position;
+  position.salt = header.salt;
+  position.SetAnchor(0, header_bytes);
+  Replay(window, position, *loaded.tree);
+  loaded.ends_cleanly = EndsCleanly(window, position);
+  loaded.report.records = position.last;
 }
 
 }  // namespace
 
-Int32 LoadJournal(const OpenFile& file, std::uint64_t boot, LoadedJournal& loaded) {
-  JournalPrefix prefix;
-  if (const Int32 status = BeginReading(file, prefix, loaded.report.bytes); status != kDone) {
-    return status;
-  }
-  FileWindow window(file, loaded.report.bytes);
-  if (prefix.header && prefix.mark && prefix.mark->salt == prefix.header->salt) {
-    loaded.position.salt = prefix.header->salt;
-    const bool settled = ReplaySettled(window, *prefix.mark, boot, loaded);
+StoreStatus LoadJournal(const OpenFile& file, LoadedJournal& loaded) {
+  FileInfo info;
+  const StoreStatus described = file.Describe(info);
+  if (described != kDone) return described;
+  loaded.report.bytes = info.size;
+  FileWindow window(file, info.size);
+  const std::string header_bytes(window.At(0, kHeaderBytes));
+  const auto header = DecodeHeader(header_bytes);
+  if (header && header->version > kJournalVersion) return kNewerFormat;
+  const bool is_ours = header && header->version == kJournalVersion;
+  if (is_ours) {
+    ReplayFrom(window, *header, header_bytes, loaded);
     if (window.Status() != kDone) return window.Status();
-    if (settled && !IsOfThisStart(*prefix.mark, boot) && !StillHas(file, *prefix.mark)) {
-      loaded = LoadedJournal();
-      return LoadJournal(file, boot, loaded);
-    }
-    if (settled) {
-      loaded.report.records = loaded.position.sequence;
+    if (loaded.ends_cleanly) return kDone;
+    if (!ShowsDamage(window, loaded.position)) {
       loaded.report.unfinished_bytes = window.Size() - loaded.position.end;
-      return kDone;
+      return window.Status();
     }
   }
-  const std::uint64_t read_until = loaded.position.end;
-  loaded.tree = KeyTree();
-  Salvage(window, prefix, boot, loaded.tree, loaded.report);
-  if (!loaded.report.Damaged()) loaded.report.losses.push_back({.offset = read_until});
-  return loaded.report.status;
+  loaded.tree = std::make_shared<KeyTree>();
+  loaded.report.records = 0;
+  Salvage(window, is_ours ? std::optional(header->salt) : std::nullopt, *loaded.tree,
+          loaded.report);
+  return static_cast<StoreStatus>(loaded.report.status);
 }
 
 JournalReport ExamineFile(FileSystem& files, const std::string& path) {
   JournalReport report{.path = path};
   FileInfo info;
   const int found = files.Describe(path, info);
-  report.status = found == -ENOENT ? static_cast<Int32>(kAbsent) : CodeOfResult(found);
+  report.status = found == -ENOENT ? kAbsent : CodeOfResult(found);
   if (report.status == kDone && !info.regular) report.status = kNotAHive;
   if (report.status != kDone) return report;
-  const int descriptor = files.Open(path, OpenFor::Reading, 0);
+  const int descriptor = files.Open(path, OpenFor::kReading, 0);
   report.status = CodeOfResult(descriptor);
   if (report.status != kDone) return report;
   const OpenFile file(files, descriptor);
-  JournalPrefix prefix;
-  report.status = BeginReading(file, prefix, report.bytes);
-  if (report.status != kDone) return report;
-  FileWindow window(file, report.bytes);
-  KeyTree tree;
-  Salvage(window, prefix, files.BootNumber(), tree, report);
+  for (int attempt = 0; attempt < kExaminations; ++attempt) {
+    LoadedJournal loaded;
+    const StoreStatus status = LoadJournal(file, loaded);
+    report = std::move(loaded.report);
+    report.path = path;
+    report.status = status;
+    if (!report.Damaged()) break;
+  }
   return report;
 }
 
-ReadOnResult ReadOn(const OpenFile& file, std::uint64_t boot, JournalPosition& position,
-                    KeyTree& tree, Int32& status) {
-  JournalPrefix prefix;
-  std::uint64_t size = 0;
-  status = BeginReading(file, prefix, size);
-  if (status != kDone) return ReadOnResult::Done;
-  const auto& mark = prefix.mark;
-  if (!mark || mark->salt != position.salt || mark->end < position.end) {
-    return ReadOnResult::LoadAnew;
-  }
-  const bool this_start = IsOfThisStart(*mark, boot);
-  const std::uint64_t limit = this_start ? mark->end : size;
-  FileWindow window(file, limit);
-  status = Replay(window, limit, Groups::OfOneRecord, position, tree);
-  if (status != kDone) return ReadOnResult::Done;
-  const bool complete = position.end >= mark->end && !GroupFollows(window, limit, position);
-  return complete && (this_start || StillHas(file, *mark)) ? ReadOnResult::Done
-                                                           : ReadOnResult::LoadAnew;
-}
-
-Int32 WriteFreshJournal(const OpenFile& file, const Key& content, std::uint64_t boot,
-                        JournalPosition& position) {
-  position = {.salt = DrawSalt()};
-  std::string records;
-  RecordWriter writer(records, position.salt, 0);
-  Int32 status = file.Write(Encoded(JournalHeader{.salt = position.salt}), 0);
+StoreStatus WriteFreshJournal(const OpenFile& file, Key& root, FreshJournal& fresh) {
+  JournalPosition& position = fresh.position;
+  position.salt = static_cast<std::uint32_t>(RandomNumber());
+  const std::string header = Encoded(JournalHeader{.salt = position.salt});
+  position.SetAnchor(0, header);
+  StoreStatus status = file.Write(header, 0);
+  TransactionWriter writer(position.salt, 0, {});
   const auto flush = [&](std::size_t least) {
-    if (status != kDone || records.size() < least) return;
-    status = file.Write(records, position.end);
-    position.end += records.size();
-    records.clear();
+    if (status != kDone || writer.Size() <= least) return;
+    position.last = writer.LastNumber();
+    position.identity = writer.LastIdentity();
+    const std::string bytes = writer.Finish();
+    status = file.Write(bytes, position.end);
+    position.SetAnchor(position.end, bytes);
+    position.end += bytes.size();
+    writer = TransactionWriter(position.salt, position.last, position.identity);
   };
-  ForEachKey(content, [&](const Key& key) {
-    if (status != kDone) return;
-    writer.AppendKey(key.Path(), key, false);
-    flush(kWriteBytes);
-  });
-  flush(0);
-  position.sequence = writer.LastSequence();
-  if (status == kDone) status = file.Write(MarkOf(boot, position), kHeaderBytes);
+  std::vector<std::pair<Key*, std::uint32_t>> waiting{{&root, 0}};
+  while (!waiting.empty() && status == kDone) {
+    const auto [key, parent] = waiting.back();
+    waiting.pop_back();
+    const auto number = static_cast<std::uint32_t>(fresh.keys.size());
+    fresh.keys.push_back(key);
+    writer.AppendKey(*key, parent, number);
+    flush(kFreshTransactionBytes);
+    const std::size_t first = waiting.size();
+    key->ForEachSubkey([&](Key& subkey) { waiting.emplace_back(&subkey, number); });
+    std::reverse(waiting.begin() + static_cast<std::ptrdiff_t>(first), waiting.end());
+  }
+  flush(kTransactionHeadBytes);
+  const std::uint64_t size = WholeBlocks(position.end + kReserveBytes);
+  if (status == kDone) status = file.WriteZeros(size - position.end, position.end);
   return status == kDone ? file.Sync() : status;
 }
 
 std::uint64_t FreshJournalBytes(const KeyTree& tree) noexcept {
-  const Weight weight = tree.TotalWeight();
-  return kRecordsStart +
-         static_cast<std::uint64_t>(weight.records * static_cast<std::int64_t>(kRecordOverhead) +
-                                    weight.bytes);
+  const std::uint64_t bytes = FreshBytes(tree.TotalWeight());
+  return kHeaderBytes + bytes + (bytes / kFreshTransactionBytes + 1) * kTransactionHeadBytes;
 }
 
-Int32 SettleEnd(const OpenFile& file, std::uint64_t boot, const JournalPosition& position) {
-  JournalPrefix prefix;
-  FileInfo info;
-  Int32 status = ReadPrefix(file, prefix);
-  if (status == kDone) status = file.Describe(info);
-  if (status != kDone) return status;
-  const auto& mark = prefix.mark;
-  const bool marked = mark && IsOfThisStart(*mark, boot) && mark->end == position.end;
-  const bool exact = info.size == position.end;
-  if (marked && exact) return kDone;
-  // Synced before anything is written there: rests of what was cut off must not come to lie behind
-  // a new record, nor a mark name what is not lasting.
-  if (!exact) status = file.Truncate(position.end);
-  if (status == kDone) status = file.Sync();
-  if (status == kDone && !marked) status = file.Write(MarkOf(boot, position), kHeaderBytes);
-  return status;
-}
-
-Int32 AppendRecords(const OpenFile& file, std::string_view records,
-                    const JournalPosition& position) {
-  Int32 status = file.Write(records, position.end);
-  if (status == kDone) status = file.Sync();
+StoreStatus ReserveRoom(const OpenFile& file, std::uint64_t size, std::uint64_t end,
+                        std::uint64_t bytes, bool only_deletes) {
+  if (end + bytes + kReserveBytes <= size) return kDone;
+  const std::uint64_t growth = std::clamp(end / 8, kLeastGrowthBytes, kMostGrowthBytes);
+  const std::uint64_t wanted = WholeBlocks(end + bytes + growth);
+  const StoreStatus status = file.WriteZeros(wanted - size, size);
   if (status == kDone) return kDone;
-  if (file.Truncate(position.end) == kDone) file.Sync();
-  return status;
+  file.Truncate(size);
+  return only_deletes && end + bytes <= size ? kDone : status;
 }
 
-std::string MarkOf(std::uint64_t boot, const JournalPosition& position) {
-  return Encoded(JournalMark{
-      .boot = boot, .end = position.end, .sequence = position.sequence, .salt = position.salt});
+StoreStatus Append(const OpenFile& file, std::string_view transaction, std::uint64_t end) {
+  const StoreStatus status = file.Write(transaction, end);
+  return status == kDone ? file.Sync() : status;
 }
 
-Int32 Publish(const OpenFile& file, std::string_view before, std::string_view after,
-              std::uint64_t end) {
-  const Int32 status = file.Write(after, kHeaderBytes);
-  if (status == kDone) return kDone;
-  if (file.Write(before, kHeaderBytes) == kDone && file.Truncate(end) == kDone) file.Sync();
-  return status;
+void Confirm(const OpenFile& file, const JournalPosition& position) noexcept {
+  try {
+    FileInfo info;
+    file.Write(Encoded(Confirmation{.salt = position.salt, .last = position.last}), position.end);
+  } catch (const std::bad_alloc&) {
+    // The journal is the same without it.
+  }
+}
+
+StoreStatus TakeBack(const OpenFile& file, std::uint64_t bytes, std::uint64_t end) {
+  const StoreStatus status = file.WriteZeros(bytes, end);
+  return status == kDone ? file.Sync() : status;
 }
 
 }  // namespace quorl::internal

@@ -1,11 +1,14 @@
 #include "quorl/store/internal/journal_format.hpp"
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
-#include <type_traits>
+#include <memory>
+#include <utility>
+#include <vector>
 
 #include "quorl/store/internal/crc32c.hpp"
-#include "quorl/store/key_name.hpp"
 
 namespace quorl::internal {
 namespace {
@@ -13,12 +16,7 @@ namespace {
 static_assert(std::endian::native == std::endian::little);
 
 constexpr std::string_view kFileMagic = "QRLSTORE";
-constexpr std::string_view kHeadMagic = "QREC";
-constexpr std::string_view kTailMagic = "QEND";
-constexpr std::size_t kChecksumBytes = 4;
-constexpr std::uint32_t kMoreBit = 0x100;
-constexpr std::uint32_t kKindBits = 0xFF;
-constexpr std::size_t kTypeBytes = 4;
+constexpr std::size_t kCheckBytes = 4;
 
 template <class Number>
 void Put(std::string& out, Number number) {
@@ -34,43 +32,25 @@ Number Get(std::string_view bytes, std::size_t offset) noexcept {
   return number;
 }
 
-void PutChecksum(std::string& out, std::size_t start) {
-  Put(out, Crc32c(std::string_view(out).substr(start)));
+std::string WithCheck(std::string bytes) {
+  Put(bytes, Crc32c(bytes));
+  return bytes;
 }
 
-// Whether `size` bytes are there and end with the checksum of those before.
+// Whether `size` bytes are there and end with the check of those before.
 bool IsIntact(std::string_view bytes, std::size_t size, std::string_view magic) noexcept {
   if (bytes.size() < size || !bytes.starts_with(magic)) return false;
-  const std::size_t body = size - kChecksumBytes;
+  const std::size_t body = size - kCheckBytes;
   return Get<std::uint32_t>(bytes, body) == Crc32c(bytes.substr(0, body));
 }
 
-constexpr std::string_view MagicOf(RecordEnd end) noexcept {
-  return end == RecordEnd::Head ? kHeadMagic : kTailMagic;
+// The check of a record's head and name, which is another one in each journal.
+std::uint32_t HeadCheck(std::uint32_t salt, std::string_view head, std::string_view name) noexcept {
+  return Crc32c(name, Crc32c(head.substr(0, kRecordHeadBytes - kCheckBytes), salt));
 }
 
-void PutHead(std::string& out, const RecordHead& head, RecordEnd end) {
-  const std::size_t start = out.size();
-  out += MagicOf(end);
-  Put(out, head.salt);
-  Put(out, head.sequence);
-  Put(out, std::uint32_t{static_cast<std::uint8_t>(head.kind)} | (head.more ? kMoreBit : 0));
-  Put(out, head.names_bytes);
-  Put(out, head.data_bytes);
-  Put(out, head.names_checksum);
-  Put(out, head.data_checksum);
-  PutChecksum(out, start);
-}
-
-std::string Joined(std::string_view path, std::string_view below) {
-  std::string joined(path);
-  if (!path.empty() && !below.empty()) joined += kPathSeparator;
-  return joined.append(below);
-}
-
-// The bytes of a value's data before the data itself.
-std::array<char, kTypeBytes> TypeBytes(Int32 type) noexcept {
-  return std::bit_cast<std::array<char, kTypeBytes>>(type);
+bool IsKnown(RecordKind kind) noexcept {
+  return kind >= RecordKind::kCreateKey && kind <= RecordKind::kDeleteKey;
 }
 
 }  // namespace
@@ -80,18 +60,26 @@ std::string Encoded(const JournalHeader& header) {
   Put(bytes, header.version);
   Put(bytes, header.salt);
   Put(bytes, std::uint32_t{0});
-  PutChecksum(bytes, 0);
-  return bytes;
+  return WithCheck(std::move(bytes));
 }
 
-std::string Encoded(const JournalMark& mark) {
-  std::string bytes;
-  Put(bytes, mark.boot);
-  Put(bytes, mark.end);
-  Put(bytes, mark.sequence);
-  Put(bytes, mark.salt);
-  PutChecksum(bytes, 0);
-  return bytes;
+std::string Encoded(const TransactionHead& head) {
+  std::string bytes(kTransactionMagic);
+  Put(bytes, head.salt);
+  Put(bytes, head.first);
+  Put(bytes, head.bytes);
+  Put(bytes, head.content_check);
+  Put(bytes, std::uint32_t{static_cast<std::uint8_t>(head.former.kind)});
+  Put(bytes, head.former.key);
+  Put(bytes, head.former.name_hash);
+  return WithCheck(std::move(bytes));
+}
+
+std::string Encoded(const Confirmation& confirmation) {
+  std::string bytes(kConfirmationMagic);
+  Put(bytes, confirmation.salt);
+  Put(bytes, confirmation.last);
+  return WithCheck(std::move(bytes));
 }
 
 std::optional<JournalHeader> DecodeHeader(std::string_view bytes) noexcept {
@@ -99,144 +87,194 @@ std::optional<JournalHeader> DecodeHeader(std::string_view bytes) noexcept {
   return JournalHeader{Get<std::uint32_t>(bytes, 8), Get<std::uint32_t>(bytes, 12)};
 }
 
-std::optional<JournalMark> DecodeMark(std::string_view bytes) noexcept {
-  if (!IsIntact(bytes, kMarkBytes, {})) return std::nullopt;
-  return JournalMark{Get<std::uint64_t>(bytes, 0), Get<std::uint64_t>(bytes, 8),
-                     Get<std::uint64_t>(bytes, 16), Get<std::uint32_t>(bytes, 24)};
+std::optional<TransactionHead> DecodeTransactionHead(std::string_view bytes) noexcept {
+  if (!IsIntact(bytes, kTransactionHeadBytes, kTransactionMagic)) return std::nullopt;
+  return TransactionHead{.salt = Get<std::uint32_t>(bytes, 4),
+                         .first = Get<std::uint64_t>(bytes, 8),
+                         .bytes = Get<std::uint64_t>(bytes, 16),
+                         .content_check = Get<std::uint32_t>(bytes, 24),
+                         .former = {static_cast<RecordKind>(Get<std::uint32_t>(bytes, 28)),
+                                    Get<std::uint32_t>(bytes, 32), Get<std::uint64_t>(bytes, 36)}};
 }
 
-std::optional<RecordHead> DecodeHead(std::string_view bytes, RecordEnd end) noexcept {
-  if (!IsIntact(bytes, kHeadBytes, MagicOf(end))) return std::nullopt;
-  const auto kind = Get<std::uint32_t>(bytes, 16);
-  return RecordHead{.salt = Get<std::uint32_t>(bytes, 4),
-                    .sequence = Get<std::uint64_t>(bytes, 8),
-                    .kind = static_cast<ChangeKind>(kind & kKindBits),
-                    .more = (kind & kMoreBit) != 0,
-                    .names_bytes = Get<std::uint32_t>(bytes, 20),
-                    .data_bytes = Get<std::uint32_t>(bytes, 24),
-                    .names_checksum = Get<std::uint32_t>(bytes, 28),
-                    .data_checksum = Get<std::uint32_t>(bytes, 32)};
+std::optional<Confirmation> DecodeConfirmation(std::string_view bytes) noexcept {
+  if (!IsIntact(bytes, kConfirmationBytes, kConfirmationMagic)) return std::nullopt;
+  return Confirmation{Get<std::uint32_t>(bytes, 4), Get<std::uint64_t>(bytes, 8)};
 }
 
-std::string NamesOf(std::string_view path, std::string_view value_name) {
-  std::string names(path);
-  names += '\0';
-  return names.append(value_name);
+std::optional<RecordHead> DecodeRecordHead(std::string_view bytes, std::uint32_t salt) noexcept {
+  if (bytes.size() < kRecordHeadBytes || bytes[0] != kRecordMagic) return std::nullopt;
+  const RecordHead head{.kind = static_cast<RecordKind>(bytes[1]),
+                        .data_bytes = Get<std::uint32_t>(bytes, 4),
+                        .number = Get<std::uint32_t>(bytes, 8),
+                        .key = Get<std::uint32_t>(bytes, 12),
+                        .name = bytes.substr(kRecordHeadBytes, Get<std::uint16_t>(bytes, 2))};
+  const bool whole = head.name.size() == Get<std::uint16_t>(bytes, 2);
+  if (!whole || !IsKnown(head.kind)) return std::nullopt;
+  const std::uint32_t check = Get<std::uint32_t>(bytes, kRecordHeadBytes - kCheckBytes);
+  return check == HeadCheck(salt, bytes, head.name) ? std::optional(head) : std::nullopt;
 }
 
-std::optional<Change> ChangeOf(const RecordHead& head, std::string_view names,
-                               std::string_view data) {
-  Change change;
-  change.kind = head.kind;
-  const std::size_t joiner = names.find('\0');
-  const bool of_value = head.kind == ChangeKind::SetValue || head.kind == ChangeKind::DeleteValue;
-  const bool of_key = head.kind == ChangeKind::CreateKey || head.kind == ChangeKind::DeleteKey;
-  if (of_value == of_key || of_value != (joiner != names.npos)) return std::nullopt;
-  change.path = names.substr(0, joiner);
-  if (of_value) change.name = names.substr(joiner + 1);
-  if (head.kind == ChangeKind::SetValue) {
-    if (data.size() < kTypeBytes) return std::nullopt;
-    change.type = Get<Int32>(data, 0);
-    change.data = data.substr(kTypeBytes);
-  }
-  return change;
+RecordBody DecodeRecordBody(const RecordHead& head, std::string_view record) noexcept {
+  const std::string_view body = record.substr(head.BodyStart());
+  return {.word = Get<std::uint32_t>(body, kCheckBytes),
+          .data = body.substr(kRecordOverhead - kRecordHeadBytes, head.data_bytes)};
 }
 
-void RecordWriter::Append(const Change& change) {
-  switch (change.kind) {
-    case ChangeKind::CreateKey:
-    case ChangeKind::DeleteKey:
-      AppendRecord(change.kind, change.path, {}, {}, false);
-      break;
-    case ChangeKind::SetValue:
-      AppendValue(change.path, change.name, change.type, change.data, false);
-      break;
-    case ChangeKind::DeleteValue:
-      AppendRecord(change.kind, NamesOf(change.path, change.name), {}, {}, false);
-      break;
-    case ChangeKind::Merge:
-      AppendContent(change.path, *change.content);
-      break;
-    case ChangeKind::Replace:
-      AppendReplacement(change);
-      break;
-    case ChangeKind::None:
-      break;
-  }
+std::optional<std::uint32_t> DecodeBodyCheck(std::string_view body) noexcept {
+  if (body.size() < kCheckBytes) return std::nullopt;
+  return Get<std::uint32_t>(body, 0);
 }
 
-void RecordWriter::AppendKey(std::string_view path, const Key& key, bool more) {
-  if (key.IsBare()) AppendRecord(ChangeKind::CreateKey, path, {}, {}, more);
-  for (const Value* value : key.Values()) {
-    AppendValue(path, value->name, value->type, value->data, more);
+TransactionWriter::TransactionWriter(std::uint32_t salt, std::uint64_t last,
+                                     const RecordIdentity& former)
+    : head_{.salt = salt, .first = last + 1, .former = former},
+      number_(last),
+      identity_(former),
+      bytes_(kTransactionHeadBytes, '\0') {}
+
+void TransactionWriter::Append(const Change& change, std::uint32_t next_key) {
+  using enum ChangeStep::Kind;
+  for (const ChangeStep& step : change.Steps()) {
+    const std::uint32_t key = step.key->Number();
+    if (step.kind == kInsertKey) {
+      // The keys get their numbers in this order: those above are known by then.
+      std::vector<std::pair<const Key*, std::uint32_t>> waiting{{step.made.get(), key}};
+      while (!waiting.empty()) {
+        const auto [made, parent] = waiting.back();
+        waiting.pop_back();
+        const std::uint32_t number = next_key++;
+        AppendKey(*made, parent, number);
+        const std::size_t first = waiting.size();
+        made->ForEachSubkey([&](const Key& subkey) { waiting.emplace_back(&subkey, number); });
+        std::reverse(waiting.begin() + static_cast<std::ptrdiff_t>(first), waiting.end());
+      }
+    }
+    if (step.kind == kPutValue) AppendValue(key, *step.value);
+    if (step.kind == kRemoveValue) {
+      AppendRecord(RecordKind::kDeleteValue, key, step.value->name, 0, {});
+    }
+    if (step.kind == kRemoveKey) AppendRecord(RecordKind::kDeleteKey, key, {}, 0, {});
   }
 }
 
-void RecordWriter::AppendValue(std::string_view path, std::string_view name, Int32 type,
-                               std::string_view data, bool more) {
-  const auto type_bytes = TypeBytes(type);
-  AppendRecord(ChangeKind::SetValue, NamesOf(path, name),
-               std::string_view(type_bytes.data(), type_bytes.size()), data, more);
+void TransactionWriter::AppendKey(const Key& key, std::uint32_t parent, std::uint32_t number) {
+  if (number != 0) AppendRecord(RecordKind::kCreateKey, parent, key.Name(), number, {});
+  key.ForEachValue([&](const Value& value) { AppendValue(number, value); });
 }
 
-void RecordWriter::AppendContent(std::string_view path, const Key& content) {
-  std::size_t last_head = out_.size();
-  ForEachKey(content, [&](const Key& key) {
-    const std::string full_path = key.Path();
-    std::string_view below = std::string_view(full_path).substr(content.PathBytes());
-    if (below.starts_with(kPathSeparator)) below.remove_prefix(1);
-    AppendKey(Joined(path, below), key, true);
-  });
-  EndGroup(last_head);
+void TransactionWriter::AppendValue(std::uint32_t key, const Value& value) {
+  AppendRecord(RecordKind::kSetValue, key, value.name, static_cast<std::uint32_t>(value.type),
+               value.data);
 }
 
-void RecordWriter::AppendReplacement(const Change& change) {
-  const std::size_t first_head = out_.size();
-  AppendRecord(ChangeKind::DeleteKey, change.path, {}, {}, true);
-  if (!change.path.empty()) AppendRecord(ChangeKind::CreateKey, change.path, {}, {}, true);
-  AppendContent(change.path, *change.content);
-  EndGroup(first_head);
+void TransactionWriter::AppendRecord(RecordKind kind, std::uint32_t key, std::string_view name,
+                                     std::uint32_t word, std::string_view data) {
+  const std::size_t start = bytes_.size();
+  bytes_ += kRecordMagic;
+  Put(bytes_, static_cast<std::uint8_t>(kind));
+  Put(bytes_, static_cast<std::uint16_t>(name.size()));
+  Put(bytes_, static_cast<std::uint32_t>(data.size()));
+  Put(bytes_, static_cast<std::uint32_t>(++number_));
+  Put(bytes_, key);
+  Put(bytes_, HeadCheck(head_.salt, std::string_view(bytes_).substr(start), name));
+  bytes_ += name;
+  const std::size_t body = bytes_.size();
+  Put(bytes_, std::uint32_t{0});
+  Put(bytes_, word);
+  bytes_ += data;
+  const std::uint32_t check = Crc32c(std::string_view(bytes_).substr(body + kCheckBytes));
+  std::memcpy(bytes_.data() + body, &check, sizeof check);
+  identity_ = {kind, key, HashOfName(name)};
 }
 
-// Walks to the group's last record and takes the bit `more` away from it.
-void RecordWriter::EndGroup(std::size_t last_head) {
-  const auto head_at = [&](std::size_t offset) {
-    return DecodeHead(std::string_view(out_).substr(offset), RecordEnd::Head);
-  };
-  auto head = head_at(last_head);
-  while (head && last_head + head->Bytes() < out_.size()) {
-    last_head += static_cast<std::size_t>(head->Bytes());
-    head = head_at(last_head);
+std::string TransactionWriter::Finish() {
+  const std::string_view content = std::string_view(bytes_).substr(kTransactionHeadBytes);
+  head_.bytes = content.size();
+  head_.content_check = Crc32c(content);
+  bytes_.replace(0, kTransactionHeadBytes, Encoded(head_));
+  return std::move(bytes_);
+}
+
+namespace {
+
+// Makes a plan of records.
+class RecordPlan {
+ public:
+  explicit RecordPlan(const KeyTree& tree) : tree_(tree), plan_(tree) {}
+
+  // False when the record makes no sense.
+  bool Take(const RecordHead& head, const RecordBody& body) {
+    Key* key = KeyOf(head.key);
+    if (key == nullptr) return false;
+    switch (head.kind) {
+      case RecordKind::kCreateKey:
+        return Create(*key, head, body);
+      case RecordKind::kSetValue:
+        plan_.PutValue(*key, head.name, static_cast<Int32>(body.word), body.data);
+        return true;
+      case RecordKind::kDeleteValue:
+        plan_.RemoveValue(*key, head.name);
+        return true;
+      case RecordKind::kDeleteKey:
+        if (head.key >= tree_.NextNumber()) return false;
+        plan_.RemoveKey(*key);
+        return true;
+      case RecordKind::kNone:
+        break;
+    }
+    return false;
   }
-  if (!head) return;
-  head->more = false;
-  std::string encoded;
-  PutHead(encoded, *head, RecordEnd::Head);
-  out_.replace(last_head, kHeadBytes, encoded);
-  encoded.clear();
-  PutHead(encoded, *head, RecordEnd::Tail);
-  out_.replace(out_.size() - kHeadBytes, kHeadBytes, encoded);
+
+  // None when the keys were not made in the order in which they are written.
+  std::optional<Change> Finish() {
+    Change change = plan_.Finish();
+    return change.MadeKeys() == made_ ? std::optional(std::move(change)) : std::nullopt;
+  }
+
+ private:
+  Key* KeyOf(std::uint32_t number) const noexcept {
+    const std::uint32_t next = tree_.NextNumber();
+    if (number < next) return tree_.Numbered(number);
+    return number - next < made_.size() ? made_[number - next] : nullptr;
+  }
+
+  bool Create(Key& parent, const RecordHead& head, const RecordBody& body) {
+    const bool is_next = body.word == tree_.NextNumber() + made_.size();
+    if (!is_next || head.name.empty() || plan_.FindSubkey(parent, head.name) != nullptr) {
+      return false;
+    }
+    made_.push_back(&plan_.Create(parent, head.name));
+    return true;
+  }
+
+  const KeyTree& tree_;
+  ChangePlan plan_;
+  std::vector<Key*> made_;
+};
+
+}  // namespace
+
+std::optional<DecodedTransaction> DecodeTransaction(const TransactionHead& head,
+                                                    std::string_view content, const KeyTree& tree) {
+  RecordPlan plan(tree);
+  DecodedTransaction decoded{.last = head.first - 1};
+  while (!content.empty()) {
+    const auto record = DecodeRecordHead(content, head.salt);
+    if (!record || record->Bytes() > content.size()) return std::nullopt;
+    if (record->number != static_cast<std::uint32_t>(++decoded.last)) return std::nullopt;
+    if (!plan.Take(*record, DecodeRecordBody(*record, content))) return std::nullopt;
+    decoded.identity = {record->kind, record->key, HashOfName(record->name)};
+    content.remove_prefix(record->Bytes());
+  }
+  auto change = plan.Finish();
+  if (!change) return std::nullopt;
+  decoded.change = std::move(*change);
+  return decoded;
 }
 
-void RecordWriter::AppendRecord(ChangeKind kind, std::string_view names, std::string_view type,
-                                std::string_view data, bool more) {
-  RecordHead head{.salt = salt_,
-                  .sequence = ++sequence_,
-                  .kind = kind,
-                  .more = more,
-                  .names_bytes = static_cast<std::uint32_t>(names.size()),
-                  .data_bytes = static_cast<std::uint32_t>(type.size() + data.size()),
-                  .names_checksum = Crc32c(names),
-                  .data_checksum = 0};
-  const std::size_t start = out_.size();
-  out_.append(kHeadBytes, '\0').append(names);
-  const std::size_t data_start = out_.size();
-  out_.append(type).append(data);
-  head.data_checksum = Crc32c(std::string_view(out_).substr(data_start));
-  PutHead(out_, head, RecordEnd::Tail);
-  std::string encoded;
-  PutHead(encoded, head, RecordEnd::Head);
-  out_.replace(start, kHeadBytes, encoded);
+std::uint64_t FreshBytes(Weight weight) noexcept {
+  return weight.records * kRecordOverhead + weight.bytes;
 }
 
 }  // namespace quorl::internal

@@ -1,131 +1,173 @@
 // The journal of a hive, byte by byte. Numbers are little-endian, checksums CRC-32C.
 //
-//   file    = header mark record*
-//   header  = "QRLSTORE" version:4 salt:4 zero:4 checksum:4       checksum of the 20 bytes before
-//   mark    = boot:8 end:8 sequence:8 salt:4 checksum:4           checksum of the 28 bytes before
-//   record  = head names data tail
-//   head    = "QREC" salt:4 sequence:8 kind:4 names size:4 data size:4
-//             names checksum:4 data checksum:4 checksum:4         checksum of the 36 bytes before
-//   tail    = as the head, with "QEND"
-//   names   = path                                                 keys
-//           | path zero:1 name                                     values
-//   data    = type:4 bytes                                         a value that is set, else
-//   nothing
+//   file        = header transaction* [confirmation] zero*
+//   header      = "QRLSTORE" version:4 salt:4 zero:4 check:4        check of the 20 bytes before
+//   transaction = "QTRN" salt:4 first:8 bytes:8 content check:4
+//                 former kind:4 former key:4 former name:8 check:4  check of the 44 bytes before
+//                 record*                                            `bytes` bytes
+//   record      = 0xD1 kind:1 name size:2 data size:4 number:4 key:4 head check:4
+//                 name body check:4 word:4 data
+//   confirmation = "QCNF" salt:4 last:8 check:4                     check of the 16 bytes before
 //
 // The first 24 bytes are the same in every version, so that a newer journal is known for what it is
-// and refused, while a damaged version number is known for damage.
+// and refused, while a damaged version number is known for damage. The salt is drawn anew for each
+// file: a journal that some value happens to hold is not taken for a part of this one.
 //
-// Records. Each is a change to the tree as key_change.hpp has it, paths whole, so that a record
-// that is intact is of use whatever is lost around it. They are numbered from 1 without gaps. The
-// salt is drawn anew for each file: a journal that some value happens to hold is not taken for
-// records of this one. Head and tail say the same, so that one of them may be damaged without loss;
-// names and data are checked apart, so that the loss of a value's data is known by the value's
-// name.
+// Keys have numbers: the root is 0, and each new key gets the next number, so that a record is as
+// long as its own content, however deep its key lies. The kinds of records are:
 //
-// Groups. A record whose kind has the bit `more` set belongs together with the next one. A group is
-// made as a whole or not at all; it ends with the first record without that bit.
+//   1 create key     the key's parent is `key`, its own number is `word`
+//   2 set value      in `key`; its type is `word`
+//   3 delete value   in `key`
+//   4 delete key     `key` with all below it; of the root, everything but the root itself
 //
-// The mark. A change is appended, synced, and then published: the mark gets the file's end and the
-// last number. Up to `end` the file is settled: what is not intact there is damage. What lies
-// behind it was being written when its writer failed or was killed, and never happened, as long as
-// the machine runs on from the start that `boot` names. After another start, the mark itself may
-// have been lost with the power although the change was not: then every whole group behind it
-// counts, and the first that is not whole was cut off and never happened.
+// Transactions. Each is a change that is made as a whole or not at all: it counts when it follows
+// the one before it without a gap, its header is intact, and `content check` is that of all its
+// records. Nothing else has to be durable for that, neither before nor after, so that a change is
+// one write and one sync, and whatever part of the write a loss of power leaves, the change is
+// there or it is not. Records are numbered from 1 through the whole file; `first` is the number of
+// a transaction's first one.
 //
-// A fresh journal is written beside the old one under the name with ".new", synced, and renamed
-// over it. Who writes holds a lock on the journal and, while renaming, on the fresh one too.
+// What follows the last transaction never happened, whatever it is: the rest of one that was cut
+// off, or zeros. A file is made longer in steps and its end filled with zeros, because a sync is
+// cheaper when the length stays; and when the disk is full, what only deletes still has room there.
+// A writer whose write or sync failed overwrites what it wrote with zeros before it tells so.
+//
+// For damage. `head check` is that of salt, head and name, so that a record whose data is damaged
+// is known by its key and name, and `body check` that of word and data. Each transaction repeats
+// the identity of the record before its first one (`former`, by the name's hash, see
+// name_hash.hpp): where that record is lost, the value that it replaced or deleted is known, and
+// does not come back. A confirmation says that everything up to the record `last` was acknowledged.
+// It is written after the sync, where the next transaction will be, and is not synced itself: it
+// only helps to tell damage to the last transaction from one that was cut off. What no trace is
+// left of, like transactions at the end of a file that was cut short, the journal cannot know.
+//
+// A fresh journal is written beside the old one under a name with ".new-" and a random number,
+// synced, and renamed over it. Who writes holds a lock on the journal that the path names.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include "quorl/store/internal/key_change.hpp"
+#include "quorl/store/internal/change.hpp"
 
 namespace quorl::internal {
 
-inline constexpr std::uint32_t kJournalVersion = 1;
+inline constexpr std::uint32_t kJournalVersion = 2;
 inline constexpr std::size_t kHeaderBytes = 24;
-inline constexpr std::size_t kMarkBytes = 32;
-inline constexpr std::size_t kRecordsStart = kHeaderBytes + kMarkBytes;
-inline constexpr std::size_t kHeadBytes = 40;
-inline constexpr std::size_t kRecordOverhead = 2 * kHeadBytes;
+inline constexpr std::size_t kTransactionHeadBytes = 48;
+inline constexpr std::size_t kConfirmationBytes = 20;
+inline constexpr std::size_t kRecordHeadBytes = 20;
+/// What a record takes beside its name and data.
+inline constexpr std::size_t kRecordOverhead = kRecordHeadBytes + 8;
+inline constexpr std::string_view kTransactionMagic = "QTRN";
+inline constexpr std::string_view kConfirmationMagic = "QCNF";
+inline constexpr char kRecordMagic = '\xD1';
 
 struct JournalHeader {
   std::uint32_t version = kJournalVersion;
   std::uint32_t salt = 0;
 };
 
-struct JournalMark {
-  std::uint64_t boot = 0;  ///< FileSystem::BootNumber, 0 for unknown.
-  std::uint64_t end = 0;   ///< The offset behind the last settled record.
-  std::uint64_t sequence = 0;
-  std::uint32_t salt = 0;
+enum class RecordKind : std::uint8_t {
+  kNone = 0,
+  kCreateKey = 1,
+  kSetValue = 2,
+  kDeleteValue = 3,
+  kDeleteKey = 4,
+};
 
-  bool operator==(const JournalMark&) const = default;
+/// What a record is about, as the transaction after it repeats it.
+struct RecordIdentity {
+  RecordKind kind = RecordKind::kNone;
+  std::uint32_t key = 0;
+  std::uint64_t name_hash = 0;
+};
+
+struct TransactionHead {
+  std::uint32_t salt = 0;
+  std::uint64_t first = 0;
+  std::uint64_t bytes = 0;
+  std::uint32_t content_check = 0;
+  RecordIdentity former{};
+};
+
+struct Confirmation {
+  std::uint32_t salt = 0;
+  std::uint64_t last = 0;
 };
 
 struct RecordHead {
-  std::uint32_t salt = 0;
-  std::uint64_t sequence = 0;
-  ChangeKind kind = ChangeKind::None;
-  bool more = false;
-  std::uint32_t names_bytes = 0;
+  RecordKind kind = RecordKind::kNone;
   std::uint32_t data_bytes = 0;
-  std::uint32_t names_checksum = 0;
-  std::uint32_t data_checksum = 0;
+  std::uint32_t number = 0;  ///< The low bits of the record's number.
+  std::uint32_t key = 0;
+  std::string_view name{};
 
-  bool operator==(const RecordHead&) const = default;
-  /// The whole record's length.
-  std::uint64_t Bytes() const noexcept {
-    return kRecordOverhead + std::uint64_t{names_bytes} + data_bytes;
-  }
+  /// The whole record's length, and where its body begins.
+  std::uint64_t Bytes() const noexcept { return BodyStart() + 8 + std::uint64_t{data_bytes}; }
+  std::uint64_t BodyStart() const noexcept { return kRecordHeadBytes + name.size(); }
 };
 
-/// Which of the two ends of a record.
-enum class RecordEnd : std::uint8_t { Head, Tail };
+struct RecordBody {
+  std::uint32_t word = 0;
+  std::string_view data{};
+};
 
 std::string Encoded(const JournalHeader& header);
-std::string Encoded(const JournalMark& mark);
-/// None when the bytes are too few or not intact.
+std::string Encoded(const TransactionHead& head);
+std::string Encoded(const Confirmation& confirmation);
+/// None when the bytes are too few or not intact. What is decoded is lent by `bytes`.
 std::optional<JournalHeader> DecodeHeader(std::string_view bytes) noexcept;
-std::optional<JournalMark> DecodeMark(std::string_view bytes) noexcept;
-std::optional<RecordHead> DecodeHead(std::string_view bytes, RecordEnd end) noexcept;
+std::optional<TransactionHead> DecodeTransactionHead(std::string_view bytes) noexcept;
+std::optional<Confirmation> DecodeConfirmation(std::string_view bytes) noexcept;
+std::optional<RecordHead> DecodeRecordHead(std::string_view bytes, std::uint32_t salt) noexcept;
+/// The check with which a record's body begins; none when the bytes are too few.
+std::optional<std::uint32_t> DecodeBodyCheck(std::string_view body) noexcept;
+/// The body of a record of which all bytes are there.
+RecordBody DecodeRecordBody(const RecordHead& head, std::string_view record) noexcept;
 
-/// The names of a key, and of a value, as records hold them.
-std::string NamesOf(std::string_view path, std::string_view value_name);
-
-/// The change that an intact record holds, never one that takes a group; `data` stays lent. None
-/// when names and kind do not go together, which no intact record of ours has.
-std::optional<Change> ChangeOf(const RecordHead& head, std::string_view names,
-                               std::string_view data);
-
-/// Appends records to a text.
-class RecordWriter {
+/// Writes one transaction.
+class TransactionWriter {
  public:
-  RecordWriter(std::string& out, std::uint32_t salt, std::uint64_t last_sequence) noexcept
-      : out_(out), salt_(salt), sequence_(last_sequence) {}
+  /// `last` is the number of the record before, `former` what it is about.
+  TransactionWriter(std::uint32_t salt, std::uint64_t last, const RecordIdentity& former);
 
-  /// `change` as one group of records.
-  void Append(const Change& change);
-  /// `key`, without its subkeys, as if it stood at `path`. `more` belongs to each record.
-  void AppendKey(std::string_view path, const Key& key, bool more);
-  std::uint64_t LastSequence() const noexcept { return sequence_; }
+  /// A change, whose new keys get the numbers from `next_key` on.
+  void Append(const Change& change, std::uint32_t next_key);
+  /// A key without its subkeys: that it was made, unless it is the root, and its values.
+  void AppendKey(const Key& key, std::uint32_t parent, std::uint32_t number);
+
+  std::size_t Size() const noexcept { return bytes_.size(); }
+  std::uint64_t LastNumber() const noexcept { return number_; }
+  const RecordIdentity& LastIdentity() const noexcept { return identity_; }
+  /// The transaction, whole. The writer is used up.
+  std::string Finish();
 
  private:
-  void AppendRecord(ChangeKind kind, std::string_view names, std::string_view type,
-                    std::string_view data, bool more);
-  void AppendValue(std::string_view path, std::string_view name, Int32 type, std::string_view data,
-                   bool more);
-  void AppendContent(std::string_view path, const Key& content);
-  void AppendReplacement(const Change& change);
-  void EndGroup(std::size_t last_head);
+  void AppendRecord(RecordKind kind, std::uint32_t key, std::string_view name, std::uint32_t word,
+                    std::string_view data);
+  void AppendValue(std::uint32_t key, const Value& value);
 
-  std::string& out_;
-  std::uint32_t salt_;
-  std::uint64_t sequence_;
+  TransactionHead head_;
+  std::uint64_t number_;
+  RecordIdentity identity_;
+  std::string bytes_;
 };
+
+/// The change of a whole transaction for `tree`; none when its records make no sense there. With
+/// it, what the last record is about and its number.
+struct DecodedTransaction {
+  Change change{};
+  std::uint64_t last = 0;
+  RecordIdentity identity{};
+};
+std::optional<DecodedTransaction> DecodeTransaction(const TransactionHead& head,
+                                                    std::string_view content, const KeyTree& tree);
+
+/// The length of the transactions of a tree when they are written afresh.
+std::uint64_t FreshBytes(Weight weight) noexcept;
 
 }  // namespace quorl::internal

@@ -3,14 +3,14 @@
 #include <cerrno>
 #include <chrono>
 #include <new>
-#include <thread>
 #include <utility>
+
+#include "quorl/store/internal/fresh_file.hpp"
 
 namespace quorl::internal {
 namespace {
 
 using std::chrono::microseconds;
-using Clock = std::chrono::steady_clock;
 
 // How long a writer waits for another one that does not let go.
 constexpr std::chrono::seconds kPatience{20};
@@ -20,60 +20,136 @@ constexpr microseconds kLongPause{1000};
 constexpr std::chrono::milliseconds kEagerness{50};
 // For how many changes a writer is polite after it found the lock taken.
 constexpr int kPoliteTurns = 16;
+// How often a file that looks damaged is read before it is taken for damaged without its lock.
+constexpr int kLooksAtDamage = 4;
 // A journal may be so much longer than twice a fresh one, lest a small one be rewritten all the
-// time.
-constexpr std::uint64_t kSlackBytes = std::uint64_t{64} * 1024;
+// time. With the zeros at its end it stays within 64 KiB.
+constexpr std::uint64_t kSlackBytes = std::uint64_t{40} * 1024;
 
-int Described(FileSystem& files, const std::string& path, FileInfo& info) {
-  int result = files.Describe(path, info);
-  while (result == -EINTR) result = files.Describe(path, info);
-  return result;
-}
+// Lets a lock go for a while, if it is held.
+class Unlocked {
+ public:
+  explicit Unlocked(std::unique_lock<std::mutex>& lock) : lock_(lock), was_held_(lock.owns_lock()) {
+    if (was_held_) lock_.unlock();
+  }
+  Unlocked(const Unlocked&) = delete;
+  Unlocked& operator=(const Unlocked&) = delete;
+  ~Unlocked() {
+    if (was_held_) lock_.lock();
+  }
 
-int OpenedForReading(FileSystem& files, const std::string& path) {
-  int result = files.Open(path, OpenFor::Reading, 0);
-  while (result == -EINTR) result = files.Open(path, OpenFor::Reading, 0);
-  return result;
-}
+ private:
+  std::unique_lock<std::mutex>& lock_;
+  bool was_held_;
+};
 
 }  // namespace
 
-JournalHive::JournalHive(FileSystem& files, JournalPlace place)
-    : files_(files), place_(std::move(place)), path_(place_.Path()), boot_(files.BootNumber()) {}
+// A planned change with the file locked for it and its transaction written out.
+class JournalHive::Pending final : public PendingChange {
+ public:
+  // With `state_` of the hive held.
+  Pending(JournalHive& hive, std::unique_lock<std::mutex> writing, OpenFile locked, Change change)
+      : hive_(hive),
+        writing_(std::move(writing)),
+        locked_(std::move(locked)),
+        content_(hive.content_),
+        change_(std::move(change)),
+        before_(hive.position_),
+        after_(hive.position_) {
+    TransactionWriter writer(before_.salt, before_.last, before_.identity);
+    writer.Append(change_, content_->NextNumber());
+    after_.last = writer.LastNumber();
+    after_.identity = writer.LastIdentity();
+    bytes_ = writer.Finish();
+    after_.end = before_.end + bytes_.size();
+    after_.SetAnchor(before_.end, bytes_);
+    content_->ReserveNumbers(change_.MadeKeys().size());
+  }
+  ~Pending() override { hive_.is_appending_ = false; }
 
-Int32 JournalHive::Read(Freshness freshness, Look look) {
+  // With `state_` held; from here on, only the disk can fail.
+  StoreStatus Reserve(std::uint64_t file_size) {
+    const StoreStatus status =
+        ReserveRoom(locked_, file_size, before_.end, bytes_.size(), change_.OnlyRemoves());
+    hive_.is_appending_ = status == kDone;
+    return status;
+  }
+
+  StoreStatus Commit() noexcept override {
+    const StoreStatus status = hive_.Finish(locked_, bytes_, after_);
+    if (status == kDone) {
+      const std::lock_guard state(hive_.state_);
+      // Unless the file was exchanged from outside meanwhile, nobody else can have moved on.
+      if (hive_.content_ == content_ && hive_.position_.end == before_.end) {
+        change_.Apply(*content_);
+        hive_.position_ = after_;
+      }
+    }
+    hive_.is_appending_ = false;
+    if (status == kDone) hive_.RewriteIfWorthwhile(locked_);
+    return status;
+  }
+
+ private:
+  JournalHive& hive_;
+  std::unique_lock<std::mutex> writing_;
+  OpenFile locked_;
+  const HiveContent content_;
+  Change change_;
+  const JournalPosition before_;
+  JournalPosition after_;
+  std::string bytes_;
+};
+
+JournalHive::JournalHive(FileSystem& files, JournalPlace place)
+    : files_(files), place_(std::move(place)), path_(place_.Path()) {}
+
+JournalHive::~JournalHive() { CloseFile(); }
+
+StoreStatus JournalHive::Read(Freshness freshness, Look look) {
   const std::lock_guard state(state_);
-  if (freshness == Freshness::UpToDate) {
-    if (const Int32 status = CatchUp(); status != kDone) return status;
+  if (freshness == Freshness::kUpToDate) {
+    if (const StoreStatus status = CatchUp(); status != kDone) return status;
   }
   return look(content_);
 }
 
-Int32 JournalHive::Write(Plan plan) {
-  {
-    // What needs no change needs no lock, and makes no file.
-    const std::lock_guard state(state_);
-    if (const Int32 status = CatchUp(); status != kDone) return status;
-    Change change;
-    const Int32 status = plan(content_, change);
-    if (status != kDone || change.kind == ChangeKind::None) return status;
-  }
-  const auto start = Clock::now();
-  for (bool first = true;; first = false) {
+StoreStatus JournalHive::Prepare(Plan plan, std::unique_ptr<PendingChange>& pending) {
+  StoreStatus status = kDone;
+  if (NeedsNoChange(plan, status)) return status;
+  microseconds waited{0};
+  for (bool is_first = true;; is_first = false) {
     {
-      const std::lock_guard writing(writing_);
+      std::unique_lock writing(writing_);
       OpenFile locked;
-      Int32 status = kDone;
-      const bool polite = first && LetsOthersGoFirst();
-      const auto result = polite ? LockResult::Busy : LockForWriting(locked, status);
-      if (result == LockResult::Locked) return WriteLocked(locked, plan);
-      if (result == LockResult::Failed) return status;
-      if (!polite) turns_to_let_pass_ = kPoliteTurns;
+      FileInfo info;
+      const bool is_polite = is_first && LetsOthersGoFirst();
+      status = is_polite ? kLocked : LockForWriting(locked, info);
+      if (status == kDone) {
+        return PrepareLocked(std::move(writing), std::move(locked), info, plan, pending);
+      }
+      if (!is_polite) turns_to_let_pass_ = kPoliteTurns;
     }
-    const auto waited = Clock::now() - start;
-    if (waited >= kPatience) return kLocked;
-    std::this_thread::sleep_for(waited < kEagerness ? kShortPause : kLongPause);
+    if (status != kLocked || waited >= kPatience) return status;
+    waited += files_.Pause(waited < kEagerness ? kShortPause : kLongPause);
   }
+}
+
+// What needs no change needs no lock, and makes no file. What the known content does not need may
+// be needed by now; the other way round, it is planned anew with the file locked.
+bool JournalHive::NeedsNoChange(Plan plan, StoreStatus& status) {
+  const std::lock_guard state(state_);
+  for (const bool is_up_to_date : {false, true}) {
+    if (is_up_to_date) status = CatchUp();
+    if (status != kDone) return true;
+    if (!file_.IsOpen() && !is_up_to_date) continue;
+    ChangePlan changes(*content_, ChangePlan::Purpose::kAsking);
+    const StoreStatus planned = plan(content_, changes);
+    if (planned == kDone && changes.IsNeeded()) return false;
+    if (is_up_to_date) status = planned;
+  }
+  return true;
 }
 
 // Whoever has just written would find the lock free before those that wait for it wake up. When
@@ -104,240 +180,293 @@ std::vector<JournalReport> JournalHive::TakeReports() {
   return std::exchange(reports_, {});
 }
 
-// Brings the content to where the file is. An unchanged file costs one look at its description.
-Int32 JournalHive::CatchUp() {
+// Brings the content to where the file is.
+StoreStatus JournalHive::CatchUp() {
   if (place_.status != kDone) return place_.status;
+  if (is_appending_) return kDone;
   FileInfo info;
-  const int found = Described(files_, path_, info);
+  const int found = files_.Describe(path_, info);
   if (found == -ENOENT) {
     Detach();
     return kDone;
   }
   if (found != 0) return CodeOfResult(found);
   if (!info.regular) return kNotAHive;
-  if (file_.IsOpen() && info.SameFile(identity_)) {
-    if (info.size == known_size_) return kDone;
-    if (!damaged_) {
-      Int32 status = kDone;
-      const ReadOnResult result = ReadOn(file_, boot_, position_, content_.tree, status);
-      known_size_ = position_.end;
-      if (result == ReadOnResult::Done) return status;
-    }
+  if (failed_) {
+    OpenFile locked;
+    FileInfo locked_info;
+    bool is_ours = false;
+    const StoreStatus status = LockJournal(files_, path_, locked, locked_info);
+    if (status != kDone || TakeBackFailed(locked, is_ours) != kDone) return kDone;
   }
-  return Load();
+  const bool is_known = info.SameFile(identity_) && file_.IsStill(identity_);
+  if (is_known && damage_ && damage_->bytes == info.size) return kDone;
+  Following following = Following::kOtherJournal;
+  const StoreStatus status = is_known ? ReadOn(file_, info, following) : kDone;
+  if (status != kDone || following != Following::kOtherJournal) return status;
+  return Load(Lock::kNotHeld);
+}
+
+// Takes in what was committed since. `following` is what comes then; kOtherJournal when this is not
+// the journal that is known.
+StoreStatus JournalHive::ReadOn(const OpenFile& file, const FileInfo& info, Following& following) {
+  following = Following::kOtherJournal;
+  if (!file_.IsOpen() || damage_ || !info.SameFile(identity_)) return kDone;
+  StoreStatus status = LookAt(file, position_, following);
+  if (status != kDone || following != Following::kTransaction) return status;
+  FileWindow window(file, info.size);
+  status = Replay(window, position_, *content_);
+  return status == kDone ? LookAt(file, position_, following) : status;
+}
+
+void JournalHive::CloseFile() noexcept {
+  if (file_.IsOpen() && !file_.IsStill(identity_)) file_.Forget();
+  file_ = OpenFile();
 }
 
 void JournalHive::Detach() {
   if (!file_.IsOpen()) return;
-  content_.tree = KeyTree();
-  ++content_.generation;
-  file_ = OpenFile();
-  damaged_ = false;
+  content_ = std::make_shared<KeyTree>();
+  CloseFile();
+  damage_.reset();
 }
 
-Int32 JournalHive::Load() {
-  const int descriptor = OpenedForReading(files_, path_);
+bool JournalHive::MayWrite(const FileInfo& info) const noexcept {
+  return !place_.is_private || !info.foreign;
+}
+
+StoreStatus JournalHive::Load(Lock lock) {
+  const int descriptor = files_.Open(path_, OpenFor::kReading, 0);
   if (descriptor < 0) return CodeOfResult(descriptor);
   OpenFile file(files_, descriptor);
   FileInfo info;
-  LoadedJournal loaded;
-  Int32 status = file.Describe(info);
-  if (status == kDone) status = LoadJournal(file, boot_, loaded);
+  StoreStatus status = file.Describe(info);
   if (status != kDone) return status;
-  Adopt(std::move(file), info, loaded);
-  if (!damaged_) return kDone;
-  // Whoever comes upon damage repairs it. Where that is not possible, because the file is locked or
-  // may not be written, what could be had from it serves until somebody can.
-  OpenFile locked;
-  if (LockJournal(files_, path_, locked, status) == LockResult::Locked) Repair(locked);
-  return kDone;
+  // Without the lock, what a writer is just about to write may look like damage.
+  for (int look = 0;; ++look) {
+    LoadedJournal loaded;
+    status = LoadJournal(file, loaded);
+    if (status != kDone) return status;
+    if (!loaded.report.Damaged() || lock == Lock::kHeld || look == kLooksAtDamage) {
+      Adopt(std::move(file), info, loaded);
+      return kDone;
+    }
+    OpenFile locked;
+    FileInfo locked_info;
+    if (LockJournal(files_, path_, locked, locked_info) == kDone && MayWrite(locked_info)) {
+      status = Load(Lock::kHeld);
+      // Where a repair is not possible, what could be had serves until somebody can.
+      if (status == kDone && damage_) Repair(locked, locked_info);
+      return status;
+    }
+    files_.Pause(kLongPause);
+  }
 }
 
 void JournalHive::Adopt(OpenFile file, const FileInfo& info, LoadedJournal& loaded) {
-  damaged_ = loaded.report.Damaged();
-  if (damaged_) AddReport(loaded.report);
-  folder_synced_ = folder_synced_ && file_.IsOpen() && info.SameFile(identity_);
-  content_.tree = std::move(loaded.tree);
-  ++content_.generation;
+  damage_.reset();
+  if (loaded.report.Damaged()) {
+    loaded.report.path = path_;
+    damage_ = loaded.report;
+    AddReport(std::move(loaded.report));
+  }
+  const bool is_same = file_.IsOpen() && info.SameFile(identity_);
+  is_folder_synced_ = is_folder_synced_ && is_same;
+  is_distrusted_ = is_distrusted_ && is_same;
+  CloseFile();
+  content_ = std::move(loaded.tree);
   file_ = std::move(file);
   identity_ = info;
   position_ = loaded.position;
-  known_size_ = damaged_ ? loaded.report.bytes : position_.end;
+  ends_cleanly_ = loaded.ends_cleanly;
+  failed_.reset();
   rewrite_from_ = 0;
 }
 
-LockResult JournalHive::LockForWriting(OpenFile& locked, Int32& status) {
-  const LockResult result = LockJournal(files_, path_, locked, status);
-  return result == LockResult::Failed && status == kAbsent ? Create(locked, status) : result;
+StoreStatus JournalHive::LockForWriting(OpenFile& locked, FileInfo& info) {
+  StoreStatus status = LockJournal(files_, path_, locked, info);
+  if (status != kAbsent) return status;
+  status = Create(locked);
+  return status == kDone ? locked.Describe(info) : status;
 }
 
 // Makes an empty journal where there is none.
-LockResult JournalHive::Create(OpenFile& locked, Int32& status) {
-  std::unique_lock state(state_);
-  status = MakeFolders(files_, place_.folder, place_.folder_mode);
+StoreStatus JournalHive::Create(OpenFile& locked) {
   std::string target;
+  StoreStatus status = MakeFolders(files_, place_.folder, place_.folder_mode);
   if (status == kDone) status = FollowLinks(files_, path_, target);
-  if (status != kDone) return LockResult::Failed;
-  FreshFile fresh(files_, target);
-  const LockResult made = fresh.Make(place_.file_mode, nullptr, status);
-  if (made != LockResult::Locked) return made;
-  // Somebody else may have made the journal before the fresh file was locked.
-  FileInfo info;
-  const int found = Described(files_, path_, info);
-  if (found == 0) return LockResult::Busy;
-  JournalPosition position;
-  status = found == -ENOENT ? WriteFreshJournal(fresh.File(), *KeyTree().Root(), boot_, position)
-                            : CodeOfResult(found);
-  if (status == kDone) status = fresh.TakePlace();
-  if (status != kDone) return LockResult::Failed;
-  locked = fresh.Release();
-  return LockResult::Locked;
-}
-
-// Makes the change with the file locked and `writing_` held.
-Int32 JournalHive::WriteLocked(OpenFile& locked, Plan plan) {
-  std::unique_lock state(state_);
-  Int32 status = CatchUp();
-  if (status == kDone && damaged_) status = Repair(locked);
-  if (status == kDone && !file_.IsOpen()) status = kInputOutputFailed;
   if (status != kDone) return status;
-  if (rewrite_first_) Rewrite(locked, state);
-  Change change;
-  status = plan(content_, change);
-  if (status != kDone || change.kind == ChangeKind::None) return status;
-  status = MakeLasting(locked, state, change);
-  if (status == kDone) RewriteIfWorthwhile(locked, state);
+  FreshFile fresh(files_, target);
+  FreshJournal written;
+  status = fresh.Make(place_.file_mode, nullptr);
+  if (status == kDone) status = WriteFreshJournal(fresh.File(), *KeyTree().Root(), written);
+  if (status == kDone) status = fresh.TakeEmptyPlace();
+  if (status == kDone) locked = fresh.Release();
   return status;
 }
 
-Int32 JournalHive::MakeLasting(OpenFile& locked, std::unique_lock<std::mutex>& state,
-                               const Change& change) {
-  if (const Int32 status = SyncFolder(); status != kDone) return status;
-  if (const Int32 status = SettleEnd(locked, boot_, position_); status != kDone) return status;
-  // All that needs memory comes before anything is written.
-  PreparedChange prepared = Prepare(content_.tree, change);
-  const JournalPosition before = position_;
-  std::string records;
-  RecordWriter writer(records, before.salt, before.sequence);
-  writer.Append(change);
-  const JournalPosition after{before.salt, before.end + records.size(), writer.LastSequence()};
-  const std::string mark_before = MarkOf(boot_, before);
-  const std::string mark_after = MarkOf(boot_, after);
-  const auto generation = content_.generation;
-
-  state.unlock();
-  Int32 status = AppendRecords(locked, records, before);
-  state.lock();
-  if (status == kDone) status = Publish(locked, mark_before, mark_after, before.end);
-  if (status != kDone) {
-    rewrite_first_ = true;
-    return status;
+// Brings the content to where the locked file is, and the file to where it can be written on.
+StoreStatus JournalHive::GetReady(OpenFile& locked, FileInfo& info,
+                                  std::unique_lock<std::mutex>& state) {
+  if (!MayWrite(info)) return kAccessDenied;
+  StoreStatus status = kDone;
+  if (bool is_ours = false; failed_) {
+    status = TakeBackFailed(locked, is_ours);
+    if (status != kDone && is_ours) status = PutInPlace(info, locked, state);
+    if (status != kDone) return status;
   }
-  // Unless the file was exchanged from outside meanwhile, nobody else can have moved on.
-  if (content_.generation == generation && position_.end == before.end) {
-    prepared.Apply(content_.tree);
-    position_ = after;
-    known_size_ = after.end;
+  Following following = Following::kOtherJournal;
+  status = ReadOn(locked, info, following);
+  const bool is_unclear =
+      following == Following::kOtherJournal || following == Following::kTransaction;
+  if (status == kDone && is_unclear) status = Load(Lock::kHeld);
+  if (status != kDone) return status;
+  const bool has_rest = following == Following::kRest || !ends_cleanly_;
+  if (damage_) {
+    status = Repair(locked, info);
+  } else if (is_distrusted_ && PutInPlace(info, locked, state) == kDone) {
+    // Where it fails, the file is at least as it was before the sync that failed.
+  } else if (has_rest) {
+    status = locked.Truncate(position_.end);
+    ends_cleanly_ = status == kDone;
   }
-  return kDone;
+  if (status == kDone) status = SyncFolder();
+  return status == kDone ? locked.Describe(info) : status;
 }
 
-// Exchanges the locked, damaged file for a fresh one of what could be had, and keeps it aside.
-Int32 JournalHive::Repair(OpenFile& locked) {
-  FileInfo info;
-  LoadedJournal loaded;
-  Int32 status = locked.Describe(info);
-  if (status == kDone) status = LoadJournal(locked, boot_, loaded);
+StoreStatus JournalHive::PrepareLocked(std::unique_lock<std::mutex> writing, OpenFile locked,
+                                       FileInfo info, Plan plan,
+                                       std::unique_ptr<PendingChange>& pending) {
+  std::unique_lock state(state_);
+  StoreStatus status = GetReady(locked, info, state);
   if (status != kDone) return status;
-  if (!loaded.report.Damaged()) {
-    const int descriptor = OpenedForReading(files_, path_);
-    if (descriptor < 0) return CodeOfResult(descriptor);
-    Adopt(OpenFile(files_, descriptor), info, loaded);
+  ChangePlan changes(*content_);
+  status = plan(content_, changes);
+  if (status != kDone) return status;
+  Change change = changes.Finish();
+  if (change.IsEmpty()) return kDone;
+  auto made =
+      std::make_unique<Pending>(*this, std::move(writing), std::move(locked), std::move(change));
+  status = made->Reserve(info.size);
+  if (status == kDone) pending = std::move(made);
+  return status;
+}
+
+// Writes a transaction and syncs it. What fails is overwritten, for good if that works.
+StoreStatus JournalHive::Finish(const OpenFile& locked, std::string_view bytes,
+                                const JournalPosition& after) {
+  const std::uint64_t end = after.end - bytes.size();
+  const StoreStatus status = Append(locked, bytes, end);
+  if (status == kDone) {
+    Confirm(locked, after);
     return kDone;
   }
-  std::string target;
-  status = FollowLinks(files_, path_, target);
-  if (status == kDone) status = KeepAside(files_, target, loaded.report.kept_as);
-  if (status == kDone) status = PutInPlace(*loaded.tree.Root(), info, locked, nullptr);
-  if (status != kDone) return status;
-  content_.tree = std::move(loaded.tree);
-  ++content_.generation;
-  AddReport(std::move(loaded.report));
-  return kDone;
+  const bool is_taken_back = TakeBack(locked, bytes.size(), end) == kDone;
+  const std::lock_guard state(state_);
+  is_distrusted_ = true;
+  if (!is_taken_back) failed_ = after;
+  return status;
 }
 
-// One report for a file, however often it was come upon before it could be kept aside.
+// Overwrites a failed change, unless another process has taken it for committed and gone on, or
+// something else stands there by now. `is_ours` tells that it still stands there.
+StoreStatus JournalHive::TakeBackFailed(const OpenFile& locked, bool& is_ours) {
+  Following following = Following::kOtherJournal;
+  StoreStatus status = LookAt(locked, *failed_, following);
+  is_ours = status == kDone && (following == Following::kNothing || following == Following::kRest);
+  if (is_ours) status = TakeBack(locked, failed_->end - failed_->anchor, failed_->anchor);
+  if (status == kDone) failed_.reset();
+  return status;
+}
+
+// Exchanges the locked, damaged file, of which the content was salvaged, for a fresh one, and
+// quarantines it.
+StoreStatus JournalHive::Repair(OpenFile& locked, const FileInfo& info) {
+  std::string target;
+  JournalReport report = *damage_;
+  StoreStatus status = FollowLinks(files_, path_, target);
+  if (status == kDone) status = Quarantine(files_, target, report.kept_as);
+  std::unique_lock<std::mutex> none;
+  if (status == kDone) status = PutInPlace(info, locked, none);
+  if (status == kDone) AddReport(std::move(report));
+  return status;
+}
+
+// One report for a file, however often it was found before it could be dealt with.
 void JournalHive::AddReport(JournalReport report) {
-  report.path = path_;
-  if (!reports_.empty() && reports_.back().kept_as.empty()) reports_.pop_back();
+  if (!reports_.empty()) {
+    const JournalReport& last = reports_.back();
+    if (last.kept_as.empty() && last.Damaged() == report.Damaged()) reports_.pop_back();
+  }
   reports_.push_back(std::move(report));
 }
 
 // Runs after a change was made: nothing that happens here may be reported as its failure.
-void JournalHive::RewriteIfWorthwhile(OpenFile& locked,
-                                      std::unique_lock<std::mutex>& state) noexcept {
-  const std::uint64_t fresh = FreshJournalBytes(content_.tree);
+void JournalHive::RewriteIfWorthwhile(OpenFile& locked) noexcept {
+  std::unique_lock state(state_);
+  const std::uint64_t fresh = FreshJournalBytes(*content_);
   if (position_.end <= 2 * fresh + kSlackBytes || position_.end < rewrite_from_) return;
-  Int32 status = kOutOfMemory;
   try {
-    status = Rewrite(locked, state);
+    FileInfo info;
+    StoreStatus status = locked.Describe(info);
+    if (status == kDone) status = PutInPlace(info, locked, state);
+    if (status == kDone) return;
+    rewrite_from_ = position_.end + fresh / 2 + kSlackBytes;
+    AddReport({.path = path_, .bytes = position_.end, .rewriting = status});
   } catch (const std::bad_alloc&) {
-    if (!state.owns_lock()) state.lock();
+    rewrite_from_ = position_.end + fresh / 2 + kSlackBytes;
   }
-  if (status != kDone) rewrite_from_ = position_.end + fresh / 2 + kSlackBytes;
 }
 
-Int32 JournalHive::Rewrite(OpenFile& locked, std::unique_lock<std::mutex>& state) {
-  FileInfo info;
-  if (const Int32 status = locked.Describe(info); status != kDone) return status;
-  // A share of the root keeps the tree, which nobody changes while the file is locked.
-  const auto root = content_.tree.Root();
-  const Int32 status = PutInPlace(*root, info, locked, &state);
-  if (status == kDone) rewrite_first_ = false;
-  return status;
-}
-
-// Writes `content` to a fresh journal with mode and owner of the former one and puts it in its
-// place; `locked` becomes the fresh one. `state`, unless null, is let go while data is written.
-Int32 JournalHive::PutInPlace(const Key& content, const FileInfo& former, OpenFile& locked,
-                              std::unique_lock<std::mutex>* state) {
+// Writes the content to a fresh journal with mode and owner of the former one and puts it in its
+// place; `locked` becomes the fresh one. `state`, if it is held, is let go while data is written.
+StoreStatus JournalHive::PutInPlace(const FileInfo& former, OpenFile& locked,
+                                    std::unique_lock<std::mutex>& state) {
+  const HiveContent content = content_;
   std::string target;
-  Int32 status = FollowLinks(files_, path_, target);
+  StoreStatus status = FollowLinks(files_, path_, target);
   if (status != kDone) return status;
   FreshFile fresh(files_, target);
-  const LockResult made = fresh.Make(former.mode, &former, status);
-  if (made != LockResult::Locked) return made == LockResult::Busy ? kLocked : status;
-  JournalPosition position;
-  if (state != nullptr) state->unlock();
-  status = WriteFreshJournal(fresh.File(), content, boot_, position);
-  if (state != nullptr) state->lock();
-  const int descriptor = status == kDone ? OpenedForReading(files_, fresh.Path()) : -EIO;
+  status = fresh.Make(former.mode, &former);
+  if (status != kDone) return status;
+  FreshJournal written;
+  {
+    const Unlocked unlocked(state);
+    status = WriteFreshJournal(fresh.File(), *content->Root(), written);
+  }
+  const int descriptor = status == kDone ? files_.Open(fresh.Path(), OpenFor::kReading, 0) : -EIO;
   if (status == kDone) status = CodeOfResult(descriptor);
   OpenFile reading(files_, descriptor);
   FileInfo info;
   if (status == kDone) status = reading.Describe(info);
   if (status == kDone) status = fresh.TakePlace();
   if (status != kDone) return status;
+  content->Renumber(std::move(written.keys));
+  content_ = content;
+  CloseFile();
   file_ = std::move(reading);
   identity_ = info;
-  position_ = position;
-  known_size_ = position.end;
-  damaged_ = false;
-  folder_synced_ = false;
+  position_ = written.position;
+  ends_cleanly_ = true;
+  damage_.reset();
+  failed_.reset();
+  is_distrusted_ = false;
+  is_folder_synced_ = false;
+  rewrite_from_ = 0;
   locked = fresh.Release();
   // A failure here is met again, and reported, before the next change is made.
   SyncFolder();
   return kDone;
 }
 
-// Makes the journal's name lasting, once for each file: whoever put it there may have been killed
+// Makes the journal's name durable, once for each file: whoever put it there may have been killed
 // before doing so.
-Int32 JournalHive::SyncFolder() {
-  if (folder_synced_) return kDone;
+StoreStatus JournalHive::SyncFolder() {
+  if (is_folder_synced_) return kDone;
   std::string target;
-  Int32 status = FollowLinks(files_, path_, target);
+  StoreStatus status = FollowLinks(files_, path_, target);
   if (status == kDone) status = CodeOfResult(files_.SyncFolder(FolderOf(target)));
-  folder_synced_ = status == kDone;
+  is_folder_synced_ = status == kDone;
   return status;
 }
 

@@ -1,18 +1,22 @@
-// A hive kept in a journal: a tree in memory that follows the file, and changes that are lasting
+// A hive kept in a journal: a tree in memory that follows the file, and changes that are durable
 // before they are seen. For the file see journal_format.hpp, for the store persistent_store.hpp.
 //
 // Two locks. `writing_` is held by the one thread that changes the hive, the file's own lock keeps
-// other processes out; neither is ever waited for with the other held. `state_` guards the members
-// and is not held while data goes to the disk, so that readers go on meanwhile.
+// other processes out. `state_` guards the members and is not held while data goes to the disk, so
+// that readers go on meanwhile.
 #pragma once
 
+#include <atomic>
+#include <cstdint>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "quorl/store/internal/hive.hpp"
 #include "quorl/store/internal/journal_file.hpp"
-#include "quorl/store/internal/journal_place.hpp"
+#include "quorl/store/internal/journal_lock.hpp"
 
 namespace quorl::internal {
 
@@ -20,53 +24,70 @@ class JournalHive final : public Hive {
  public:
   /// `files` is lent for the hive's life. Nothing is read or made before the first use.
   JournalHive(FileSystem& files, JournalPlace place);
+  ~JournalHive() override;
 
-  Int32 Read(Freshness freshness, Look look) override;
-  Int32 Write(Plan plan) override;
+  StoreStatus Read(Freshness freshness, Look look) override;
+  StoreStatus Prepare(Plan plan, std::unique_ptr<PendingChange>& pending) override;
   void HoldForFork() noexcept override;
   void ReleaseAfterFork() noexcept override;
 
   /// Reads every record of the file as it stands.
   JournalReport Verify();
-  /// The reports of the damaged files that this object has come upon since the last call.
+  /// What this object found since the last call.
   std::vector<JournalReport> TakeReports();
   std::string Path() const { return place_.Path(); }
 
  private:
-  Int32 CatchUp();
-  Int32 Load();
+  class Pending;
+
+  StoreStatus CatchUp();
+  StoreStatus ReadOn(const OpenFile& file, const FileInfo& info, Following& following);
+  enum class Lock : std::uint8_t { kHeld, kNotHeld };
+  StoreStatus Load(Lock lock);
+  bool MayWrite(const FileInfo& info) const noexcept;
+  void CloseFile() noexcept;
   void Detach();
   void Adopt(OpenFile file, const FileInfo& info, LoadedJournal& loaded);
 
+  bool NeedsNoChange(Plan plan, StoreStatus& status);
   bool LetsOthersGoFirst();
-  LockResult LockForWriting(OpenFile& locked, Int32& status);
-  LockResult Create(OpenFile& locked, Int32& status);
-  Int32 WriteLocked(OpenFile& locked, Plan plan);
-  Int32 MakeLasting(OpenFile& locked, std::unique_lock<std::mutex>& state, const Change& change);
-  Int32 Repair(OpenFile& locked);
-  void RewriteIfWorthwhile(OpenFile& locked, std::unique_lock<std::mutex>& state) noexcept;
-  Int32 Rewrite(OpenFile& locked, std::unique_lock<std::mutex>& state);
-  Int32 PutInPlace(const Key& content, const FileInfo& former, OpenFile& locked,
-                   std::unique_lock<std::mutex>* state);
-  Int32 SyncFolder();
+  StoreStatus LockForWriting(OpenFile& locked, FileInfo& info);
+  StoreStatus Create(OpenFile& locked);
+  StoreStatus GetReady(OpenFile& locked, FileInfo& info, std::unique_lock<std::mutex>& state);
+  StoreStatus PrepareLocked(std::unique_lock<std::mutex> writing, OpenFile locked, FileInfo info,
+                            Plan plan, std::unique_ptr<PendingChange>& pending);
+  StoreStatus Finish(const OpenFile& locked, std::string_view bytes, const JournalPosition& after);
+  StoreStatus TakeBackFailed(const OpenFile& locked, bool& is_ours);
+  StoreStatus Repair(OpenFile& locked, const FileInfo& info);
+  void RewriteIfWorthwhile(OpenFile& locked) noexcept;
+  StoreStatus PutInPlace(const FileInfo& former, OpenFile& locked,
+                         std::unique_lock<std::mutex>& state);
+  StoreStatus SyncFolder();
   void AddReport(JournalReport report);
 
   FileSystem& files_;
   const JournalPlace place_;
   const std::string path_;
-  const std::uint64_t boot_;
 
   std::mutex writing_;
   int turns_to_let_pass_ = 0;  // Guarded by `writing_`, as the making of changes is.
+  // A change is on its way to the file: what is there is not to be read yet.
+  std::atomic<bool> is_appending_ = false;
+
   std::mutex state_;
-  HiveContent content_;
-  OpenFile file_;                 // Open for reading, unless there is no journal.
-  FileInfo identity_;             // Which file that is.
-  JournalPosition position_;      // How far it has been read.
-  std::uint64_t known_size_ = 0;  // The length at which there is nothing to be read on.
-  bool damaged_ = false;          // The content was salvaged, and the file could not be replaced.
-  bool folder_synced_ = false;    // The file's name is lasting.
-  bool rewrite_first_ = false;    // A sync failed: what the file's pages hold is not to be trusted.
+  HiveContent content_ = std::make_shared<KeyTree>();
+  OpenFile file_;                  // Open for reading, unless there is no journal.
+  FileInfo identity_;              // Which file that is.
+  JournalPosition position_;       // How far it has been read.
+  bool ends_cleanly_ = true;       // When it was loaded, nothing but zeros followed.
+  bool is_folder_synced_ = false;  // The file's name is durable.
+  // What salvage told of a file that could not be replaced. The content is what could be had.
+  std::optional<JournalReport> damage_;
+  // A sync failed: what the file's pages hold is not to be trusted, and the file is written afresh
+  // before the next change.
+  bool is_distrusted_ = false;
+  // How far the file goes with a failed change that could not be overwritten. It is not read.
+  std::optional<JournalPosition> failed_;
   std::uint64_t rewrite_from_ = 0;  // The length from which a rewriting that failed is tried again.
   std::vector<JournalReport> reports_;
 };

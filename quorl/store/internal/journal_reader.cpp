@@ -8,104 +8,112 @@
 namespace quorl::internal {
 namespace {
 
-constexpr int kPrefixAttempts = 4;
-constexpr std::size_t kWindowBytes = std::size_t{256} * 1024;
+constexpr std::uint64_t kSearchBytes = std::uint64_t{64} * 1024;
+// The last transaction and what follows it are read in one call unless it is longer.
+constexpr std::size_t kLookBytes = 4096;
 
-// The whole record that follows `position` in the journal.
-std::optional<RecordView> NextRecord(FileWindow& window, std::uint64_t limit,
-                                     const JournalPosition& position) {
-  auto record = RecordAt(window, position.end);
-  if (!record || !record->IsWhole() || record->head.salt != position.salt ||
-      record->head.sequence != position.sequence + 1 ||
-      position.end + record->head.Bytes() > limit) {
-    return std::nullopt;
-  }
-  return record;
+bool IsZero(std::string_view bytes) noexcept { return bytes.find_first_not_of('\0') == bytes.npos; }
+
+bool Confirms(std::string_view bytes, const JournalPosition& position) noexcept {
+  const auto confirmation = DecodeConfirmation(bytes);
+  return confirmation && confirmation->salt == position.salt && confirmation->last == position.last;
 }
 
-// Where the group that follows `position` ends; none when it is not whole.
-std::optional<JournalPosition> EndOfGroup(FileWindow& window, std::uint64_t limit,
-                                          JournalPosition position) {
-  while (const auto record = NextRecord(window, limit, position)) {
-    position.end += record->head.Bytes();
-    position.sequence = record->head.sequence;
-    if (!record->head.more) return position;
+bool Follows(const TransactionHead& head, const JournalPosition& position) noexcept {
+  return head.salt == position.salt && head.first == position.last + 1;
+}
+
+Following WhatFollows(std::string_view bytes, const JournalPosition& position) noexcept {
+  if (IsZero(bytes)) return Following::kNothing;
+  const auto head = DecodeTransactionHead(bytes);
+  if (head && Follows(*head, position)) return Following::kTransaction;
+  if (!Confirms(bytes, position)) return Following::kRest;
+  return IsZero(bytes.substr(kConfirmationBytes)) ? Following::kNothing : Following::kRest;
+}
+
+// The transaction that follows `position`, unless it is not whole or makes no sense.
+std::optional<DecodedTransaction> NextTransaction(FileWindow& window, JournalPosition& position,
+                                                  const KeyTree& tree) {
+  const std::string_view bytes = window.At(position.end, kTransactionHeadBytes);
+  const auto head = DecodeTransactionHead(bytes);
+  if (!head || !Follows(*head, position)) return std::nullopt;
+  JournalPosition after = position;
+  after.SetAnchor(position.end, bytes);
+  const std::uint64_t start = position.end + kTransactionHeadBytes;
+  if (head->bytes > window.Size() - start) return std::nullopt;
+  const std::string_view content = window.At(start, head->bytes);
+  if (content.size() != head->bytes || Crc32c(content) != head->content_check) return std::nullopt;
+  auto decoded = DecodeTransaction(*head, content, tree);
+  if (decoded) {
+    after.end = start + head->bytes;
+    after.last = decoded->last;
+    after.identity = decoded->identity;
+    position = after;
   }
-  return std::nullopt;
+  return decoded;
 }
 
 }  // namespace
 
-std::string_view FileWindow::At(std::uint64_t offset, std::size_t count) {
+std::string_view FileWindow::At(std::uint64_t offset, std::uint64_t count) {
   if (offset >= size_) return {};
-  count = static_cast<std::size_t>(std::min<std::uint64_t>(count, size_ - offset));
+  count = std::min(count, size_ - offset);
   if (offset < start_ || offset + count > start_ + filled_) {
-    bytes_.resize(std::max({count, kWindowBytes, bytes_.size()}));
+    const std::uint64_t wanted = std::min(std::max(count, step_), size_ - offset);
+    if (bytes_.size() < wanted) bytes_.resize(static_cast<std::size_t>(wanted));
     start_ = offset;
-    const auto wanted = std::min<std::uint64_t>(std::max(count, kWindowBytes), size_ - offset);
-    const Int32 status =
+    const StoreStatus status =
         file_.Read(bytes_.data(), static_cast<std::size_t>(wanted), offset, filled_);
     if (status_ == kDone) status_ = status;
   }
-  const auto from = static_cast<std::size_t>(offset - start_);
-  return std::string_view(bytes_.data(), filled_).substr(from, count);
+  return std::string_view(bytes_.data(), filled_)
+      .substr(static_cast<std::size_t>(offset - start_), static_cast<std::size_t>(count));
 }
 
-std::optional<RecordView> RecordAt(FileWindow& window, std::uint64_t offset) {
-  const auto head = DecodeHead(window.At(offset, kHeadBytes), RecordEnd::Head);
-  if (!head) return std::nullopt;
-  RecordView record{.head = *head, .names = {}, .data = {}};
-  if (head->Bytes() > window.Size() - offset) return record;
-  std::string_view bytes = window.At(offset, static_cast<std::size_t>(head->Bytes()));
-  if (bytes.size() < head->Bytes()) return record;
-  bytes.remove_prefix(kHeadBytes);
-  record.names = bytes.substr(0, head->names_bytes);
-  record.data = bytes.substr(head->names_bytes, head->data_bytes);
-  record.names_intact = Crc32c(record.names) == head->names_checksum;
-  record.data_intact = Crc32c(record.data) == head->data_checksum;
-  record.tail_intact =
-      DecodeHead(bytes.substr(bytes.size() - kHeadBytes), RecordEnd::Tail) == *head;
-  return record;
-}
-
-Int32 ReadPrefix(const OpenFile& file, JournalPrefix& prefix) {
-  // A mark that is being written at this moment may be read half old and half new.
-  for (int attempt = 0; attempt < kPrefixAttempts; ++attempt) {
-    std::array<char, kRecordsStart> bytes{};
-    std::size_t got = 0;
-    const Int32 status = file.Read(bytes.data(), bytes.size(), 0, got);
-    if (status != kDone) return status;
-    const std::string_view read(bytes.data(), got);
-    prefix.header = DecodeHeader(read);
-    if (read.size() > kHeaderBytes) prefix.mark = DecodeMark(read.substr(kHeaderBytes));
-    if (prefix.mark) break;
+StoreStatus LookAt(const OpenFile& file, const JournalPosition& position, Following& following) {
+  std::array<char, kLookBytes + kTransactionHeadBytes> bytes{};
+  const std::string_view anchor = position.Anchor();
+  const std::uint64_t between = position.end - position.anchor;
+  std::size_t got = 0;
+  const bool at_once = between <= kLookBytes;
+  const auto first =
+      at_once ? static_cast<std::size_t>(between) + kTransactionHeadBytes : anchor.size();
+  StoreStatus status = file.Read(bytes.data(), first, position.anchor, got);
+  std::string_view read(bytes.data(), got);
+  if (status != kDone) return status;
+  if (!read.starts_with(anchor)) {
+    following = Following::kOtherJournal;
+    return kDone;
   }
-  return kDone;
+  if (at_once) {
+    read.remove_prefix(std::min<std::size_t>(got, static_cast<std::size_t>(between)));
+  } else {
+    status = file.Read(bytes.data(), kTransactionHeadBytes, position.end, got);
+    read = std::string_view(bytes.data(), got);
+  }
+  following = WhatFollows(read, position);
+  return status;
 }
 
-Int32 Replay(FileWindow& window, std::uint64_t limit, Groups groups, JournalPosition& position,
-             KeyTree& tree) {
-  std::uint64_t whole_until = position.sequence;
-  while (const auto record = NextRecord(window, limit, position)) {
-    // The first record of a group counts only when the last one is there.
-    if (record->head.more && position.sequence >= whole_until) {
-      const auto group_end = EndOfGroup(window, limit, position);
-      if (!group_end || groups == Groups::OfOneRecord) break;
-      whole_until = group_end->sequence;
-      continue;
-    }
-    const auto change = ChangeOf(record->head, record->names, record->data);
-    if (!change) break;
-    Prepare(tree, *change).Apply(tree);
-    position.end += record->head.Bytes();
-    position.sequence = record->head.sequence;
+StoreStatus Replay(FileWindow& window, JournalPosition& position, KeyTree& tree) {
+  // The position follows when the change is made: until then, memory may run out.
+  for (JournalPosition next = position; auto decoded = NextTransaction(window, next, tree);) {
+    tree.ReserveNumbers(decoded->change.MadeKeys().size());
+    decoded->change.Apply(tree);
+    position = next;
   }
   return window.Status();
 }
 
-bool GroupFollows(FileWindow& window, std::uint64_t limit, const JournalPosition& position) {
-  const auto record = NextRecord(window, limit, position);
-  return record && record->head.more && EndOfGroup(window, limit, position);
+bool EndsCleanly(FileWindow& window, const JournalPosition& position) {
+  std::uint64_t offset = position.end;
+  if (Confirms(window.At(offset, kConfirmationBytes), position)) offset += kConfirmationBytes;
+  while (offset < window.Size()) {
+    const std::string_view bytes = window.At(offset, kSearchBytes);
+    if (bytes.empty() || !IsZero(bytes)) return false;
+    offset += bytes.size();
+  }
+  return true;
 }
 
 }  // namespace quorl::internal

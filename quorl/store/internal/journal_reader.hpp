@@ -1,7 +1,8 @@
-// Reading a journal: a window onto the file, single records, and the making of changes from settled
-// records in their order. For what is not intact see journal_salvage.hpp. Not for several threads.
+// Reading a journal: a window onto the file, and the making of its transactions in their order. For
+// what is damaged see journal_salvage.hpp. Not for several threads at once.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -13,69 +14,67 @@
 
 namespace quorl::internal {
 
-/// What a journal begins with; none of what is not intact.
-struct JournalPrefix {
-  std::optional<JournalHeader> header;
-  std::optional<JournalMark> mark;
-};
-
-/// Reads the beginning of a journal. What the mark calls settled is in the file when this returns.
-Int32 ReadPrefix(const OpenFile& file, JournalPrefix& prefix);
-
 /// A part of a file in memory, moved to where it is asked for.
 class FileWindow {
  public:
-  /// `file` is lent. Nothing at or behind `size` is read.
-  FileWindow(const OpenFile& file, std::uint64_t size) noexcept : file_(file), size_(size) {}
+  /// `file` is lent. Nothing from `size` on is read; `step` bytes are read at a time, or more.
+  FileWindow(const OpenFile& file, std::uint64_t size,
+             std::uint64_t step = std::uint64_t{256} * 1024) noexcept
+      : file_(file), size_(size), step_(step) {}
 
   /// `count` bytes at `offset`, valid until the next call; fewer at the end and after a failure.
-  std::string_view At(std::uint64_t offset, std::size_t count);
+  std::string_view At(std::uint64_t offset, std::uint64_t count);
+  const OpenFile& File() const noexcept { return file_; }
   std::uint64_t Size() const noexcept { return size_; }
   /// kDone, or the code of the first read that failed.
-  Int32 Status() const noexcept { return status_; }
+  StoreStatus Status() const noexcept { return status_; }
 
  private:
   const OpenFile& file_;
   std::uint64_t size_;
+  std::uint64_t step_;
   std::string bytes_;
   std::uint64_t start_ = 0;
   std::size_t filled_ = 0;
-  Int32 status_ = kDone;
+  StoreStatus status_ = kDone;
 };
-
-/// A record as it stands in the file, with what of it is intact. The views are valid until the
-/// window moves.
-struct RecordView {
-  RecordHead head;
-  std::string_view names;
-  std::string_view data;
-  bool names_intact = false;
-  bool data_intact = false;
-  bool tail_intact = false;
-
-  bool IsWhole() const noexcept { return names_intact && data_intact && tail_intact; }
-};
-
-/// The record whose head stands at `offset`; none when there is no intact head.
-std::optional<RecordView> RecordAt(FileWindow& window, std::uint64_t offset);
 
 /// How far a journal has been read.
 struct JournalPosition {
   std::uint32_t salt = 0;
-  std::uint64_t end = kRecordsStart;  ///< The offset behind the last record.
-  std::uint64_t sequence = 0;         ///< The number of the last record.
+  std::uint64_t end = kHeaderBytes;  ///< The offset after the last transaction.
+  std::uint64_t last = 0;            ///< The number of the last record.
+  RecordIdentity identity{};         ///< What that record is about.
+  /// Where the head of the last transaction stands, and its bytes; the file's header before the
+  /// first one. By these the journal is known again.
+  std::uint64_t anchor = 0;
+  std::size_t anchor_size = 0;
+  std::array<char, kTransactionHeadBytes> anchor_bytes{};
+
+  std::string_view Anchor() const noexcept { return {anchor_bytes.data(), anchor_size}; }
+  void SetAnchor(std::uint64_t offset, std::string_view bytes) noexcept {
+    anchor = offset;
+    anchor_size = bytes.copy(anchor_bytes.data(), anchor_bytes.size());
+  }
 };
 
-/// Whether groups of more than one record are to be made or to be stopped at. A change of one
-/// record is made whole or not at all even when memory runs out; a longer group is not.
-enum class Groups : std::uint8_t { OfAnyLength, OfOneRecord };
+/// What follows a position in a file.
+enum class Following : std::uint8_t {
+  kNothing,       ///< Zeros, with or without a confirmation before them.
+  kTransaction,   ///< The head of the next transaction.
+  kRest,          ///< Bytes that never happened.
+  kOtherJournal,  ///< This is not the journal any more of which the position is.
+};
 
-/// Makes the changes of every whole group from `position` on, group by group, until one is not
-/// intact or reaches beyond `limit`. `position` follows. Returns the code of a failed read.
-Int32 Replay(FileWindow& window, std::uint64_t limit, Groups groups, JournalPosition& position,
-             KeyTree& tree);
+/// Looks at the file where `position` is. Of what is there only the beginning is looked at.
+StoreStatus LookAt(const OpenFile& file, const JournalPosition& position, Following& following);
 
-/// Whether a whole group of more than one record stands at `position`.
-bool GroupFollows(FileWindow& window, std::uint64_t limit, const JournalPosition& position);
+/// Makes every whole transaction from `position` on in `tree`; `position` follows. A transaction is
+/// made whole or not at all even when memory runs out, which is thrown. Returns the code of a
+/// failed read.
+StoreStatus Replay(FileWindow& window, JournalPosition& position, KeyTree& tree);
+
+/// Whether nothing but zeros follows, after a confirmation or without one.
+bool EndsCleanly(FileWindow& window, const JournalPosition& position);
 
 }  // namespace quorl::internal

@@ -4,30 +4,29 @@
 #include <compare>
 #include <utility>
 
-#include "quorl/store/key_name.hpp"
-
 namespace quorl::internal {
 namespace {
 
-// Before the data of a value its type is written, between path and name of a value a zero byte.
-constexpr std::size_t kTypeBytes = 4;
-constexpr std::size_t kJoinerBytes = 1;
+constexpr std::string_view kCutPath = "...";
 
-constexpr auto kNameOfKey = [](const Key* key) -> std::string_view { return key->Name(); };
-constexpr auto kNameOfValue = [](const Value* value) -> std::string_view { return value->name; };
-constexpr auto kBefore = [](std::string_view left, std::string_view right) {
-  return std::is_lt(CompareNames(left, right));
-};
+bool IsBefore(const Value& value, std::uint64_t hash, std::string_view name) noexcept {
+  if (value.hash != hash) return value.hash < hash;
+  return std::is_lt(CompareNames(value.name, name));
+}
 
-// Room for `more` elements that grows in steps, so that a growing list costs no more than its
-// length.
-template <class Element>
-void MakeRoom(std::vector<Element>& list, std::size_t more) {
-  const std::size_t needed = list.size() + more;
-  if (needed > list.capacity()) list.reserve(std::max(needed, 2 * list.capacity()));
+Weight WeightOf(const Value& value) noexcept {
+  return {1, std::uint64_t{value.name.size()} + value.data.size()};
 }
 
 }  // namespace
+
+Value::Value(std::string_view value_name, Int32 value_type, std::string_view value_data)
+    : name(value_name), type(value_type), data(value_data), hash(HashOfName(value_name)) {}
+
+void Value::Take(Value& other) noexcept {
+  type = other.type;
+  data.swap(other.data);
+}
 
 Weight& Weight::operator+=(Weight other) noexcept {
   records += other.records;
@@ -41,128 +40,198 @@ Weight& Weight::operator-=(Weight other) noexcept {
   return *this;
 }
 
-Key::Key(std::string_view name, std::size_t path_bytes) : name_(name), path_bytes_(path_bytes) {}
+bool Key::KeyIsLess::operator()(const Key& left, const Key& right) const noexcept {
+  return std::is_lt(CompareNames(left.name_, right.name_));
+}
 
-Key::~Key() { Clear(); }
+bool Key::HashIsLess::operator()(const Value& left, const Value& right) const noexcept {
+  return IsBefore(left, right.hash, right.name);
+}
 
-std::string Key::Path() const {
-  std::string path(path_bytes_, kPathSeparator);
-  std::size_t end = path_bytes_;
-  for (const Key* key = this; key->path_bytes_ != 0; key = key->parent_) {
-    key->name_.copy(path.data() + (end - key->name_.size()), key->name_.size());
-    end = key->parent_->path_bytes_;
+Key::~Key() { Clear(nullptr); }
+
+std::string Key::Path(std::size_t longest) const {
+  // From the end to the beginning: the names are appended backwards and turned round.
+  std::string path;
+  for (const Key* key = this; key->parent_ != nullptr && path.size() <= longest;
+       key = key->parent_) {
+    if (!path.empty()) path += kPathSeparator;
+    path.append(key->name_.rbegin(), key->name_.rend());
   }
+  if (path.size() > longest) path.resize(longest - kCutPath.size()), path += kCutPath;
+  std::ranges::reverse(path);
   return path;
 }
 
-std::size_t Key::SubkeyPathBytes(std::string_view name) const noexcept {
-  return path_bytes_ == 0 ? name.size() : path_bytes_ + 1 + name.size();
-}
-
 Key* Key::FindSubkey(std::string_view name) const noexcept {
-  const auto found = std::ranges::lower_bound(subkeys_, name, kBefore, kNameOfKey);
-  return found != subkeys_.end() && std::is_eq(CompareNames((*found)->name_, name)) ? *found
-                                                                                    : nullptr;
+  Key* found = subkeys_.LowerBound(
+      [&](const Key& key) { return std::is_lt(CompareNames(key.name_, name)); });
+  return found != nullptr && std::is_eq(CompareNames(found->name_, name)) ? found : nullptr;
 }
 
 Value* Key::FindValue(std::string_view name) const noexcept {
-  const auto found = std::ranges::lower_bound(values_by_name_, name, kBefore, kNameOfValue);
-  return found != values_by_name_.end() && std::is_eq(CompareNames((*found)->name, name)) ? *found
-                                                                                          : nullptr;
+  const std::uint64_t hash = HashOfName(name);
+  Value* found =
+      values_by_name_.LowerBound([&](const Value& value) { return IsBefore(value, hash, name); });
+  const bool same =
+      found != nullptr && found->hash == hash && std::is_eq(CompareNames(found->name, name));
+  return same ? found : nullptr;
 }
 
-bool Key::IsBare() const noexcept { return path_bytes_ != 0 && IsEmpty(); }
+Value* Key::FindValueByHash(std::uint64_t hash) const noexcept {
+  Value* found = values_by_name_.LowerBound([&](const Value& value) { return value.hash < hash; });
+  return found != nullptr && found->hash == hash ? found : nullptr;
+}
 
 Weight Key::OwnWeight() const noexcept {
-  Weight weight;
-  if (IsBare()) weight = {1, static_cast<std::int64_t>(path_bytes_)};
-  for (const Value* value : values_) weight += WeightOf(*value);
+  Weight weight{1, name_.size()};
+  values_.ForEach([&](const Value& value) { weight += WeightOf(value); });
   return weight;
 }
 
-Weight Key::WeightOf(const Value& value) const noexcept {
-  const std::size_t bytes =
-      path_bytes_ + kJoinerBytes + value.name.size() + kTypeBytes + value.data.size();
-  return {1, static_cast<std::int64_t>(bytes)};
-}
-
-void Key::MakeRoomForSubkeys(std::size_t more) { MakeRoom(subkeys_, more); }
-
-void Key::MakeRoomForValues(std::size_t more) {
-  MakeRoom(values_, more);
-  MakeRoom(values_by_name_, more);
-}
-
 void Key::Insert(std::shared_ptr<Key> subkey) noexcept {
-  Key* key = subkey.get();
-  key->parent_ = this;
-  key->self_ = std::move(subkey);
-  subkeys_.insert(std::ranges::lower_bound(subkeys_, key->name_, kBefore, kNameOfKey), key);
+  Key& key = *subkey;
+  key.parent_ = this;
+  key.self_ = std::move(subkey);
+  subkeys_.Insert(key);
 }
 
 void Key::Insert(std::unique_ptr<Value> value) noexcept {
   value->ordinal = next_ordinal_++;
-  const auto place = std::ranges::lower_bound(values_by_name_, value->name, kBefore, kNameOfValue);
-  values_by_name_.insert(place, value.get());
-  values_.push_back(value.release());
+  values_by_name_.Insert(*value);
+  values_.Insert(*value.release());
 }
 
-void Key::Remove(const Key& subkey) noexcept {
-  const auto place = std::ranges::lower_bound(subkeys_, subkey.name_, kBefore, kNameOfKey);
-  const std::shared_ptr<Key> removed = std::move((*place)->self_);
-  subkeys_.erase(place);
-  removed->Clear();
-  removed->deleted_ = true;
-  removed->parent_ = nullptr;
+void Key::Put(std::unique_ptr<Value> value) noexcept {
+  if (Value* former = FindValue(value->name)) {
+    former->Take(*value);
+  } else {
+    Insert(std::move(value));
+  }
 }
 
-void Key::Remove(const Value& value) noexcept {
-  values_by_name_.erase(
-      std::ranges::lower_bound(values_by_name_, value.name, kBefore, kNameOfValue));
-  values_.erase(std::ranges::lower_bound(values_, value.ordinal, {}, &Value::ordinal));
+void Key::Remove(Value& value) noexcept {
+  values_by_name_.Remove(value);
+  values_.Remove(value);
   delete &value;
 }
 
-void Key::Clear() noexcept {
-  DropValues();
-  DropSubkeys();
+void Key::Remove(Key& subkey, KeyTree* tree) noexcept {
+  subkeys_.Remove(subkey);
+  const std::shared_ptr<Key> removed = std::move(subkey.self_);
+  removed->Clear(tree);
+  if (tree != nullptr) tree->Dropped(*removed);
+  removed->state_ = State::kDeleted;
+  removed->parent_ = nullptr;
 }
 
-void Key::DropValues() noexcept {
-  for (const Value* value : values_) delete value;
-  values_.clear();
-  values_by_name_.clear();
+void Key::Clear(KeyTree* tree) noexcept {
+  DropValues(tree);
+  DropSubkeys(tree);
 }
 
-void Key::TakeContentOf(Key& other) noexcept {
-  Clear();
-  subkeys_.swap(other.subkeys_);
-  values_.swap(other.values_);
-  values_by_name_.swap(other.values_by_name_);
-  next_ordinal_ = other.next_ordinal_;
-  for (Key* subkey : subkeys_) subkey->parent_ = this;
+void Key::DropValues(KeyTree* tree) noexcept {
+  values_by_name_ = {};
+  values_.Clear([&](Value* value) {
+    if (tree != nullptr) tree->weight_ -= WeightOf(*value);
+    delete value;
+  });
 }
 
-// Takes the tree below apart from its leaves upward, along the parent links: no recursion, and no
-// allocation, since a destructor may not fail. A key that an open handle still holds stays, empty.
-void Key::DropSubkeys() noexcept {
+// Takes the tree below apart from its leaves upward, along the links to the parents: no recursion,
+// and no allocation, since a destructor may not fail. A key that an open handle still holds stays,
+// empty.
+void Key::DropSubkeys(KeyTree* tree) noexcept {
   Key* key = this;
-  while (key != this || !key->subkeys_.empty()) {
-    if (!key->subkeys_.empty()) {
-      key = key->subkeys_.back();
+  while (key != this || !key->subkeys_.IsEmpty()) {
+    if (!key->subkeys_.IsEmpty()) {
+      key = key->subkeys_.Top();
       continue;
     }
-    key->DropValues();
-    key->deleted_ = true;
+    key->DropValues(tree);
+    if (tree != nullptr) tree->Dropped(*key);
+    key->state_ = State::kDeleted;
     Key* parent = std::exchange(key->parent_, nullptr);
-    parent->subkeys_.pop_back();
+    parent->subkeys_.Remove(*key);
     const std::shared_ptr<Key> dropped = std::move(key->self_);
     key = parent;
   }
 }
 
-Key* KeyTree::Find(std::string_view path) const noexcept {
-  Key* key = root_.get();
+KeyTree::KeyTree() : root_(std::make_shared<Key>(std::string_view{})), numbered_{root_.get()} {
+  root_->number_ = 0;
+  root_->state_ = Key::State::kInTree;
+}
+
+// Handles may outlive the tree: for them it is gone with all its keys.
+KeyTree::~KeyTree() {
+  root_->Clear(nullptr);
+  root_->state_ = Key::State::kDeleted;
+}
+
+Key* KeyTree::Numbered(std::uint32_t number) const noexcept {
+  return number < numbered_.size() ? numbered_[number] : nullptr;
+}
+
+void KeyTree::ReserveNumbers(std::size_t more) {
+  const std::size_t needed = numbered_.size() + more;
+  if (needed > numbered_.capacity()) {
+    numbered_.reserve(std::max(needed, 2 * numbered_.capacity()));
+  }
+}
+
+void KeyTree::Adopt(Key& key) noexcept {
+  key.state_ = Key::State::kInTree;
+  if (numbered_.size() == numbered_.capacity()) return;
+  key.number_ = NextNumber();
+  numbered_.push_back(&key);
+}
+
+void KeyTree::Renumber(std::vector<Key*> keys) noexcept {
+  numbered_ = std::move(keys);
+  for (std::uint32_t number = 0; number < numbered_.size(); ++number) {
+    numbered_[number]->number_ = number;
+  }
+}
+
+void KeyTree::Insert(Key& parent, std::shared_ptr<Key> subkey, Weight added) noexcept {
+  weight_ += added;
+  parent.Insert(std::move(subkey));
+}
+
+void KeyTree::Put(Key& key, std::unique_ptr<Value> value) noexcept {
+  if (Value* former = key.FindValue(value->name)) {
+    weight_ += {0, value->data.size()};
+    weight_ -= {0, former->data.size()};
+    former->Take(*value);
+  } else {
+    weight_ += WeightOf(*value);
+    key.Insert(std::move(value));
+  }
+}
+
+void KeyTree::RemoveValue(Key& key, std::string_view name) noexcept {
+  Value* value = key.FindValue(name);
+  if (value == nullptr) return;
+  weight_ -= WeightOf(*value);
+  key.Remove(*value);
+}
+
+void KeyTree::Remove(Key& key) noexcept {
+  if (key.parent_ == nullptr) {
+    key.Clear(this);
+  } else {
+    key.parent_->Remove(key, this);
+  }
+}
+
+void KeyTree::Dropped(const Key& key) noexcept {
+  weight_ -= {1, key.name_.size()};
+  if (key.number_ < numbered_.size()) numbered_[key.number_] = nullptr;
+}
+
+Key* FindKey(const Key& from, std::string_view path) noexcept {
+  Key* key = from.Self().get();
   for (auto level = TakeLevel(path); key != nullptr && !level.empty(); level = TakeLevel(path)) {
     key = key->FindSubkey(level);
   }

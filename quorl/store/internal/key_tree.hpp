@@ -1,128 +1,208 @@
-// The content of one hive in memory: a tree of keys with their values. Nothing here locks, and
-// nothing here recurses: depth costs no stack. For changes to a tree see key_change.hpp.
+// The content of one hive in memory: a tree of keys with their values. Every step takes logarithmic
+// time, and nothing recurses by the depth of the keys. Nothing here locks. For changes to a tree
+// see change.hpp.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "quorl/runtime/types.hpp"
+#include "quorl/store/internal/counted_tree.hpp"
+#include "quorl/store/internal/name_hash.hpp"
+#include "quorl/store/key_name.hpp"
 
 namespace quorl::internal {
 
 /// One value of a key.
 struct Value {
+  Value(std::string_view value_name, Int32 value_type, std::string_view value_data);
+
+  /// Takes over type and data; name and place stay.
+  void Take(Value& other) noexcept;
+
   std::string name;
-  Int32 type = 0;
+  Int32 type;
   std::string data;
+  std::uint64_t hash;         ///< `HashOfName` of the name.
   std::uint64_t ordinal = 0;  ///< Its place in the order in which the key's values were made.
+  TreeLink<Value> in_order{};
+  TreeLink<Value> by_name{};
 };
 
-/// What a part of a tree takes when it is written out afresh: the number of records, and the bytes
-/// of path, name and data in them (see journal_format.hpp).
+/// What a part of a tree takes when it is written out: records, and the bytes of names and data.
 struct Weight {
-  std::int64_t records = 0;
-  std::int64_t bytes = 0;
+  std::uint64_t records = 0;
+  std::uint64_t bytes = 0;
 
   Weight& operator+=(Weight other) noexcept;
   Weight& operator-=(Weight other) noexcept;
 };
 
-/// A key: its name, its subkeys in name order, its values in the order in which they were made.
+class KeyTree;
+
+/// A key: its name, its subkeys in the order of their names, its values in the order in which they
+/// were made.
 class Key : public std::enable_shared_from_this<Key> {
  public:
-  /// `path_bytes` is the length of the path from the root to here, 0 for the root itself.
-  Key(std::string_view name, std::size_t path_bytes);
+  static constexpr std::uint32_t kNoNumber = std::numeric_limits<std::uint32_t>::max();
+
+  /// Where a key stands in its life.
+  enum class State : std::uint8_t { kPlanned, kInTree, kDeleted };
+
+  explicit Key(std::string_view name) : name_(name) {}
   Key(const Key&) = delete;
   Key& operator=(const Key&) = delete;
   ~Key();
 
-  /// A share of the key, for an open handle. Every key is held by shared pointers.
-  std::shared_ptr<const Key> Self() const noexcept { return weak_from_this().lock(); }
+  /// A share of the key. Every key is held by shared pointers.
+  std::shared_ptr<Key> Self() const noexcept {
+    return std::const_pointer_cast<Key>(weak_from_this().lock());
+  }
 
   const std::string& Name() const noexcept { return name_; }
-  /// The levels from the root to here with backslashes between them, and its length.
-  std::string Path() const;
-  std::size_t PathBytes() const noexcept { return path_bytes_; }
-  /// The length of the path of a subkey called `name`.
-  std::size_t SubkeyPathBytes(std::string_view name) const noexcept;
-  /// Whether the key was taken out of its tree; it has then no subkeys and no values.
-  bool Deleted() const noexcept { return deleted_; }
+  Key* Parent() const noexcept { return parent_; }
+  State StateNow() const noexcept { return state_; }
+  /// A deleted key has neither subkeys nor values.
+  bool Deleted() const noexcept { return state_ == State::kDeleted; }
+  /// The number under which the journal knows the key.
+  std::uint32_t Number() const noexcept { return number_; }
+  /// The names of the levels from the root to here with backslashes between them; of a path longer
+  /// than `longest` bytes "..." and its end.
+  std::string Path(std::size_t longest = std::numeric_limits<std::size_t>::max()) const;
 
-  std::span<Key* const> Subkeys() const noexcept { return subkeys_; }
-  std::span<const Value* const> Values() const noexcept { return values_; }
+  bool IsEmpty() const noexcept { return subkeys_.IsEmpty() && values_.IsEmpty(); }
+  std::size_t SubkeyCount() const noexcept { return subkeys_.Size(); }
+  std::size_t ValueCount() const noexcept { return values_.Size(); }
+  /// Null after the last one.
+  const Key* SubkeyAt(std::size_t place) const noexcept { return subkeys_.At(place); }
+  const Value* ValueAt(std::size_t place) const noexcept { return values_.At(place); }
   /// Null when there is none of that name, in whatever case.
   Key* FindSubkey(std::string_view name) const noexcept;
   Value* FindValue(std::string_view name) const noexcept;
+  /// A value whose name has this hash.
+  Value* FindValueByHash(std::uint64_t hash) const noexcept;
 
-  /// Whether the key has neither a value nor a subkey.
-  bool IsEmpty() const noexcept { return subkeys_.empty() && values_.empty(); }
-  /// Whether the key needs a record of its own, since no value and no subkey shows that it exists.
-  bool IsBare() const noexcept;
+  /// Calls `visit(Key&)` for each subkey in order.
+  template <class Visit>
+  void ForEachSubkey(Visit visit) const {
+    subkeys_.ForEach(visit);
+  }
+  template <class Visit>
+  void ForEachValue(Visit visit) const {
+    values_.ForEach(visit);
+  }
+
   /// What the key itself takes, its subkeys not counted.
   Weight OwnWeight() const noexcept;
-  Weight WeightOf(const Value& value) const noexcept;
 
-  // Taking something in cannot fail once there is room for it.
-  void MakeRoomForSubkeys(std::size_t more);
-  void MakeRoomForValues(std::size_t more);
+  /// Notes where a planned key is to be.
+  void PlanBelow(Key& parent) noexcept { parent_ = &parent; }
+
+  // Changes, none of which can fail. For keys of a tree KeyTree has its own.
   void Insert(std::shared_ptr<Key> subkey) noexcept;
   void Insert(std::unique_ptr<Value> value) noexcept;
-  void Remove(const Key& subkey) noexcept;
-  void Remove(const Value& value) noexcept;
-  /// Removes every value and every subkey; those below count as deleted.
-  void Clear() noexcept;
-  /// Takes over what `other`, a key with a path of the same length, holds, in place of its own.
-  void TakeContentOf(Key& other) noexcept;
+  /// Replaces the value of the same name, which keeps its name's case and its place, or inserts.
+  void Put(std::unique_ptr<Value> value) noexcept;
+  void Remove(Value& value) noexcept;
+  /// Removes a subkey with all below it; `tree`, unless null, is told.
+  void Remove(Key& subkey, KeyTree* tree) noexcept;
+  /// Removes every value and every subkey.
+  void Clear(KeyTree* tree) noexcept;
 
  private:
-  void DropSubkeys() noexcept;
-  void DropValues() noexcept;
+  friend class KeyTree;
+  struct KeyIsLess {
+    bool operator()(const Key& left, const Key& right) const noexcept;
+  };
+  struct MadeEarlier {
+    bool operator()(const Value& left, const Value& right) const noexcept {
+      return left.ordinal < right.ordinal;
+    }
+  };
+  // By the names' hashes: most comparisons are of two numbers.
+  struct HashIsLess {
+    bool operator()(const Value& left, const Value& right) const noexcept;
+  };
+
+  void DropSubkeys(KeyTree* tree) noexcept;
+  void DropValues(KeyTree* tree) noexcept;
 
   Key* parent_ = nullptr;
   std::string name_;
-  std::size_t path_bytes_;
-  bool deleted_ = false;
+  std::uint32_t number_ = kNoNumber;
+  State state_ = State::kPlanned;
   std::uint64_t next_ordinal_ = 0;
-  // A key in a tree holds itself, and the lists hold plain pointers: what is behind a place in a
-  // list is moved in one go when something is put there or taken away.
+  // A key below another one holds itself, and the trees hold plain pointers.
   std::shared_ptr<Key> self_;
-  std::vector<Key*> subkeys_;
-  std::vector<Value*> values_;
-  std::vector<Value*> values_by_name_;
+  TreeLink<Key> link_{};
+  CountedTree<Key, &Key::link_, KeyIsLess> subkeys_;
+  CountedTree<Value, &Value::in_order, MadeEarlier> values_;
+  CountedTree<Value, &Value::by_name, HashIsLess> values_by_name_;
 };
 
-/// A root key with everything below it.
+/// A root key with everything below it, and its keys by their numbers.
 class KeyTree {
  public:
-  KeyTree() : root_(std::make_shared<Key>(std::string_view{}, 0)) {}
+  KeyTree();
+  ~KeyTree();
+  KeyTree(const KeyTree&) = delete;
+  KeyTree& operator=(const KeyTree&) = delete;
 
   const std::shared_ptr<Key>& Root() const noexcept { return root_; }
-  /// The key at `path`, null when it is absent.
-  Key* Find(std::string_view path) const noexcept;
-  /// What the whole tree takes when it is written out afresh.
+  /// What the whole tree takes when it is written out.
   Weight TotalWeight() const noexcept { return weight_; }
-  void Reweigh(Weight added) noexcept { weight_ += added; }
+
+  /// The key that has this number; null for none.
+  Key* Numbered(std::uint32_t number) const noexcept;
+  /// The number that the next key gets. No number is given twice.
+  std::uint32_t NextNumber() const noexcept { return static_cast<std::uint32_t>(numbered_.size()); }
+  /// Makes room for the numbers of so many new keys. A tree for which this is never called, as no
+  /// journal asks for numbers, gives none.
+  void ReserveNumbers(std::size_t more);
+  /// Takes a planned key for one of the tree, with the next number.
+  void Adopt(Key& key) noexcept;
+  /// Gives all keys new numbers, by their places in `keys`, which holds each of the tree once, the
+  /// root first.
+  void Renumber(std::vector<Key*> keys) noexcept;
+
+  // Changes of keys that are in the tree, none of which can fail.
+  void Insert(Key& parent, std::shared_ptr<Key> subkey, Weight added) noexcept;
+  void Put(Key& key, std::unique_ptr<Value> value) noexcept;
+  /// Nothing when there is no such value.
+  void RemoveValue(Key& key, std::string_view name) noexcept;
+  /// Removes `key` with all below it; the root is only emptied.
+  void Remove(Key& key) noexcept;
 
  private:
+  friend class Key;
+  void Dropped(const Key& key) noexcept;
+
   std::shared_ptr<Key> root_;
   Weight weight_;
+  std::vector<Key*> numbered_;
 };
 
-/// Calls `visit(const Key&)` for `top` and every key below it, each before its subkeys.
+/// The key at `path` below `from`; null when it is absent.
+Key* FindKey(const Key& from, std::string_view path) noexcept;
+
+/// Calls `visit(Key&)` for `top` and every key below it, each before its subkeys, subkeys in order.
 template <class Visit>
-void ForEachKey(const Key& top, Visit visit) {
-  std::vector<const Key*> waiting{&top};
+void ForEachKey(Key& top, Visit visit) {
+  std::vector<Key*> waiting{&top};
   while (!waiting.empty()) {
-    const Key* key = waiting.back();
+    Key* key = waiting.back();
     waiting.pop_back();
     visit(*key);
-    const auto subkeys = key->Subkeys();
-    waiting.insert(waiting.end(), subkeys.rbegin(), subkeys.rend());
+    const std::size_t first = waiting.size();
+    waiting.resize(first + key->SubkeyCount());
+    std::size_t place = waiting.size();
+    key->ForEachSubkey([&](Key& subkey) { waiting[--place] = &subkey; });
   }
 }
 

@@ -9,14 +9,16 @@ namespace quorl::internal {
 
 class MemoryHive final : public Hive {
  public:
-  Int32 Read(Freshness freshness, Look look) override;
-  Int32 Write(Plan plan) override;
+  StoreStatus Read(Freshness freshness, Look look) override;
+  StoreStatus Prepare(Plan plan, std::unique_ptr<PendingChange>& pending) override;
   void HoldForFork() noexcept override { mutex_.lock(); }
   void ReleaseAfterFork() noexcept override { mutex_.unlock(); }
 
  private:
+  class Pending;
+
   std::mutex mutex_;
-  HiveContent content_;
+  HiveContent content_ = std::make_shared<KeyTree>();
 };
 
 }  // namespace quorl::internal

@@ -1,5 +1,5 @@
 // An open file of a FileSystem that closes itself, with reading and writing to the end of what is
-// asked. Codes are those of status.hpp. Not for several threads at once.
+// asked. Not for several threads at once.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 namespace quorl::internal {
 
 /// The code of a FileSystem's result.
-Int32 CodeOfResult(std::int64_t result) noexcept;
+StoreStatus CodeOfResult(std::int64_t result) noexcept;
 
 class OpenFile {
  public:
@@ -30,14 +30,21 @@ class OpenFile {
 
   bool IsOpen() const noexcept { return descriptor_ >= 0; }
   int Descriptor() const noexcept { return descriptor_; }
+  /// Whether the descriptor is open and still that of the file `identity`: the host may have closed
+  /// it and opened something else.
+  bool IsStill(const FileInfo& identity) const noexcept;
+  /// Leaves the descriptor as it is, because it is not ours any more.
+  void Forget() noexcept { descriptor_ = -1; }
 
   /// Reads up to `size` bytes, fewer only at the file's end; `got` says how many.
-  Int32 Read(char* bytes, std::size_t size, std::uint64_t offset, std::size_t& got) const;
+  StoreStatus Read(char* bytes, std::size_t size, std::uint64_t offset, std::size_t& got) const;
   /// Writes all of `bytes`.
-  Int32 Write(std::string_view bytes, std::uint64_t offset) const;
-  Int32 Truncate(std::uint64_t size) const;
-  Int32 Sync() const;
-  Int32 Describe(FileInfo& info) const;
+  StoreStatus Write(std::string_view bytes, std::uint64_t offset) const;
+  /// Writes `count` zeros.
+  StoreStatus WriteZeros(std::uint64_t count, std::uint64_t offset) const;
+  StoreStatus Truncate(std::uint64_t size) const;
+  StoreStatus Sync() const;
+  StoreStatus Describe(FileInfo& info) const;
 
  private:
   FileSystem* files_ = nullptr;

@@ -1,19 +1,22 @@
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <cstring>
-#include <string_view>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include "quorl/store/file_system.hpp"
-#include "quorl/store/internal/crc32c.hpp"
 
 namespace quorl::internal {
 namespace {
 
-constexpr const char* kBootIdPath = "/proc/sys/kernel/random/boot_id";
 constexpr int kFirstOwnDescriptor = 3;
 constexpr unsigned kPermissionBits = 07777;
 
@@ -44,12 +47,12 @@ int OpenWith(const char* path, int flags, unsigned mode) noexcept {
 
 int FlagsOf(OpenFor purpose) noexcept {
   switch (purpose) {
-    case OpenFor::Reading:
+    case OpenFor::kReading:
       return O_RDONLY;
-    case OpenFor::Writing:
+    case OpenFor::kWriting:
       return O_RDWR;
-    case OpenFor::Creating:
-      return O_RDWR | O_CREAT | O_NOFOLLOW;
+    case OpenFor::kCreating:
+      return O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW;
   }
   return O_RDONLY;
 }
@@ -61,7 +64,8 @@ FileInfo InfoOf(const struct stat& status) noexcept {
           .mode = status.st_mode & kPermissionBits,
           .owner = status.st_uid,
           .group = status.st_gid,
-          .regular = S_ISREG(status.st_mode)};
+          .regular = S_ISREG(status.st_mode),
+          .foreign = geteuid() != 0 && status.st_uid != geteuid()};
 }
 
 class PosixFileSystem final : public FileSystem {
@@ -73,12 +77,14 @@ class PosixFileSystem final : public FileSystem {
   void Close(int file) noexcept override { close(file); }
 
   std::int64_t ReadAt(int file, void* bytes, std::size_t size, std::uint64_t offset) override {
-    return OrError<std::int64_t>(pread(file, bytes, size, static_cast<off_t>(offset)));
+    return Uninterrupted(
+        [&] { return std::int64_t{pread(file, bytes, size, static_cast<off_t>(offset))}; });
   }
 
   std::int64_t WriteAt(int file, const void* bytes, std::size_t size,
                        std::uint64_t offset) override {
-    return OrError<std::int64_t>(pwrite(file, bytes, size, static_cast<off_t>(offset)));
+    return Uninterrupted(
+        [&] { return std::int64_t{pwrite(file, bytes, size, static_cast<off_t>(offset))}; });
   }
 
   int Truncate(int file, std::uint64_t size) override {
@@ -107,7 +113,7 @@ class PosixFileSystem final : public FileSystem {
     struct flock lock {};
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
-    const int result = OrError(fcntl(file, F_OFD_SETLK, &lock));
+    const int result = Uninterrupted([&] { return fcntl(file, F_OFD_SETLK, &lock); });
     return result == -EACCES ? -EAGAIN : result;
   }
 
@@ -119,6 +125,15 @@ class PosixFileSystem final : public FileSystem {
 
   int Rename(const std::string& from, const std::string& to) override {
     return OrError(rename(from.c_str(), to.c_str()));
+  }
+
+  int RenameToFree(const std::string& from, const std::string& to) override {
+    const int result =
+        OrError(renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE));
+    if (result != -EINVAL && result != -ENOSYS) return result;
+    // Where the file system cannot do it in one step.
+    const int linked = Link(from, to);
+    return linked == 0 ? Remove(from) : linked;
   }
 
   int Link(const std::string& from, const std::string& to) override {
@@ -148,16 +163,25 @@ class PosixFileSystem final : public FileSystem {
     return 0;
   }
 
-  std::uint64_t BootNumber() override {
-    const int file = OpenWith(kBootIdPath, O_RDONLY, 0);
-    if (file < 0) return 0;
-    std::array<char, 64> text{};
-    const auto length = Uninterrupted([&] { return read(file, text.data(), text.size()); });
-    close(file);
-    if (length < 2) return 0;
-    const std::string_view id(text.data(), static_cast<std::size_t>(length));
-    const std::size_t half = id.size() / 2;
-    return std::uint64_t{Crc32c(id.substr(0, half))} << 32 | Crc32c(id.substr(half));
+  int List(const std::string& path, std::vector<std::string>& names) override {
+    const int folder = OpenWith(path.c_str(), O_RDONLY | O_DIRECTORY, 0);
+    if (folder < 0) return folder;
+    DIR* const list = fdopendir(folder);
+    if (list == nullptr) {
+      const int error = errno;
+      close(folder);
+      return -error;
+    }
+    const std::unique_ptr<DIR, int (*)(DIR*)> closing(list, closedir);
+    while (const dirent* entry = readdir(list)) names.emplace_back(entry->d_name);
+    return 0;
+  }
+
+  std::chrono::microseconds Pause(std::chrono::microseconds duration) override {
+    const auto start = std::chrono::steady_clock::now();
+    std::this_thread::sleep_for(duration);
+    return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() -
+                                                                 start);
   }
 };
 
