@@ -2,9 +2,7 @@
 
 #include <array>
 #include <atomic>
-#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <thread>
 #include <vector>
 
@@ -104,44 +102,31 @@ TEST(Locale, FormatsOfTheSystem) {
   }
 }
 
-// What `Locale::System` is in a new process with that environment: this program, which writes the
-// description and ends before any test runs.
-std::string SystemIn(const std::string& environment) {
-  const std::string program = std::filesystem::canonical("/proc/self/exe");
-  const std::string command = "env -i QUORL_PRINT_LOCALE= " + environment + " '" + program + "'";
-  char described[200] = "nothing";
-  FILE* const pipe = popen(command.c_str(), "r");
-  if (pipe == nullptr || std::fgets(described, sizeof described, pipe) == nullptr) return "nothing";
-  pclose(pipe);
-  return described;
-}
-const bool kIsParent = [] {
-  if (std::getenv("QUORL_PRINT_LOCALE") == nullptr) return true;
-  std::fputs(Described(Locale::System()).c_str(), stdout);
-  std::fflush(stdout);
-  std::_Exit(0);
-}();
-
 TEST(Locale, SystemFollowsTheEnvironment) {
-  ASSERT_TRUE(kIsParent);
-  const std::pair<std::string, std::vector<std::string>> cases[] = {
-      {Described(Locale()),
-       {"", "LANG=C", "LANG=C.UTF-8", "LC_ALL=POSIX LANG=fr_FR.UTF-8", "LANG=xx_YY.UTF-8",
-        "LANG=../../etc/passwd", "LC_ALL=" + std::string(5000, 'x')}},
-      {Described(*Locale::Named(u"fr-FR")),
-       {"LANG=fr_FR.UTF-8", "LC_ALL= LANG=fr_FR.UTF-8", "LANG=fr_CA", "LANG=fr", "LANG=fr_xx@euro",
-        "LC_ALL=fr_FR.UTF-8 LC_NUMERIC=C LANG=de_DE"}},
-      {Described(*Locale::Named(u"fr-CH")), {"LANG=fr_CH.UTF-8"}},
-      {Described(*Locale::Named(u"de-DE")), {"LANG=de_AT.UTF-8"}},
-      {Described(*Locale::Named(u"nl-NL")), {"LANG=nl_AW"}},
-      {Described(*Locale::Named(u"en-GB")), {"LANG=en_IE"}},
-      {"1.234,5 ymd- 12:00 True/False", {"LC_NUMERIC=de_AT"}},
-      {"1\u2019234.5 mdy/ 12:00 Vrai/Faux",
-       {"LANG=fr_FR.UTF-8 LC_NUMERIC=de_CH.UTF-8 LC_TIME=en_US.UTF-8"}},
-  };
-  for (const auto& [expected, environments] : cases) {
-    for (const std::string& environment : environments) {
-      EXPECT_EQ(SystemIn(environment), expected) << environment.substr(0, 200);
+  EXPECT_EQ(Locale::System(), internal::LocaleOfEnvironment());
+  // Environments, with ";" between two, and the locale that they mean.
+  for (const auto& [expected, environments] : {
+           std::pair(Described(Locale()),
+                     u";LANG=C;LANG=C.UTF-8;LC_ALL=POSIX|LANG=fr_FR;LANG=xx_YY.UTF-8;LANG=french"
+                     u";LANG=../../etc/passwd;LC_ALL=" + String(5000, u'x')),
+           {Described(*Locale::Named(u"fr-FR")),
+            u"LANG=fr_FR.UTF-8;LC_ALL=|LANG=fr_FR;LANG=fr_CA;LANG=fr;LANG=fr_xx@euro"
+            u";LC_ALL=fr_FR.UTF-8|LC_NUMERIC=C|LANG=de_DE"},
+           {Described(*Locale::Named(u"fr-CH")), u"LANG=fr_CH.UTF-8"},
+           {Described(*Locale::Named(u"de-DE")), u"LANG=de_AT.UTF-8"},
+           {Described(*Locale::Named(u"nl-NL")), u"LANG=nl_AW"},
+           {Described(*Locale::Named(u"en-GB")), u"LANG=en_IE"},
+           {"1.234,5 ymd- 12:00 True/False", u"LC_NUMERIC=de_AT"},
+           {"1\u2019234.5 mdy/ 12:00 Vrai/Faux",
+            u"LANG=fr_FR.UTF-8|LC_NUMERIC=de_CH.UTF-8|LC_TIME=en_US.UTF-8"},
+       }) {
+    for (const String& environment : Cells(environments, u';')) {
+      clearenv();
+      for (const auto& [name, value] : Pairs(environment)) {
+        if (!name.empty()) setenv(Utf8(name).c_str(), value.c_str(), 1);
+      }
+      EXPECT_EQ(Described(internal::LocaleOfEnvironment()), expected)
+          << Shown(StringView(environment).substr(0, 200));
     }
   }
 }

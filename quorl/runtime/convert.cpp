@@ -90,9 +90,9 @@ Boolean TruthOf(StringView text) {
     return number != 0;
   }
   const StringView word = Trim(text);
-  if (EqualsIgnoringCase(word, locale.true_word) || EqualsIgnoringCase(word, u"True")) return true;
-  if (EqualsIgnoringCase(word, locale.false_word) || EqualsIgnoringCase(word, u"False"))
-    return false;
+  const auto is = [word](StringView known) { return EqualsIgnoringCase(word, known); };
+  if (is(locale.true_word) || is(u"True")) return true;
+  if (is(locale.false_word) || is(u"False")) return false;
   Raise(FailureNumber::kTypeMismatch);
 }
 

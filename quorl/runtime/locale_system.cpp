@@ -112,15 +112,15 @@ void ApplyWords(Locale& locale) {
   }
 }
 
-Locale ReadFromEnvironment() {
+}  // namespace
+
+Locale internal::LocaleOfEnvironment() {
   Locale locale;
   ApplyNumbers(locale);
   ApplyDatesAndTimes(locale);
   ApplyWords(locale);
   return locale;
 }
-
-}  // namespace
 
 void internal::ApplyDateFormat(StringView format, Locale& locale) {
   struct Form {
@@ -152,7 +152,7 @@ void internal::ApplyTimeFormat(StringView format, Locale& locale) {
 const Locale& Locale::System() {
   // Never freed, as every locale that was current: see locale.cpp.
   static const Locale* const system =
-      WithinMemory([] { return new Locale(ReadFromEnvironment()); });
+      WithinMemory([] { return new Locale(LocaleOfEnvironment()); });
   return *system;
 }
 

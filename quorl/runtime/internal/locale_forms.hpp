@@ -12,6 +12,9 @@ namespace quorl::internal {
 /// without one: fr as in FR, nl as in NL, de as in DE, en as in GB. None for any other language.
 std::optional<Locale> UsualLocale(StringView name);
 
+/// The locale that the environment names now; see `Locale::System`, which asks once.
+Locale LocaleOfEnvironment();
+
 /// Puts order and separator of a date format of the C library in place, such as "%d/%m/%Y"; a
 /// format of another form, or with different separators, leaves `locale` as it was.
 void ApplyDateFormat(StringView format, Locale& locale);
