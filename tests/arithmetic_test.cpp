@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 
 #include "tests/support/values.hpp"
 
@@ -13,9 +12,6 @@ namespace {
 using namespace literals;
 
 const LocaleScope kNeutral{Locale()};
-
-constexpr Double kNaN = std::numeric_limits<Double>::quiet_NaN();
-constexpr Double kInfinity = std::numeric_limits<Double>::infinity();
 
 TEST(RoundToDecimals, AgreesWithDecimalText) {
   Random random(3);

@@ -1,7 +1,5 @@
 #include "quorl/runtime/compare.hpp"
 
-#include <limits>
-
 #include "tests/support/values.hpp"
 
 namespace quorl {
@@ -10,7 +8,6 @@ namespace {
 using namespace literals;
 
 const LocaleScope kFrench{*Locale::Named(u"fr-FR")};
-constexpr Double kNaN = std::numeric_limits<Double>::quiet_NaN();
 enum Kind { kUnset, kDigits, kWord, kNumber, kNull, kRefused, kBroken };
 
 // A value, and what the comparisons are to see in it.

@@ -2,7 +2,6 @@
 
 #include <bit>
 #include <cmath>
-#include <limits>
 #include <tuple>
 #include <vector>
 
@@ -17,8 +16,6 @@ using enum VariantType;
 const LocaleScope kNeutral{Locale()};
 const Locale kFrench = *Locale::Named(u"fr-FR");
 const Locale kSwiss = *Locale::Named(u"de-CH");
-
-constexpr Double kNaN = std::numeric_limits<Double>::quiet_NaN();
 
 // A value without its type: a number's digits, an amount's ten-thousandths, a date's days.
 std::string Brief(const Variant& value) {

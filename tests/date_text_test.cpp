@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <limits>
 #include <tuple>
 #include <vector>
 
@@ -53,8 +52,7 @@ TEST(Date, FractionsBelowZeroCountForward) {
              u"|45351.5208333333=29/02/2024 12:30:00")) {
     EXPECT_EQ(Utf8(WriteDate(Date(std::stod(Utf8(days))), kFrench)), expected) << Shown(days);
   }
-  for (const Double days : {-657435.0, 2958466.0, 1e300, -std::numeric_limits<Double>::infinity(),
-                            std::numeric_limits<Double>::quiet_NaN()}) {
+  for (const Double days : {-657435.0, 2958466.0, 1e300, -kInfinity, kNaN}) {
     EXPECT_FALSE(IsDateNumber(days)) << days;
     EXPECT_RAISES(WriteDate(Date(days), kFrench), RuntimeFailure(6)) << days;
     EXPECT_RAISES(ToDate(days), RuntimeFailure(6)) << days;

@@ -4,7 +4,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <limits>
 #include <vector>
 
 #include "tests/support/values.hpp"
@@ -17,7 +16,6 @@ using namespace literals;
 const auto kFrench = *Locale::Named(u"fr-FR"), kEnglish = *Locale::Named(u"en-US"),
            kGerman = *Locale::Named(u"de-DE"), kSwiss = *Locale::Named(u"de-CH");
 const LocaleScope kNeutral{kEnglish};
-constexpr Double kInfinity = std::numeric_limits<Double>::infinity();
 
 TEST(NumberText, ReadsByTheLocale) {
   // Nothing behind "=" stands for no number.

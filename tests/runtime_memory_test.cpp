@@ -8,6 +8,7 @@
 #include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/text_case.hpp"
+#include "tests/support/holder.hpp"
 #include "tests/support/raises.hpp"
 #include "tests/support/store_failing_allocation.hpp"
 
@@ -20,6 +21,8 @@ TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
   const LocaleScope neutral{Locale()};
   const String text(1000, u'x');
   const Variant longest = text;
+  const Variant held = MakeObject<Holder>(longest);
+  const Locale wordy{.true_word = text};
   const Array texts = Array::OfStrings(std::array{text, text});
   Array array = texts;
   const std::string bytes(1000, '7');
@@ -42,6 +45,8 @@ TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
            {"to UTF-16", [&] { Utf16(bytes); }},
            {"element", [&] { texts.Get({1}); }},
            {"array", [] { Array::WithBounds(VariantType::kString, 0, 9); }},
+           {"default member", [&] { ToString(held); }},
+           {"locale", [&] { LocaleScope{wordy}; }},
            {"failure", [] { Raise(FailureNumber::kTypeMismatch); }, 13},
            {"write", [&] { array.Set({0}, 5); }},
        }) {

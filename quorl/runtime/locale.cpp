@@ -1,7 +1,6 @@
 #include "quorl/runtime/locale.hpp"
 
 #include <atomic>
-#include <utility>
 
 #include "quorl/runtime/internal/within_memory.hpp"
 
@@ -21,12 +20,12 @@ constinit std::atomic<const Published*> first_published{nullptr};
 // Null stands for the system's.
 constinit std::atomic<const Locale*> current{nullptr};
 
-const Locale* Publish(Locale locale) {
+const Locale* Publish(const Locale& locale) {
   const Published* const first = first_published.load(std::memory_order_acquire);
   for (const auto* known = first; known != nullptr; known = known->next) {
     if (known->locale == locale) return &known->locale;
   }
-  auto* const made = WithinMemory([&] { return new Published{std::move(locale), first}; });
+  auto* const made = WithinMemory([&] { return new Published{locale, first}; });
   // Two threads may publish the same locale at once: then it stands here twice, which does no harm.
   while (!first_published.compare_exchange_weak(made->next, made, std::memory_order_acq_rel)) {
   }
@@ -40,13 +39,13 @@ const Locale& Locale::Current() {
   return locale == nullptr ? System() : *locale;
 }
 
-void Locale::SetCurrent(Locale locale) {
-  current.store(Publish(std::move(locale)), std::memory_order_release);
+void Locale::SetCurrent(const Locale& locale) {
+  current.store(Publish(locale), std::memory_order_release);
 }
 
 void Locale::UseSystem() noexcept { current.store(nullptr, std::memory_order_release); }
 
-LocaleScope::LocaleScope(Locale locale) : former_(current.exchange(Publish(std::move(locale)))) {}
+LocaleScope::LocaleScope(const Locale& locale) : former_(current.exchange(Publish(locale))) {}
 
 LocaleScope::~LocaleScope() { current.store(former_, std::memory_order_release); }
 

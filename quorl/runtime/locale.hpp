@@ -48,7 +48,7 @@ struct QUORL_API Locale {
   /// Makes `locale` the current one until the next call. Each different locale that was ever made
   /// current is kept. Not for use within a `LocaleScope`, whose end brings back what was current
   /// before it. Failure 7 where memory does not hold it; nothing has changed then.
-  static void SetCurrent(Locale locale);
+  static void SetCurrent(const Locale& locale);
   /// Makes the system's the current one again.
   static void UseSystem() noexcept;
 
@@ -63,7 +63,7 @@ struct QUORL_API Locale {
 ///     ToString(0.5);  // u"0,5"
 class QUORL_API LocaleScope {
  public:
-  explicit LocaleScope(Locale locale);
+  explicit LocaleScope(const Locale& locale);
   ~LocaleScope();
   LocaleScope(const LocaleScope&) = delete;
   LocaleScope& operator=(const LocaleScope&) = delete;

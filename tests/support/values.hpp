@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/locale.hpp"
 #include "tests/support/cells.hpp"
@@ -10,3 +12,10 @@
 #include "tests/support/holder.hpp"
 #include "tests/support/print.hpp"
 #include "tests/support/random.hpp"
+
+namespace quorl {
+
+inline constexpr Double kNaN = std::numeric_limits<Double>::quiet_NaN();
+inline constexpr Double kInfinity = std::numeric_limits<Double>::infinity();
+
+}  // namespace quorl
