@@ -1,7 +1,6 @@
 #include "quorl/runtime/date.hpp"
 
 #include <cmath>
-#include <cstdint>
 
 #include "quorl/runtime/raised_error.hpp"
 

@@ -7,8 +7,6 @@
 // at all: "12abc", two decimal separators, a sign in the middle are no numbers.
 #pragma once
 
-#include <optional>
-
 #include "quorl/runtime/locale.hpp"
 #include "quorl/runtime/variant.hpp"
 

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <string_view>
 
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/raised_error.hpp"

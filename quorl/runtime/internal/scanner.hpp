@@ -1,6 +1,8 @@
 // A place in a text that is read from left to right. A copy remembers the place to come back to.
 #pragma once
 
+#include <cstddef>
+
 #include "quorl/runtime/types.hpp"
 
 namespace quorl::internal {

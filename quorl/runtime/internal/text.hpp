@@ -4,8 +4,6 @@
 // that was given and live as long as it does.
 #pragma once
 
-#include <cstddef>
-
 #include "quorl/runtime/types.hpp"
 
 namespace quorl::internal {
