@@ -20,7 +20,8 @@ namespace quorl {
 /// Empty is 0; an object counts as the value of its default member, whose failures pass. The result
 /// for Null is Null, whatever the decimals; otherwise a Double. Failure 13 for a text that is no
 /// number, an array, Missing, an empty reference and an object without a plain value; 6 for a
-/// Currency that overflows when it is scaled; 7 where memory does not hold an object's value.
+/// Currency, and in `Round2019` a Single, that overflows when it is scaled; 7 where memory does not
+/// hold an object's value.
 ///
 /// The half that rounding to the nearest adds is added to a Double: from 2 to the power of 52 on,
 /// where a Double holds whole numbers alone, an odd number may become the even one above it.
