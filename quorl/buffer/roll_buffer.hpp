@@ -2,9 +2,9 @@
 //
 // Items stand in the order in which they came, at positions from 0 (the oldest that is kept) to
 // `Count()` - 1 (the newest). The cursor stands on one of them, or at BOF, position -1 before the
-// first, or at EOF, position `Count()` behind the last; on an empty buffer it is at both.
+// first, or at EOF, position `Count()` after the last; on an empty buffer it is at both.
 //
-// An item is added directly behind the cursor and cuts off whatever followed there, as a browser
+// An item is added directly after the cursor and cuts off whatever followed there, as a browser
 // forgets its forward pages. The oldest item is dropped only when the cursor stands on the last
 // position of a full buffer, which is where a run of additions leaves it.
 //
@@ -73,7 +73,7 @@ class RollBuffer {
   /// Whether the cursor is at `Count()` - 1, as it is on an empty buffer too.
   Boolean OnLast() const noexcept;
 
-  /// Whether the cursor is behind the last item, or the buffer is empty. `AtEOF` and `EOF` are one
+  /// Whether the cursor is after the last item, or the buffer is empty. `AtEOF` and `EOF` are one
   /// member. The standard header <cstdio>, and with it most others, defines EOF as a macro, which
   /// is set aside here for the declaration alone and stays in force for whoever includes this
   /// header. Where the macro is defined, write `AtEOF()`, in a call and in a pointer to the member.
@@ -86,7 +86,7 @@ class RollBuffer {
   /// Drops all items; the capacity stays.
   void Clear() noexcept;
 
-  /// Adds a copy of `Item` directly behind the cursor, drops what followed there, and puts the
+  /// Adds a copy of `Item` directly after the cursor, drops what followed there, and puts the
   /// cursor on it: on an empty buffer it is the only item, and at BOF it becomes so. At EOF it is
   /// added as with the cursor on the last item. With the cursor on the last position of a full
   /// buffer the oldest item is dropped.

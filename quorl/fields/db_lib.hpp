@@ -16,10 +16,10 @@
 
 namespace quorl {
 
-/// Conversions of field values. Unless a member says otherwise its only failures are those of
-/// converting a value that has no plain form: 13 for an array, `Missing`, an empty reference or an
-/// object without a default member, and what that default member raises. Any text too large for
-/// the memory is failure 7.
+/// Conversions of field values. An object counts as the value of its default member. Common to the
+/// members that read: 13 for an array, `Missing`, an empty reference and an object without a plain
+/// value; 94 for an object whose value is Null; what a default member raises. Common to all: 7
+/// where memory does not hold the result.
 class DbLib {
  public:
   /// The position, from 1, of the first field whose name is `FieldName` by code unit (case counts),
@@ -29,12 +29,12 @@ class DbLib {
   ///
   /// Failure 424 if `Fields`, or what the collection gives for a field, is no object; 91 for an
   /// empty reference; 438 where a member is missing; 94 and 13 for a `Count` that is Null or no
-  /// number; 6 for a `Count` above 32768 and for a match at the 32768th field. Other failures of
-  /// the host pass unchanged.
+  /// number; 6 for a `Count` above 32768 or below -32767 and for a match at the 32768th field; 13
+  /// and 6 for a `Name` that has no text. Other failures of the host pass unchanged.
   static Int16 FieldPos(StringView FieldName, const Variant& Fields);
 
   /// A text without its trailing blanks, any other value as text without blanks at both ends; ""
-  /// for Null. Failure 6 for NaN and infinities.
+  /// for Null. Failure 6 for NaN, infinities and a Date outside the calendar (years 100 to 9999).
   static String StrFieldValue(const Variant& FieldValue);
 
   /// The value as text, untrimmed; "{00000000-0000-0000-0000-000000000000}" for Null. Failure 6 as
@@ -53,11 +53,12 @@ class DbLib {
   static String StrDateFieldValue(const Variant& FieldValue);
 
   /// True for any number but 0 and for a truth word; False for Null. Failure 13 for a text that is
-  /// neither number nor truth word, 6 for NaN.
+  /// neither number nor truth word, 6 for NaN and for a text that is a number beyond a Double.
   static Boolean BoolFieldValue(const Variant& FieldValue);
 
   /// 2 for Null, 1 for a value that equals True by number (True and -1), else 0: a stored 1 gives
-  /// 0. Failure 13 for a text that is no number.
+  /// 0, and so does an object whose value is Null. Failure 13 for a text that is no number, 6 for
+  /// one beyond a Double.
   static Int16 TriStateFieldValue(const Variant& FieldValue);
 
   /// Null for a text of blanks alone or none, otherwise the text, untrimmed.
@@ -79,7 +80,8 @@ class DbLib {
 
   /// As `StrFieldValue`, but a value that is no text is written as a number with "." and without a
   /// zero before it: 0.5 is ".5", True is "-1", Empty is "0", a date its days. "" for Null.
-  /// Failure 6 for NaN and infinities.
+  /// Failure 6 for NaN and infinities; for an object whose value is a text, 13 if it is no number
+  /// and 6 if it lies beyond a Double.
   static String DotStrFieldValue(const Variant& FieldValue);
 
   /// Null for a text of blanks alone or none, otherwise the number at its head, a Double, with "."
@@ -91,8 +93,8 @@ class DbLib {
   /// Failure 6 for a quote at position 32767 or later.
   static String DuplicateQuotte(StringView Text);
 
-  /// " " for Null, Empty and the empty text; otherwise the value as text, untrimmed. Failure 6 for
-  /// NaN and infinities.
+  /// " " for Null, Empty and the empty text; otherwise the value as text, untrimmed. Failure 6 as
+  /// for `StrFieldValue`.
   static String SpaceIfEmptyOrNull(const Variant& xVar);
 };
 

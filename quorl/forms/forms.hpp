@@ -1,8 +1,12 @@
 // A form's place: on the screen or in a container, and kept between two runs of a host.
 //
 // Forms and containers are the host's own objects, reached by the names of their members; all
-// lengths are in the host's unit. The screen is `Screen` of quorl/runtime/screen.hpp. No member
-// keeps a reference to what it is given. Called from the thread that owns the forms.
+// lengths are in the host's unit. No member keeps a reference to what it is given. Called from the
+// thread that owns the forms.
+//
+// The screen is `Screen` of quorl/runtime/screen.hpp, its size in single precision. It is 0 by 0
+// until the host sets it (`Screen::SetSize`, `QuorlSetScreen`), and until then `InitFormSettings`
+// makes a form without a container of no size, and `GetFormSettings` moves one to -1000, -1000.
 #pragma once
 
 #include "quorl/registry/registry.hpp"
@@ -30,7 +34,8 @@ class Forms {
   ///     Forms::InitFormSettings(form);  // BorderStyle 2: form.Move(150, 100, 600, 400)
   ///
   /// Failure 91 for an empty `Frm`; 438 for a member that is missing; 94, 13 and 6 for a member
-  /// that is no length or no truth value; others of the host unchanged.
+  /// that is no length or no truth value (Null, no number, beyond a Double); 7 when memory is
+  /// short; others of the host unchanged.
   static void InitFormSettings(const Object& Frm, const Object& Container = {}, Double Width = 0,
                                Double Height = 0);
 
@@ -41,29 +46,37 @@ class Forms {
   /// All five are written for a form in the normal state (0). Of a maximised form (2) and of any
   /// other, which counts as normal, "WindowState" alone is written, so that the place that was
   /// saved before stays. `WindowState` is read for each comparison and for the value of 2; each
-  /// length is read just before it is written.
+  /// length is read just before it is written, rounded to a whole number, ties to even: 10.5 is
+  /// saved as 10.
   ///
   ///     Registry settings;
   ///     settings.InitApp(u"Atelier", u"Orders");
   ///     Forms::SaveFormSettings(settings, form);  // ...\Atelier\Orders\FrmOrder
   ///
-  /// Failure 91 for an empty `Frm`; 438, 94, 13 and 6 for a member or a name that is missing or of
-  /// no use; those of `Registry::SaveValue`. What was written before the failure stays written.
+  /// Failure 91 for an empty `Frm`; 438 for a member that is missing; 94, 13 and 6 for a name
+  /// without a text and for a member that is no number or, a length, beyond an Int32; 7 when memory
+  /// is short; those of `Registry::SaveValue`; others of the host unchanged. What was written
+  /// before the failure stays written.
   static void SaveFormSettings(Registry& Reg, const Object& Frm, const Variant& FrmName = Missing);
 
   /// Puts the form back to where `SaveFormSettings` found it. Without a saved "WindowState", or
   /// with one of -1, the form is not touched. Otherwise `WindowState` is set to it (an Int32), and
-  /// for 0 the form is moved: its left and top are those saved, or its own where none are, but not
-  /// below 0 and not beyond the size of the screen less 1000. Width and height are restored,
-  /// without any limit, for a form that can be resized: `BorderStyle` 2 or 5, or none that can be
-  /// read.
+  /// for 0 the form is moved: its left and top are those saved, or its own where none are. One
+  /// below 0 becomes 0; any other that is beyond the screen's size less 1000 becomes that, in
+  /// single precision, which on a screen narrower than 1000 lies below 0. Width and height are
+  /// restored, without any limit, for a form that can be resized: `BorderStyle` 2 or 5, or none
+  /// that can be read.
   ///
   /// Reads, in this order: `Name` unless `FrmName` is given; `BorderStyle` twice; then, each just
   /// before the saved value that it stands in for, `Left`, `Top`, `Width` and `Height`. Calls
   /// `Move` with two or four Doubles.
   ///
-  /// Failures as above, those of `Registry::GetValue` included, 13 for a saved text that is no
-  /// number and 94 for a saved value of another type. A `WindowState` that was set stays.
+  /// Failure 91 for an empty `Frm`, with `FrmName` given only once there is something to restore;
+  /// 438 for a member that is missing; 94, 13 and 6 for a name without a text and for a length of
+  /// the form that is no number; of what is saved, 13 for a text that is no number and for
+  /// REG_BINARY, 94 for a type that `Registry::GetValue` gives as Null, 6 for a number out of
+  /// range; 7 when memory is short; those of `Registry::GetValue`; others of the host unchanged. A
+  /// `WindowState` that was set stays.
   static void GetFormSettings(Registry& Reg, const Object& Frm, const Variant& FrmName = Missing);
 };
 

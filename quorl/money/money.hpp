@@ -49,8 +49,8 @@ class Money {
   /// The one allocation that it makes is the result's.
   ///
   /// Failures: 5000 ("Quorl.Money") for any other `Language`; 6 for the lowest Currency, which has
-  /// no absolute value, and where `SubUnitRow` gives a count beyond an Int32; 9 where a negative
-  /// kind is needed for the word for one.
+  /// no absolute value, for a `SubUnitRow` above 308, and where it gives a count beyond an Int32;
+  /// 9 where a negative kind is needed for the word for one; 7 where memory does not hold the text.
   String ToText(Currency Value) const;
 };
 

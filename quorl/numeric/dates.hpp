@@ -10,7 +10,7 @@ namespace quorl {
 class Dates {
  public:
   /// True for a text of nothing but blanks, and for one that is a date by `Locale::Current()`.
-  /// A tab is no blank: alone, it is False.
+  /// A tab is no blank: alone, it is False. Never fails.
   ///
   ///     Dates::IsDateOrEmpty(u"  ");          // true
   ///     Dates::IsDateOrEmpty(u"2024-02-30");  // false

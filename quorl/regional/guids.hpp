@@ -1,7 +1,8 @@
 // GUIDs as texts: a new one, the two fixed ones, and one made from a number.
 //
 // The form is 38 characters, "{8-4-4-4-12}" hexadecimal digits, capitals above 9. Members hold no
-// state that a caller can see and may be called from any thread and on both sides of a fork.
+// state that a caller can see and may be called from any thread and on both sides of a fork. Their
+// one failure is 7, where memory does not hold the text.
 #pragma once
 
 #include "quorl/runtime/types.hpp"
@@ -11,7 +12,7 @@ namespace quorl {
 class GUIDs {
  public:
   /// A new GUID: 122 bits from the system's source of randomness, version 4. The empty text if the
-  /// system gives none. Failure 7 without memory for the text.
+  /// system gives none.
   static String CreateGUID();
 
   /// "{FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF}": all ones, whatever the name says.

@@ -68,9 +68,11 @@ Boolean Regional::CheckRegional() const {
 void Regional::SetRegional(RegionalItemEnum regionalItem, StringView Value) {
   if (regionalItem < 0 || regionalItem >= static_cast<Int32>(kValueNames.size())) return;
   const auto item = static_cast<std::size_t>(regionalItem);
-  String value = CopyOf(Value);
-  UserSettings().SaveValue(u"", kValueNames[item], Value, REG_SZ);
-  settings_[item] = std::move(value);
+  WithinMemory([&] {
+    String value(Value);
+    UserSettings().SaveValue(u"", kValueNames[item], Value, REG_SZ);
+    settings_[item] = std::move(value);
+  });
 }
 
 }  // namespace quorl

@@ -8,9 +8,9 @@
 // Every member is a function of its arguments, which it only reads: there is no state, and any
 // number of threads may call at once (`WinVal` as far as `Locale::Current()` is left alone). Where
 // an argument, a result or a counter is an Int16 it ends at 32767, and going past raises failure 6;
-// nothing is ever cut silently. Every member that gives a text raises failure 7 when memory is
-// short. For the search and slice rules underneath see quorl/runtime/text.hpp, for reading numbers
-// quorl/runtime/number_text.hpp.
+// nothing is ever cut silently. Every member that gives a text or a Variant raises failure 7 when
+// memory is short; the others ask for none. For the search and slice rules underneath see
+// quorl/runtime/text.hpp, for reading numbers quorl/runtime/number_text.hpp.
 #pragma once
 
 #include "quorl/runtime/types.hpp"
@@ -42,12 +42,12 @@ class Strings {
   static String Padr(StringView Text, Int16 Length, StringView PadChar = u" ");
 
   /// The plural of a French word by the short rule: `Text` without the blanks around it and with an
-  /// s behind, a capital S where the last character is a capital A to Z, a digit, a sign or absent;
-  /// nothing is added behind s, x, S and X. "mot" gives "mots", "MOT" "MOTS", "prix" "prix",
+  /// s after it, a capital S where the last character is a capital A to Z, a digit, a sign or
+  /// absent; nothing is added after s, x, S and X. "mot" gives "mots", "MOT" "MOTS", "prix" "prix",
   /// "cheval" "chevals".
   static String Pluriel(StringView Text);
 
-  /// `Text` in lower case, but for its first character and each character behind a blank, which are
+  /// `Text` in lower case, but for its first character and each character after a blank, which are
   /// in upper case. "l'école du PORT" gives "L'école Du Port", "jean-pierre" "Jean-pierre".
   /// Failure 6 for more than 32767 characters, or a blank at position 32767.
   static String ProperCase(StringView Text);
@@ -64,9 +64,10 @@ class Strings {
   /// GetToken(u"a,,b", u",", 3) is "b". Failure 6 for an `Index` of -32768 on a text that is not
   /// empty.
   ///
-  /// The search runs over `Text` with one more `Separator` behind. A separator that overlaps itself
+  /// The search runs over `Text` with one more `Separator` after it. A separator that overlaps
+  /// itself
   /// ("aaa") may thus be found across the end of `Text`, which takes the last token's end with it:
-  /// GetToken(u"xaa", u"aaa") is "x", and the `Index` after it gives what is left behind that
+  /// GetToken(u"xaa", u"aaa") is "x", and the next `Index` gives what is left after that
   /// occurrence but for one character, here "a".
   static String GetToken(StringView Text, StringView Separator = u" ", Int16 Index = 1);
 
@@ -97,7 +98,7 @@ class Strings {
   static String AlphpabeticOf(StringView Text);
 
   /// `Text` without its trailing blanks, and then without the run of `Char` that stands at its end.
-  /// A blank behind which `Char` was removed stays. A `Char` of any length but 1 removes nothing.
+  /// A blank after which `Char` was removed stays. A `Char` of any length but 1 removes nothing.
   /// RTrimEx(u"12.500  ", u"0") is "12.5".
   static String RTrimEx(StringView Text, StringView Char = u" ");
   /// The mirror of `RTrimEx`, at the front. LTrimEx(u"  007", u"0") is "7".
@@ -107,7 +108,7 @@ class Strings {
   /// the empty text as well.
   static Boolean IsVoyelle(StringView Text);
 
-  /// The position in `cText` of the first `cSubString` that begins at `nStart` or behind, or 0.
+  /// The position in `cText` of the first `cSubString` that begins at `nStart` or after, or 0.
   /// With an `nCount` other than 0 it must lie within the `nCount` characters from `nStart` on; a
   /// range past the end stops there, and a negative `nCount` leaves no room. An empty `cSubString`
   /// is found at `nStart`, up to one past the end, but never in an empty `cText`.
@@ -120,7 +121,7 @@ class Strings {
   static Boolean Contains(StringView cText, StringView cSubString, Int16 nStart = 1,
                           Int16 nCount = 0);
 
-  /// The position of the first character at `nStart` or behind that is one of `cAnyOf`, or 0; with
+  /// The position of the first character at `nStart` or after that is one of `cAnyOf`, or 0; with
   /// an `nCount` above 0 among the `nCount` characters from `nStart` on, otherwise up to the end.
   /// IndexOfAny(u"abcabc", u"xc", 4) is 6.
   /// Failure 5 for an `nStart` below 1. Failure 6: with an `nCount` above 0 as for `IndexOf`;
@@ -135,7 +136,7 @@ class Strings {
   static Boolean IsDigits(StringView Text);
 
   /// `Text` itself if it has at most `Length` characters; otherwise its head and its tail with
-  /// "..." between, `Length` characters in all. The dots stand in the middle, or behind
+  /// "..." between, `Length` characters in all. The dots stand in the middle, or after
   /// `DotsPosition` characters where that is above 5 and below `Length` - 5.
   /// TruncateMiddle(u"abcdefghijklmnopqrstuvwxyz", 20, 6) is "abcdef...pqrstuvwxyz".
   /// For a text that has to be cut: failure 5 for a `Length` below 5, 6 for one below -32763.

@@ -19,7 +19,8 @@ constexpr bool IsLetter(char16_t unit) {
 }
 constexpr bool IsLetterOrDigit(char16_t unit) { return IsLetter(unit) || IsDigit(unit); }
 
-// The counter of a scan over the whole text is an Int16 and steps one past the end.
+// Published limit: the counter is 16 bits and must reach size + 1, so 32767 characters overflow
+// (failure 6).
 void CheckScanned(StringView text) { CheckedInt16(static_cast<std::int64_t>(text.size()) + 1); }
 
 template <bool (*kKept)(char16_t)>

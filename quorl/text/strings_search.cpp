@@ -16,7 +16,7 @@ namespace {
 
 std::int64_t LengthOf(StringView text) { return static_cast<std::int64_t>(text.size()); }
 
-// A text with one separator behind it, in which `GetToken` searches, without the copy that putting
+// A text with one separator after it, in which `GetToken` searches, without the copy that putting
 // the two together would take.
 class ClosedText {
  public:
@@ -28,19 +28,19 @@ class ClosedText {
     return found != 0 ? found : FindAcrossEnd(start);
   }
 
-  // What lies at or after `start`, a position behind the text.
-  StringView RestBehindText(std::int64_t start) const {
+  // What lies at or after `start`, a position after the text.
+  StringView RestAfterText(std::int64_t start) const {
     return SliceFrom(separator_, start - LengthOf(text_));
   }
 
  private:
   // A separator that the text does not hold whole begins in its last characters, one fewer than the
-  // separator has, or is the one behind the text. The former takes a separator that overlaps
+  // separator has, or is the one after the text. The former takes a separator that overlaps
   // itself.
   std::int64_t FindAcrossEnd(std::int64_t start) const {
     if (separator_.size() <= 1) {
-      const std::int64_t behind = LengthOf(text_) + 1;
-      return start <= behind ? behind : 0;
+      const std::int64_t after = LengthOf(text_) + 1;
+      return start <= after ? after : 0;
     }
     const StringView tail = LastOf(text_, LengthOf(separator_) - 1);
     const std::int64_t skipped = LengthOf(text_) - LengthOf(tail);
@@ -56,8 +56,8 @@ class ClosedText {
 
 // The last position of the range that `nStart` and `nCount` give, or the text's end before it.
 std::int64_t EndOfRange(StringView text, Int16 start, Int16 count) {
-  const Int16 behind = CheckedInt16(std::int64_t{start} + count);
-  const Int16 end = CheckedInt16(std::int64_t{behind} - 1);
+  const Int16 after = CheckedInt16(std::int64_t{start} + count);
+  const Int16 end = CheckedInt16(std::int64_t{after} - 1);
   return std::min<std::int64_t>(end, LengthOf(text));
 }
 
@@ -83,8 +83,8 @@ String Strings::GetToken(StringView Text, StringView Separator, Int16 Index) {
     start = found + LengthOf(Separator);
   }
   const std::int64_t end = closed.FindSeparator(start);
-  // Without an end the search stands behind the whole text, and one character further counts.
-  if (end == 0) return Joined({closed.RestBehindText(start + 1)});
+  // Without an end the search stands after the whole text, and one character further counts.
+  if (end == 0) return Joined({closed.RestAfterText(start + 1)});
   return Joined({Slice(Text, start, end - start)});
 }
 
@@ -104,9 +104,9 @@ Int32 Strings::StrCount(StringView Text, StringView SubString) {
 
 String Strings::StrTran(StringView Text, StringView OldSubString, StringView NewSubString) {
   const Int16 found = CheckedInt16(Find(1, Text, OldSubString));
-  const Int16 behind = CheckedInt16(found + LengthOf(OldSubString));
+  const Int16 after = CheckedInt16(found + LengthOf(OldSubString));
   if (found == 0) return Joined({Text});
-  return Joined({FirstOf(Text, found - 1), NewSubString, SliceFrom(Text, behind)});
+  return Joined({FirstOf(Text, found - 1), NewSubString, SliceFrom(Text, after)});
 }
 
 Int16 Strings::IndexOf(StringView cText, StringView cSubString, Int16 nStart, Int16 nCount) {
@@ -126,7 +126,7 @@ Int16 Strings::IndexOfAny(StringView cText, StringView cAnyOf, Int16 nStart, Int
   const StringView scanned = Slice(cText, nStart, end - nStart + 1);
   const std::size_t offset = scanned.find_first_of(cAnyOf);
   if (offset != StringView::npos) return CheckedInt16(nStart + static_cast<std::int64_t>(offset));
-  // The counter of the scan steps one past the end.
+  // Published limit: the counter is 16 bits and must reach one past the end (failure 6).
   CheckedInt16(end + 1);
   return 0;
 }

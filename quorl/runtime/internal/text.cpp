@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <vector>
+#include <functional>
 
-#include "quorl/runtime/internal/within_memory.hpp"
+#include "quorl/runtime/raised_error.hpp"
 
 namespace quorl::internal {
 namespace {
@@ -14,31 +14,66 @@ std::size_t CountedUnits(StringView text, std::int64_t count) {
   return std::min(text.size(), static_cast<std::size_t>(count));
 }
 
-// From this length on, the worst case of the standard search, the product of both lengths, becomes
-// noticeable.
-constexpr std::size_t kLongSought = 64;
+// Where a text is cut in two, and the period of its right part.
+struct Cut {
+  std::size_t at;
+  std::size_t period;
+};
 
-// For each head of a text, how long the longest proper head is that also ends it.
-std::vector<std::uint32_t> BordersOf(StringView text) {
-  std::vector<std::uint32_t> borders(text.size());
-  std::uint32_t border = 0;
-  for (std::size_t i = 1; i < text.size(); ++i) {
-    while (border > 0 && text[i] != text[border]) border = borders[border - 1];
-    if (text[i] == text[border]) ++border;
-    borders[i] = border;
+// The suffix of `text` that comes last in the order of `before`.
+template <class Order>
+Cut LastSuffix(StringView text, Order before) {
+  Cut last{0, 1};
+  std::size_t next = 1;
+  for (std::size_t equal = 0; next + equal < text.size();) {
+    const char16_t unit = text[next + equal], other = text[last.at + equal];
+    if (unit == other && ++equal < last.period) continue;
+    if (unit == other) {
+      next += last.period;
+    } else if (before(unit, other)) {
+      next += equal + 1;
+      last.period = next - last.at;
+    } else {
+      last = {next, 1};
+      ++next;
+    }
+    equal = 0;
   }
-  return borders;
+  return last;
 }
 
-// As the standard search, but never looks back in `text`: the time grows with the sum of the
-// lengths.
-std::size_t FindLong(StringView text, StringView sought, std::size_t from) {
-  const std::vector<std::uint32_t> borders = WithinMemory([&] { return BordersOf(sought); });
-  std::size_t matched = 0;
-  for (std::size_t i = from; i < text.size(); ++i) {
-    while (matched > 0 && text[i] != sought[matched]) matched = borders[matched - 1];
-    if (text[i] == sought[matched]) ++matched;
-    if (matched == sought.size()) return i + 1 - matched;
+// As the standard search, whose time grows with the product of both lengths, in a time that grows
+// with their sum and without memory: the two-way search of Crochemore and Perrin. The right part is
+// compared first; after a difference in it no match begins before that place less the cut. The cut
+// is such that after a difference in the left part the search moves on by the period of the whole.
+std::size_t FindTwoWay(StringView text, StringView sought, std::size_t from) {
+  const Cut up = LastSuffix(sought, std::less<>());
+  const Cut down = LastSuffix(sought, std::greater<>());
+  auto [cut, period] = up.at > down.at ? up : down;
+  const bool repeats = sought.substr(period).starts_with(sought.substr(0, cut));
+  if (!repeats) period = std::max(cut, sought.size() - cut) + 1;
+  // Of a text that repeats itself, a move by its period leaves all but the last one compared.
+  const std::size_t compared_by_move = repeats ? sought.size() - period : 0;
+  std::size_t compared = 0;
+  while (from <= text.size() && sought.size() <= text.size() - from) {
+    // Most places fail at the first unit, and the standard search for one unit is the fastest.
+    if (text[from + cut] != sought[cut]) {
+      from = std::min(text.find(sought[cut], from + cut), text.size()) - cut;
+      compared = 0;
+      continue;
+    }
+    std::size_t right = std::max(cut, compared);
+    while (right < sought.size() && sought[right] == text[from + right]) ++right;
+    if (right < sought.size()) {
+      from += right - cut + 1;
+      compared = 0;
+      continue;
+    }
+    std::size_t left = cut;
+    while (left > compared && sought[left - 1] == text[from + left - 1]) --left;
+    if (left <= compared) return from;
+    from += period;
+    compared = compared_by_move;
   }
   return StringView::npos;
 }
@@ -51,7 +86,7 @@ std::int64_t Find(std::int64_t start, StringView text, StringView sought) {
   if (text.empty()) return 0;
   const auto from = static_cast<std::size_t>(start - 1);
   const std::size_t found =
-      sought.size() < kLongSought ? text.find(sought, from) : FindLong(text, sought, from);
+      sought.size() < 2 ? text.find(sought, from) : FindTwoWay(text, sought, from);
   return found == StringView::npos ? 0 : static_cast<std::int64_t>(found) + 1;
 }
 

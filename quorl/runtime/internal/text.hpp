@@ -16,7 +16,7 @@ constexpr bool IsDigit(char16_t unit) noexcept { return unit >= u'0' && unit <= 
 /// The lowest position at or after `start` at which `sought` stands whole, by code unit, or 0.
 /// Failure 5 for a start below 1. An empty text gives 0, even for an empty `sought`; otherwise an
 /// empty `sought` is found at `start`, up to one past the end. The time grows with the sum of the
-/// lengths. Failure 7 where memory is too short to search for a long text.
+/// lengths; no memory is asked for.
 QUORL_API std::int64_t Find(std::int64_t start, StringView text, StringView sought);
 
 /// What exists of the `count` characters from position `start`: a position beyond the end gives the
