@@ -16,6 +16,7 @@
 #include <memory>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "quorl/runtime/ansi.hpp"
@@ -170,11 +171,11 @@ TEST_P(Operations, GiveTheCodesOfTheirContract) {
   EXPECT_EQ(store_->OpenKeyCount(), 0);
 }
 
-// A store as somebody would write it who had an hour: keys in a map, by their levels in lower case.
+// A store as somebody would write it who had an hour: keys in a map, by their paths in lower case.
 class Model {
  public:
   Int32 Apply(const Action& action) {
-    const Path path = Levels(action.path);
+    const String path = Folded(action.path);
     if (action.kind == kCreateKey) return Create(action.path), kDone;
     if (action.kind == kReplaceValues) {
       Delete(path);
@@ -183,22 +184,19 @@ class Model {
     }
     if (!keys_.contains(path)) return kAbsent;
     if (action.kind == kDeleteKey) return Delete(path), kDone;
-    if (action.kind == kSetValue) {
-      return Put(path, {action.name, action.type, action.data}), kDone;
-    }
+    if (action.kind == kSetValue) return Put(path, {action.name, action.type, action.data}), kDone;
     if (action.kind == kDeleteValue) {
-      const auto is_it = [&](const Value& value) {
-        return Folded(value.name) == Folded(action.name);
-      };
+      const auto is_it = [&](const Value& value) { return SameName(value.name, action.name); };
       return std::erase_if(keys_[path].values, is_it) == 0 ? kAbsent : kDone;
     }
-    const Path to = Levels(action.name);
+    const String to = Folded(action.name);
     if (!keys_.contains(to)) return kAbsent;
-    for (const auto& [from, key] : Below(path)) {
-      Path into = to;
-      into.insert(into.end(), from.begin() + static_cast<std::ptrdiff_t>(path.size()), from.end());
-      keys_.try_emplace(into, Key{key.name, {}});
-      for (const Value& value : key.values) Put(into, value);
+    const std::map<String, Key> before = keys_;
+    for (const auto& [from, key] : before) {
+      if (!IsIn(from, path)) continue;
+      const std::string below = key.names.substr(before.at(path).names.size());
+      Create(before.at(to).names + below);
+      for (const Value& value : key.values) Put(to + from.substr(path.size()), value);
     }
     return kDone;
   }
@@ -207,11 +205,7 @@ class Model {
   std::string Content() const {
     std::string text;
     for (const auto& [path, key] : keys_) {
-      std::string names;
-      for (auto end = path.begin(); end != path.end();) {
-        names += (names.empty() ? "" : "\\") + keys_.at(Path(path.begin(), ++end)).name;
-      }
-      text += "[" + names + "]\n";
+      text += "[" + key.names.substr(key.names.empty() ? 0 : 1) + "]\n";
       for (const Value& value : key.values) {
         text += "  " + value.name + " = " + std::to_string(value.type) + ":" + value.data + "\n";
       }
@@ -226,51 +220,50 @@ class Model {
     std::string data;
   };
   struct Key {
-    std::string name;
-    std::vector<Value> values;
+    std::string names{};  // The path as it was made, a backslash before each level.
+    std::vector<Value> values{};
   };
-  using Path = std::vector<String>;
 
-  static String Folded(const std::string& name) { return LowerCase(FromAnsi(name)); }
-  static std::vector<std::string> Names(const std::string& path) {
-    std::vector<std::string> names(1);
-    for (const char byte : path) byte == '\\' ? names.emplace_back() : names.back() += byte;
-    std::erase(names, "");
-    return names;
+  // The lower-cased levels, before each a unit that sorts before all others.
+  static String Folded(const std::string& path) {
+    String folded;
+    bool at_level = true;
+    for (const char16_t unit : LowerCase(FromAnsi(path))) {
+      if (unit != u'\\' && std::exchange(at_level, false)) folded += u'\1';
+      unit == u'\\' ? at_level = true : (folded += unit, true);
+    }
+    return folded;
   }
-  static Path Levels(const std::string& path) {
-    Path levels;
-    for (const std::string& name : Names(path)) levels.push_back(Folded(name));
-    return levels;
+  static bool SameName(const std::string& left, const std::string& right) {
+    return LowerCase(FromAnsi(left)) == LowerCase(FromAnsi(right));
   }
-  std::map<Path, Key> Below(const Path& top) const {
-    std::map<Path, Key> found(keys_);
-    std::erase_if(found, [&](const auto& each) {
-      return each.first.size() < top.size() ||
-             !std::equal(top.begin(), top.end(), each.first.begin());
-    });
-    return found;
+  static bool IsIn(const String& path, const String& top) {
+    return path == top || path.starts_with(top + u'\1');
   }
-  void Create(const std::string& names) {
-    Path path;
-    for (const std::string& name : Names(names)) {
-      path.push_back(Folded(name));
-      keys_.try_emplace(path, Key{name, {}});
+  void Create(const std::string& path) {
+    std::string names;
+    for (std::size_t end = 0; end < path.size();) {
+      const std::size_t start = path.find_first_not_of('\\', end);
+      if (start == path.npos) break;
+      end = std::min(path.find('\\', start), path.size());
+      const std::string next = names + '\\' + path.substr(start, end - start);
+      names = keys_.try_emplace(Folded(next), Key{next, {}}).first->second.names;
     }
   }
-  void Delete(const Path& top) {
-    for (const auto& [path, key] : Below(top)) keys_.erase(path);
-    keys_.try_emplace({});
+  void Delete(const String& top) {
+    std::erase_if(keys_, [&](const auto& each) { return IsIn(each.first, top); });
+    keys_.try_emplace(String());
   }
-  void Put(const Path& path, const Value& given) {
-    std::vector<Value>& values = keys_[path].values;
-    const auto there = std::ranges::find(values, Folded(given.name),
-                                         [](const Value& value) { return Folded(value.name); });
-    if (there == values.end()) return values.push_back(given);
-    *there = {there->name, given.type, given.data};
+  void Put(const String& path, const Value& given) {
+    for (Value& value : keys_[path].values) {
+      if (!SameName(value.name, given.name)) continue;
+      value = {value.name, given.type, given.data};
+      return;
+    }
+    keys_[path].values.push_back(given);
   }
 
-  std::map<Path, Key> keys_{{{}, {}}};
+  std::map<String, Key> keys_{{String(), {}}};
 };
 
 Action RandomAction(Random& random) {

@@ -199,12 +199,13 @@ StoreStatus JournalHive::CatchUp() {
     const StoreStatus status = LockJournal(files_, path_, locked, locked_info);
     if (status != kDone || TakeBackFailed(locked, is_ours) != kDone) return kDone;
   }
-  const bool is_known = info.SameFile(identity_) && file_.IsStill(identity_);
-  if (is_known && damage_ && damage_->bytes == info.size) return kDone;
+  if (damage_ && info.SameFile(identity_) && damage_->bytes == info.size) return kDone;
   Following following = Following::kOtherJournal;
-  const StoreStatus status = is_known ? ReadOn(file_, info, following) : kDone;
-  if (status != kDone || following != Following::kOtherJournal) return status;
-  return Load(Lock::kNotHeld);
+  const StoreStatus status = ReadOn(file_, info, following);
+  // What the host has put in the descriptor's place is not the journal, whatever reading it gives.
+  if (status != kDone && file_.IsStill(identity_)) return status;
+  const bool is_read = status == kDone && following != Following::kOtherJournal;
+  return is_read ? kDone : Load(Lock::kNotHeld);
 }
 
 // Takes in what was committed since. `following` is what comes then; kOtherJournal when this is not
