@@ -310,7 +310,7 @@ TEST_F(Component, NamesOfMembersAndArgumentsHaveIdentifiers) {
   EXPECT_EQ(ask(nullptr, 1, &id), E_POINTER);
   EXPECT_EQ(ask(&name, 1, &id), E_POINTER);
   EXPECT_EQ(ask(&name, 1, nullptr), E_POINTER);
-  EXPECT_EQ(ask(&name, UINT32_MAX, &id), E_INVALIDARG);
+  EXPECT_EQ(ask(&name, UINT32_MAX, &id), E_POINTER);
 }
 
 TEST_F(Component, WrongCallsGetTheirCodes) {
@@ -448,7 +448,7 @@ TEST_F(Component, DamagedArgumentsFailWith13) {
   for (int i : {0, 1}) elements[i] = Raw(VT_ARRAY | VT_VARIANT, endless);
   EXPECT_EQ(add(elements[0]), 13);
   VARIANT copy{};
-  EXPECT_EQ(VariantCopy(&copy, &elements[0]), E_OUTOFMEMORY);
+  EXPECT_EQ(VariantCopy(&copy, &elements[0]), DISP_E_TYPEMISMATCH);
   for (int i : {0, 1}) VariantInit(&elements[i]);
   EXPECT_EQ(SafeArrayDestroy(endless), S_OK);
 }

@@ -230,7 +230,7 @@ inline void FuzzCall(FuzzBytes& bytes, const ClassRow& row, QuorlDispatch* objec
   EXPECT_NE(std::ranges::find(kCodes, code), std::end(kCodes)) << std::hex << code;
   EXPECT_TRUE(code == S_OK || result.vt == VT_EMPTY) << Utf8(row.name) << ' ' << id;
   EXPECT_EQ(VariantClear(&result), S_OK);
-  abi::EndRecord(info);
+  abi::FreeRecord(info);
 }
 
 /// A host's life in calls: as many as the bytes suffice for, on objects of every class.

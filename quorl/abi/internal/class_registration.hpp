@@ -8,6 +8,8 @@
 
 namespace quorl::abi {
 
+// A store that cannot be read raises its code (errors.hpp).
+
 /// The identifier under which a name is registered; false for none.
 bool FindClassIdentifier(StringView progid, GUID& out);
 

@@ -56,12 +56,12 @@ class BinaryArguments {
   std::vector<VARIANT> passed_;
 };
 
-// What a host tells of its failure, ended on every way out.
+// What a host tells of its failure, freed on every way out.
 struct HostRecord {
   HostRecord() = default;
   HostRecord(const HostRecord&) = delete;
   HostRecord& operator=(const HostRecord&) = delete;
-  ~HostRecord() { EndRecord(info); }
+  ~HostRecord() { FreeRecord(info); }
 
   EXCEPINFO info{};
 };
@@ -108,8 +108,8 @@ class ForeignObject final : public LateBound {
 
   std::int32_t IdentifierOf(StringView name) const {
     if (name.empty()) return QUORL_DEFAULT_MEMBER;
-    const String ended(name);
-    const char16_t* text = ended.c_str();
+    const String with_terminator(name);
+    const char16_t* text = with_terminator.c_str();
     std::int32_t id = -1;
     QuorlDispatch* object = dispatch_.Get();
     Require(object->table->GetIDsOfNames(object, &kNoIdentifier, &text, 1, 0, &id));

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "quorl/abi/internal/errors.hpp"
+#include "quorl/abi/internal/guarded.hpp"
 #include "quorl/abi/internal/guid.hpp"
 #include "quorl/abi/internal/percent_text.hpp"
 #include "quorl/frame/internal/catalogue.hpp"
@@ -14,12 +16,10 @@
 #include "quorl/frame/internal/listing.hpp"
 #include "quorl/registry/registry.hpp"
 #include "quorl/runtime/ansi.hpp"
-#include "quorl/runtime/internal/within_memory.hpp"
+#include "quorl/store/open_key.hpp"
 #include "quorl/store/operations.hpp"
 
 namespace quorl::frame {
-
-using namespace internal;
 namespace {
 
 struct Entry {
@@ -28,16 +28,12 @@ struct Entry {
   String value;
 };
 
-void RequireDone(Int32 code) {
-  if (code != kDone) throw RaisedError(code, kLibraryName, u"");
-}
-
 // The path of the library that this function is in.
 String OwnPath() {
   Dl_info info{};
-  if (dladdr(reinterpret_cast<const void*>(&OwnPath), &info) == 0) RequireDone(kAbsent);
+  if (dladdr(reinterpret_cast<const void*>(&OwnPath), &info) == 0) abi::RequireDone(kAbsent);
   char* resolved = realpath(info.dli_fname, nullptr);
-  if (resolved == nullptr) RequireDone(kAbsent);
+  if (resolved == nullptr) abi::RequireDone(kAbsent);
   const std::string path(resolved);
   std::free(resolved);
   return FromAnsi(abi::PercentEscaped(path));
@@ -45,17 +41,13 @@ String OwnPath() {
 
 String QualifiedName(const ClassRow& row) { return String(kLibraryName) + u"." + String(row.name); }
 
-String VersionOf(const ClassRow& row) {
-  return u"1." + String(1, static_cast<char16_t>(u'0' + row.MinorVersion()));
-}
-
 String LibraryKey() { return abi::GuidText(kLibraryIdentifier); }
 
 // Top-level keys of a class, each with all that belongs below it.
 std::vector<String> KeysOf(const ClassRow& row) {
   std::vector<String> keys{QualifiedName(row), u"CLSID\\" + abi::GuidText(row.identifier)};
-  for (const GUID& identifier : row.interfaces) {
-    keys.push_back(u"Interface\\" + abi::GuidText(identifier));
+  for (const InterfaceRow& known : row.interfaces) {
+    keys.push_back(u"Interface\\" + abi::GuidText(known.identifier));
   }
   return keys;
 }
@@ -70,10 +62,10 @@ void AddEntriesOf(const ClassRow& row, const String& path, std::vector<Entry>& e
   entries.push_back({class_key + u"\\InprocServer32", u"ThreadingModel", u"Apartment"});
   entries.push_back({class_key + u"\\ProgID", u"", name});
   entries.push_back({class_key + u"\\TypeLib", u"", LibraryKey()});
-  entries.push_back({class_key + u"\\VERSION", u"", VersionOf(row)});
+  entries.push_back({class_key + u"\\VERSION", u"", VersionText(row.MinorVersion())});
   if (row.kind == ClassKind::kGlobal) entries.push_back({class_key + u"\\Global", u"", u""});
   for (std::size_t version = 0; version < row.interfaces.size(); ++version) {
-    const String key = u"Interface\\" + abi::GuidText(row.interfaces[version]);
+    const String key = u"Interface\\" + abi::GuidText(row.interfaces[version].identifier);
     entries.push_back({key, u"", InterfaceName(row, version)});
     entries.push_back({key + u"\\TypeLib", u"", LibraryKey()});
   }
@@ -102,7 +94,7 @@ class Draft {
   Draft& operator=(const Draft&) = delete;
   ~Draft() { Clear(); }
 
-  void TakeOver() const { RequireDone(SHCopyKeyA(kDynData, kPlace, kClassesRoot, 0)); }
+  void TakeOver() const { abi::RequireDone(SHCopyKeyA(kDynData, kPlace, kClassesRoot, 0)); }
 
  private:
   static constexpr const char* kPlace = "Quorl.Registration";
@@ -112,17 +104,17 @@ class Draft {
 
 void Remove(StringView key) {
   const Int32 code = SHDeleteKeyA(kClassesRoot, ToAnsi(key));
-  if (code != kAbsent) RequireDone(code);
+  if (code != kAbsent) abi::RequireDone(code);
 }
 
 bool IsBare(StringView path) {
-  KeyHandle key = 0;
-  if (RegOpenKeyExA(kClassesRoot, ToAnsi(path), 0, kReadValues, &key) != kDone) return false;
+  KeyHandle handle = 0;
+  if (RegOpenKeyExA(kClassesRoot, ToAnsi(path), 0, kReadValues, &handle) != kDone) return false;
+  const OpenKey key(handle);
   Int32 subkeys = 0;
   Int32 values = 0;
-  const Int32 code = RegQueryInfoKeyA(key, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr,
+  const Int32 code = RegQueryInfoKeyA(handle, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr,
                                       &values, nullptr, nullptr, nullptr, nullptr);
-  RegCloseKey(key);
   return code == kDone && subkeys == 0 && values == 0;
 }
 
@@ -137,30 +129,22 @@ void RemoveAll() {
   }
 }
 
-template <class Work>
-HRESULT AsCode(Work&& work) noexcept {
-  constexpr std::uint32_t kStoreCode = 0x80070000;
-  try {
-    WithinMemory(work);
-    return S_OK;
-  } catch (const RaisedError& error) {
-    const bool is_memory = error.Number() == static_cast<Int32>(FailureNumber::kOutOfMemory);
-    return is_memory ? E_OUTOFMEMORY
-                     : static_cast<HRESULT>(kStoreCode +
-                                            (static_cast<std::uint32_t>(error.Number()) & 0xFFFF));
-  } catch (...) {
-    return E_UNEXPECTED;
-  }
-}
-
 }  // namespace
 
 HRESULT RegisterLibrary() noexcept {
   static std::mutex one_at_a_time;
   const std::scoped_lock lock(one_at_a_time);
-  return AsCode([] { Draft().TakeOver(); });
+  return abi::GuardedFunction([] {
+    Draft().TakeOver();
+    return S_OK;
+  });
 }
 
-HRESULT UnregisterLibrary() noexcept { return AsCode(RemoveAll); }
+HRESULT UnregisterLibrary() noexcept {
+  return abi::GuardedFunction([] {
+    RemoveAll();
+    return S_OK;
+  });
+}
 
 }  // namespace quorl::frame
