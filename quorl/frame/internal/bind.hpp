@@ -69,7 +69,7 @@ struct FieldWrite<Field> {
   using Parameters = std::tuple<T>;
   template <class Value>
   static void Invoke(C& object, const Value& value) {
-    object.*Field = T(value);
+    object.*Field = internal::WithinMemory([&] { return T(value); });
   }
 };
 
