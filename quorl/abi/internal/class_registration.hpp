@@ -10,7 +10,7 @@ namespace quorl::abi {
 
 // A store that cannot be read raises its code (errors.hpp).
 
-/// The identifier under which a name is registered; false for none.
+/// The identifier under which a name is registered; false if there is none.
 bool FindClassIdentifier(StringView progid, GUID& out);
 
 /// The path of the library in which a class is; empty for a class that is not registered.

@@ -18,6 +18,11 @@ inline constexpr std::size_t kMostNestedBytes = std::size_t{1} << 28;
 /// Bytes of one value of that VT number; 0 for a number that no element can have.
 std::size_t ElementSize(std::uint16_t vt) noexcept;
 
+/// Whether such a value owns something beyond its own bytes.
+constexpr bool IsOwning(std::uint16_t vt) noexcept {
+  return vt == VT_BSTR || vt == VT_DISPATCH || vt == VT_VARIANT;
+}
+
 /// Copies a value over whatever bytes stand at `destination`; texts are made anew, objects counted
 /// once more. After a failure there are zeros at `destination`: E_OUTOFMEMORY, or
 /// DISP_E_TYPEMISMATCH for a value of no known type or without an end.

@@ -80,7 +80,9 @@ SAFEARRAY* NewArray(std::uint16_t vt, std::span<const QuorlBound> bounds) {
 void FreeArray(SAFEARRAY* array, std::size_t count) {
   auto* element = static_cast<char*>(array->data);
   const std::uint16_t vt = TypeOf(*array);
-  for (std::size_t i = 0; i < count; ++i) FreeElement(vt, element + i * array->element_size);
+  for (std::size_t i = 0; IsOwning(vt) && i < count; ++i) {
+    FreeElement(vt, element + i * array->element_size);
+  }
   std::free(array->data);
   std::free(array);
 }
@@ -135,7 +137,10 @@ HRESULT CopyArray(std::uint16_t vt, const SAFEARRAY* source, SAFEARRAY** copy) n
   if (!MayCopy(*count * source->element_size)) return E_OUTOFMEMORY;
   SAFEARRAY* made = NewArray(vt, BoundsOf(*source));
   if (made == nullptr) return E_OUTOFMEMORY;
-  for (std::size_t i = 0; i < *count; ++i) {
+  if (!IsOwning(vt) && *count != 0) {
+    std::memcpy(made->data, source->data, *count * source->element_size);
+  }
+  for (std::size_t i = 0; IsOwning(vt) && i < *count; ++i) {
     const std::size_t at = i * source->element_size;
     const HRESULT code = CopyElement(vt, static_cast<char*>(made->data) + at,
                                      static_cast<const char*>(source->data) + at);
