@@ -180,22 +180,6 @@ TEST(ComponentProcess, LeavesTheProcessWhenItIsUnloaded) {
   EXPECT_EXIT(unload(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(Component, ARegistrationWithoutMemoryChangesNothing) {
-  const std::string before = ContentOf(store_, kClassesRoot);
-  bool has_failed = true;
-  for (std::int64_t place = 0; has_failed; place += 61) {
-    HRESULT code = S_OK;
-    {
-      const FailingAllocation failing(place, false);
-      code = library_.register_server();
-      has_failed = FailingAllocation::Met();
-    }
-    // What fails behind the one change is of no importance.
-    if (code == S_OK) library_.unregister_server();
-    EXPECT_EQ(ContentOf(store_, kClassesRoot), before) << place << ' ' << code;
-  }
-}
-
 // ------------------------------------------------------------------------------------ registration
 
 TEST_F(Component, RegistersEveryClassAndUndoesItWhole) {
@@ -243,25 +227,24 @@ TEST(ComponentFiles, VersionsHaveAnyNumber) {
   EXPECT_EQ(frame::VersionText(row.MinorVersion()), u"1.11");
 }
 
-TEST_F(Component, AFailedRegistrationChangesNothing) {
+// One change of the store each, which fails whole.
+TEST_F(Component, RegistrationAndItsRemovalHappenWholeOrNotAtAll) {
   RecordingStore failing(store_);
   const ScopedStore guard(failing);
-  failing.FailNever();
-  ASSERT_EQ(library_.register_server(), S_OK);
-  const std::vector<std::string> calls = failing.Calls();
-  for (const bool is_registered : {true, false}) {
-    if (!is_registered) library_.unregister_server();
+  for (const auto work : {library_.register_server, library_.unregister_server}) {
     const std::string before = ContentOf(store_, kClassesRoot);
-    for (std::size_t place = 0; place < calls.size(); ++place) {
-      // The clearing of what was put together in memory may fail.
-      if (calls[place] == "DeleteTree") continue;
-      failing.FailAt(place, kDiskFull);
-      EXPECT_EQ(library_.register_server(), QUORL_CODE(0x80070070)) << place << calls[place];
-      EXPECT_EQ(ContentOf(store_, kClassesRoot), before) << place << calls[place];
+    failing.FailAt(0, kDiskFull);
+    EXPECT_EQ(work(), QUORL_CODE(0x80070070));
+    EXPECT_EQ(failing.Calls(), std::vector<std::string>{"Commit"});
+    failing.FailNever();
+    HRESULT code = S_FALSE;
+    for (std::int64_t place = 0; code != S_OK; place += 61) {
+      EXPECT_EQ(ContentOf(store_, kClassesRoot), before) << place << ' ' << code;
+      const FailingAllocation lacking(place, false);
+      code = work();
     }
+    EXPECT_NE(ContentOf(store_, kClassesRoot), before);
   }
-  failing.FailAt(0, kAccessDenied);
-  EXPECT_EQ(library_.unregister_server(), QUORL_CODE(0x80070005));
 }
 
 TEST_F(Component, HostsFindRegisteredClasses) {
@@ -279,6 +262,21 @@ TEST_F(Component, HostsFindRegisteredClasses) {
   EXPECT_EQ(QuorlRegister(nullptr), E_POINTER);
   const String path = Utf16(kComponentPath);
   ASSERT_EQ(QuorlRegister(path.c_str()), S_OK);
+  // A store that cannot be read is no unknown class.
+  RecordingStore failing(store_);
+  {
+    const ScopedStore guard(failing);
+    for (const std::size_t place : {0, 1, 2}) {
+      GUID none{};
+      failing.FailAt(place, kInputOutputFailed);
+      EXPECT_EQ(CLSIDFromProgID(u"Quorl.Math", &none), QUORL_CODE(0x800703F8)) << place;
+      failing.FailAt(place, kInputOutputFailed);
+      EXPECT_EQ(CoCreateInstance(&money.identifier, nullptr, 0, &IID_IUnknown, &out),
+                QUORL_CODE(0x800703F8));
+    }
+    failing.FailAt(0, kAccessDenied);
+    EXPECT_EQ(global(u"Quorl.Math", object), QUORL_CODE(0x80070005));
+  }
 
   GUID identifier{};
   EXPECT_EQ(CLSIDFromProgID(u"quorl.MONEY", &identifier), S_OK);

@@ -3,7 +3,6 @@
 #include <dlfcn.h>
 
 #include <cstdlib>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -14,18 +13,31 @@
 #include "quorl/frame/internal/catalogue.hpp"
 #include "quorl/frame/internal/identifiers.hpp"
 #include "quorl/frame/internal/listing.hpp"
-#include "quorl/registry/registry.hpp"
 #include "quorl/runtime/ansi.hpp"
-#include "quorl/store/open_key.hpp"
+#include "quorl/runtime/enumerations.hpp"
 #include "quorl/store/operations.hpp"
 
 namespace quorl::frame {
 namespace {
 
-struct Entry {
-  String key;
-  String name;
-  String value;
+using Kind = StoreChange::Kind;
+
+// The changes of one registration or its removal, below the root of classes.
+class Changes {
+ public:
+  void Set(StringView key, StringView name, StringView value) {
+    // The terminator is stored with the text.
+    changes_.push_back(
+        {Kind::kSetValue, kClassesRoot, ToAnsi(key), ToAnsi(name), REG_SZ, ToAnsi(value) + '\0'});
+  }
+  void Delete(StringView key, Kind kind = Kind::kDeleteKey) {
+    changes_.push_back({kind, kClassesRoot, ToAnsi(key)});
+  }
+  // One durable change: whole or not at all.
+  void Commit() const { abi::RequireDone(CurrentStore().Commit(changes_)); }
+
+ private:
+  std::vector<StoreChange> changes_;
 };
 
 // The path of the library that this function is in.
@@ -43,106 +55,60 @@ String QualifiedName(const ClassRow& row) { return String(kLibraryName) + u"." +
 
 String LibraryKey() { return abi::GuidText(kLibraryIdentifier); }
 
-// Top-level keys of a class, each with all that belongs below it.
-std::vector<String> KeysOf(const ClassRow& row) {
-  std::vector<String> keys{QualifiedName(row), u"CLSID\\" + abi::GuidText(row.identifier)};
-  for (const InterfaceRow& known : row.interfaces) {
-    keys.push_back(u"Interface\\" + abi::GuidText(known.identifier));
-  }
-  return keys;
+String ClassKey(const ClassRow& row) { return u"CLSID\\" + abi::GuidText(row.identifier); }
+
+String InterfaceKey(const InterfaceRow& row) {
+  return u"Interface\\" + abi::GuidText(row.identifier);
 }
 
-void AddEntriesOf(const ClassRow& row, const String& path, std::vector<Entry>& entries) {
-  const String class_key = u"CLSID\\" + abi::GuidText(row.identifier);
+void Register(const ClassRow& row, const String& path, Changes& changes) {
+  const String key = ClassKey(row);
   const String name = QualifiedName(row);
-  entries.push_back({name, u"", name});
-  entries.push_back({name + u"\\Clsid", u"", abi::GuidText(row.identifier)});
-  entries.push_back({class_key, u"", name});
-  entries.push_back({class_key + u"\\InprocServer32", u"", path});
-  entries.push_back({class_key + u"\\InprocServer32", u"ThreadingModel", u"Apartment"});
-  entries.push_back({class_key + u"\\ProgID", u"", name});
-  entries.push_back({class_key + u"\\TypeLib", u"", LibraryKey()});
-  entries.push_back({class_key + u"\\VERSION", u"", VersionText(row.MinorVersion())});
-  if (row.kind == ClassKind::kGlobal) entries.push_back({class_key + u"\\Global", u"", u""});
+  changes.Set(name, u"", name);
+  changes.Set(name + u"\\Clsid", u"", abi::GuidText(row.identifier));
+  changes.Set(key, u"", name);
+  changes.Set(key + u"\\InprocServer32", u"", path);
+  changes.Set(key + u"\\InprocServer32", u"ThreadingModel", u"Apartment");
+  changes.Set(key + u"\\ProgID", u"", name);
+  changes.Set(key + u"\\TypeLib", u"", LibraryKey());
+  changes.Set(key + u"\\VERSION", u"", VersionText(row.MinorVersion()));
+  if (row.kind == ClassKind::kGlobal) changes.Set(key + u"\\Global", u"", u"");
   for (std::size_t version = 0; version < row.interfaces.size(); ++version) {
-    const String key = u"Interface\\" + abi::GuidText(row.interfaces[version].identifier);
-    entries.push_back({key, u"", InterfaceName(row, version)});
-    entries.push_back({key + u"\\TypeLib", u"", LibraryKey()});
+    const String interface = InterfaceKey(row.interfaces[version]);
+    changes.Set(interface, u"", InterfaceName(row, version));
+    changes.Set(interface + u"\\TypeLib", u"", LibraryKey());
   }
 }
 
-std::vector<Entry> AllEntries() {
-  const String path = OwnPath();
-  std::vector<Entry> entries{{u"TypeLib\\" + LibraryKey(), u"", String(kLibraryName)}};
-  for (const ClassRow& row : Catalogue()) AddEntriesOf(row, path, entries);
-  return entries;
-}
-
-// The registration is put together where it lives in memory only, and taken over in one change, so
-// that nobody ever sees half of it.
-class Draft {
- public:
-  Draft() {
-    Clear();
-    Registry registry;
-    registry.InitAbsolute(HKEY_DYN_DATA, FromAnsi(kPlace));
-    for (const Entry& entry : AllEntries()) {
-      registry.SaveValue(entry.key, entry.name, entry.value, REG_SZ);
-    }
-  }
-  Draft(const Draft&) = delete;
-  Draft& operator=(const Draft&) = delete;
-  ~Draft() { Clear(); }
-
-  void TakeOver() const { abi::RequireDone(SHCopyKeyA(kDynData, kPlace, kClassesRoot, 0)); }
-
- private:
-  static constexpr const char* kPlace = "Quorl.Registration";
-
-  static void Clear() noexcept { SHDeleteKeyA(kDynData, kPlace); }
-};
-
-void Remove(StringView key) {
-  const Int32 code = SHDeleteKeyA(kClassesRoot, ToAnsi(key));
-  if (code != kAbsent) abi::RequireDone(code);
-}
-
-bool IsBare(StringView path) {
-  KeyHandle handle = 0;
-  if (RegOpenKeyExA(kClassesRoot, ToAnsi(path), 0, kReadValues, &handle) != kDone) return false;
-  const OpenKey key(handle);
-  Int32 subkeys = 0;
-  Int32 values = 0;
-  const Int32 code = RegQueryInfoKeyA(handle, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr,
-                                      &values, nullptr, nullptr, nullptr, nullptr);
-  return code == kDone && subkeys == 0 && values == 0;
-}
-
-void RemoveAll() {
-  for (const ClassRow& row : Catalogue()) {
-    for (const String& key : KeysOf(row)) Remove(key);
-  }
-  Remove(u"TypeLib\\" + LibraryKey());
-  // The keys that all components share go with the last one.
-  for (const StringView shared : {u"CLSID", u"Interface", u"TypeLib"}) {
-    if (IsBare(shared)) Remove(shared);
-  }
+void Unregister(const ClassRow& row, Changes& changes) {
+  changes.Delete(QualifiedName(row));
+  changes.Delete(ClassKey(row));
+  for (const InterfaceRow& known : row.interfaces) changes.Delete(InterfaceKey(known));
 }
 
 }  // namespace
 
 HRESULT RegisterLibrary() noexcept {
-  static std::mutex one_at_a_time;
-  const std::scoped_lock lock(one_at_a_time);
   return abi::GuardedFunction([] {
-    Draft().TakeOver();
+    Changes changes;
+    const String path = OwnPath();
+    changes.Set(u"TypeLib\\" + LibraryKey(), u"", kLibraryName);
+    for (const ClassRow& row : Catalogue()) Register(row, path, changes);
+    changes.Commit();
     return S_OK;
   });
 }
 
 HRESULT UnregisterLibrary() noexcept {
   return abi::GuardedFunction([] {
-    RemoveAll();
+    Changes changes;
+    for (const ClassRow& row : Catalogue()) Unregister(row, changes);
+    changes.Delete(u"TypeLib\\" + LibraryKey());
+    // The keys that all components share go with the last one.
+    for (const StringView shared : {u"CLSID", u"Interface", u"TypeLib"}) {
+      changes.Delete(shared, Kind::kDeleteEmptyKey);
+    }
+    changes.Commit();
     return S_OK;
   });
 }
