@@ -37,7 +37,7 @@ static void Print(const char* before, BSTR text, const char* after) {
   printf("%s", after);
 }
 
-/* Prints a text that this host owns and ends it. */
+/* Prints a text that this host owns and frees it. */
 static void PrintOwned(const char* before, BSTR text, const char* after) {
   Print(before, text, after);
   SysFreeString(text);
@@ -111,7 +111,7 @@ static void WriteAnAmount(void) {
 
 static void CallByName(void) {
   QuorlDispatch* strings = Global(u"Quorl.Strings");
-  /* The member, and behind it the two arguments that are passed by name. */
+  /* The member, and after it the two arguments that are passed by name. */
   const char16_t* names[] = {u"gettoken", u"Index", u"Text"};
   int32_t ids[3];
   Require(strings->table->GetIDsOfNames(strings, NULL, names, 3, 0, ids), "GetIDsOfNames");

@@ -2,11 +2,6 @@
 // tests/fuzz/invoke_fuzzer.cpp.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdint>
-#include <random>
-#include <vector>
-
 #include "tests/support/invoke_fuzz.hpp"
 #include "tests/support/store_content.hpp"
 
@@ -16,9 +11,9 @@ namespace {
 TEST(InvokeFuzz, RandomCallsNeitherCrashNorLeak) {
   const unsigned rounds = LongSweeps() ? 400000 : 40000;
   for (unsigned seed = 0; seed < rounds; ++seed) {
-    std::minstd_rand random(seed + 1);
+    Random random(seed);
     std::vector<std::uint8_t> bytes(800);
-    std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random() >> 8); });
+    std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random.Bits()); });
     FuzzInvoke(bytes);
     ASSERT_FALSE(HasFailure()) << "seed " << seed;
   }

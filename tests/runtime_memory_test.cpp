@@ -4,17 +4,14 @@
 #include <array>
 #include <functional>
 
-#include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/text_case.hpp"
+#include "tests/support/component_arguments.hpp"
 #include "tests/support/holder.hpp"
-#include "tests/support/raises.hpp"
 #include "tests/support/store_failing_allocation.hpp"
 
 namespace quorl {
-
-using namespace internal;
 namespace {
 
 TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
@@ -26,40 +23,41 @@ TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
   const Array texts = Array::OfStrings(std::array{text, text});
   Array array = texts;
   const std::string bytes(1000, '7');
-  struct Case {
-    const char* name;
-    std::function<void()> work;
-    Int32 in_the_end = 0;  // the failure that stays once there is memory
+  const std::function<void()> cases[] = {
+      [&] { ToString(longest); },
+      [] { ToString(-1.2345678901234567e-7); },
+      [] { ToString(Date(-1.25)); },
+      [] { DottedNumber(0.123456789); },
+      [] { FormatNumber(1e300, u"#,##0.00"); },
+      [&] { ConvertTo(longest, VariantType::kString); },
+      [&, joined = String()]() mutable { AppendText(joined, longest); },
+      [&] { LowerCase(StringView(text)); },
+      [&] { Utf8(text); },
+      [&] { Utf16(bytes); },
+      [&] { texts.Get({1}); },
+      [] { Array::WithBounds(VariantType::kString, 0, 9); },
+      [&] { ToString(held); },
+      [&] { LocaleScope{wordy}; },
+      [] {
+        try {
+          Raise(FailureNumber::kTypeMismatch);
+        } catch (const RaisedError& error) {
+          if (error.Number() != 13) throw;
+        }
+      },
+      [&] { array.Set({0}, 5); },
   };
-  for (const Case& c : {
-           Case{"text", [&] { ToString(longest); }},
-           {"number", [] { ToString(-1.2345678901234567e-7); }},
-           {"date", [] { ToString(Date(-1.25)); }},
-           {"dotted", [] { DottedNumber(0.123456789); }},
-           {"format", [] { FormatNumber(1e300, u"#,##0.00"); }},
-           {"truth", [&] { ToBoolean(longest); }, 13},
-           {"copy", [&] { ConvertTo(longest, VariantType::kString); }},
-           {"join", [&, joined = String()]() mutable { AppendText(joined, longest); }},
-           {"lower", [&] { LowerCase(StringView(text)); }},
-           {"to UTF-8", [&] { Utf8(text); }},
-           {"to UTF-16", [&] { Utf16(bytes); }},
-           {"element", [&] { texts.Get({1}); }},
-           {"array", [] { Array::WithBounds(VariantType::kString, 0, 9); }},
-           {"default member", [&] { ToString(held); }},
-           {"locale", [&] { LocaleScope{wordy}; }},
-           {"failure", [] { Raise(FailureNumber::kTypeMismatch); }, 13},
-           {"write", [&] { array.Set({0}, 5); }},
-       }) {
+  for (const auto& work : cases) {
     Failure failure = RuntimeFailure(7);
     for (std::int64_t most = 0; failure == RuntimeFailure(7); ++most) {
-      ASSERT_LT(most, 100) << c.name;
-      ASSERT_EQ(array, texts) << c.name;
+      ASSERT_LT(most, 100) << &work - cases;
+      ASSERT_EQ(array, texts) << &work - cases;
       failure = FailureOf([&] {
         const FailingAllocation failing(most, true);
-        c.work();
+        work();
       });
     }
-    EXPECT_EQ(failure, c.in_the_end == 0 ? Failure{} : RuntimeFailure(c.in_the_end)) << c.name;
+    EXPECT_EQ(failure, Failure{}) << &work - cases;
   }
   // Reading and comparing numbers needs no memory at all, however long the text.
   const Variant digits = String(5000, u'7') + u"E-4990";
@@ -69,6 +67,74 @@ TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
     read = {ToDouble(digits), ToDouble(ToCurrency(digits)), ToDouble(Currency::Highest())};
   }
   EXPECT_EQ(read, (std::array{7777777777.7777777, 7777777777.7778, 922337203685477.5807}));
+}
+
+// A call with one allocation after another failing, until none is left to fail.
+void FailEachAllocation(const MemberRow& member, const std::function<CallResult()>& call) {
+  bool is_met = true;
+  for (std::int64_t place = 0; is_met; ++place) {
+    ASSERT_LT(place, 2000) << Utf8(member.name);
+    around_call = [&](const std::function<HRESULT()>& run) {
+      const FailingAllocation failing(place, true);
+      const struct Note {
+        bool& is_met;
+        ~Note() { is_met = FailingAllocation::Met(); }
+      } note{is_met};
+      return run();
+    };
+    CallResult result{{}, S_OK, {0, u"std::bad_alloc", u""}};
+    try {
+      result = call();
+    } catch (const std::bad_alloc&) {
+    }
+    around_call = [](const std::function<HRESULT()>& run) { return run(); };
+    if (!is_met) return;
+    // The runtime's Number, or the store's or the host's code for it.
+    const Int32 number = result.failure.number;
+    const bool is_memory = number == 7 || number == kOutOfMemory || number == E_OUTOFMEMORY;
+    // Another failure may lack its error info.
+    EXPECT_TRUE(is_memory || (number != 0 && result.failure.source.empty()))
+        << Utf8(member.name) << ' ' << place << ' ' << testing::PrintToString(result);
+  }
+}
+
+TEST(Memory, EveryMemberFailsWithItInEveryWay) {
+  const LocaleScope locale(*Locale::Named(u"fr-BE"));
+  for (const Way way : {&CallInCpp, &CallBySlot, &CallByName}) {
+    MemoryStore store;
+    const ScopedStore guard(store);
+    FakeHost host;
+    host.target->With(u"Name", String(99, u'n'));
+    const ClassRow& registry_row = *frame::FindClass(u"Registry");
+    const auto registry =
+        Reference<QuorlDispatch>::Adopt(registry_row.make(registry_row, frame::Holder::kHost));
+    for (const ClassRow& row : frame::Catalogue()) {
+      const auto object = Reference<QuorlDispatch>::Adopt(row.make(row, frame::Holder::kHost));
+      if (row.name == u"RollBuffer") {
+        for (const Int32 length : {99, 98}) {
+          CallNamed(object.Get(), u"AddItem", 1, {},
+                    {String(static_cast<std::size_t>(length), u'i')});
+        }
+      }
+      if (row.name == u"Regional") {
+        for (const int item : {0, 1, 2, 3}) {
+          CallNamed(object.Get(), u"SetRegional", 1, {}, {item, String(99, u's')});
+        }
+      }
+      for (const MemberRow& member : row.members) {
+        std::vector<Variant> arguments;
+        std::size_t turn = 19;
+        const Pick pick = [&](std::size_t count) { return turn++ % count; };
+        for (const frame::TypeRow& type : member.types.Span()) {
+          const bool is_text =
+              type.type == VariantType::kString || type.type == VariantType::kVariant;
+          arguments.push_back(is_text ? Variant(u"deux mille trois cent quarante-cinq")
+                                      : SomeArgument(type, pick, host, registry.Get()));
+        }
+        FailEachAllocation(member, [&] { return way(object.Get(), row, member, arguments); });
+      }
+    }
+  }
 }
 
 }  // namespace

@@ -5,14 +5,14 @@
 #include <iostream>
 #include <string_view>
 
-#include "quorl/frame/internal/description.hpp"
+#include "tools/description.hpp"
 
 int main(int count, char** arguments) {
   const std::string_view what = count == 2 ? arguments[1] : "";
   if (what == "idl") {
-    std::cout << quorl::frame::TypeDescription();
+    std::cout << quorl::tools::TypeDescription();
   } else if (what == "tables") {
-    std::cout << quorl::frame::HeaderTables();
+    std::cout << quorl::tools::HeaderTables();
   } else {
     std::cerr << "describe idl | tables\n";
     return 2;

@@ -15,8 +15,10 @@
  * released on another.
  *
  * Ownership. Arguments are lent for the call. A text or Variant that a function puts into a slot of
- * the caller belongs to the caller, who ends it with SysFreeString or VariantClear. Before a call,
- * such a slot holds something valid or nothing (NULL, VariantInit): the callee ends what it holds.
+ * the caller belongs to the caller, who frees it with SysFreeString or VariantClear. Initialise a
+ * BSTR slot to NULL and a VARIANT slot with VariantInit before a call: the callee clears the slot
+ * first and frees what was there. A VARIANT that is both the result slot and an argument by
+ * reference is thus Empty when the argument is read.
  */
 #ifndef QUORL_ABI_QUORL_H
 #define QUORL_ABI_QUORL_H
@@ -73,8 +75,8 @@ typedef struct GUID {
   uint8_t Data4[8];
 } GUID;
 
-/* A text: UTF-16 units, their number of bytes in the uint32 just before them, a zero unit behind.
- * A null pointer is the empty text. Made and ended only by the Sys functions. */
+/* A text: UTF-16 units, their number of bytes in the uint32 just before them, a zero unit after
+ * them. A null pointer is the empty text. Made and freed only by the Sys functions. */
 typedef char16_t* BSTR;
 
 struct VARIANT;
@@ -190,10 +192,12 @@ enum {
   uint32_t (*AddRef)(Self * self);                                            \
   uint32_t (*Release)(Self * self)
 
-/* Slots 3 to 6. In GetIDsOfNames the first name is a member's, those behind it its arguments'; an
- * argument's identifier is its position from 0. Case does not count. `identifier` and `lcid` are
- * not looked at. The last three pointers of Invoke may be null; wrong_argument tells which element
- * of the array is meant by DISP_E_PARAMNOTFOUND. */
+/* Slots 3 to 6. In GetIDsOfNames the first name is a member's, those after it are its arguments';
+ * an argument's identifier is its position from 0. Case does not count. An unknown name gets -1,
+ * and the result is DISP_E_UNKNOWNNAME. `identifier` and `lcid` are ignored. A member answers
+ * Invoke when its kind is among the flags; where they allow a get and a put, the number of
+ * arguments decides. The last three pointers of Invoke may be null; wrong_argument tells which
+ * element of the array is meant by DISP_E_PARAMNOTFOUND. */
 #define QUORL_DISPATCH_SLOTS(Self)                                                             \
   QUORL_UNKNOWN_SLOTS(Self);                                                                   \
   HRESULT (*GetTypeInfoCount)(Self * self, uint32_t * count);                                  \
@@ -230,7 +234,8 @@ struct QuorlClassFactoryTable {
   HRESULT (*LockServer)(QuorlClassFactory* self, int32_t lock);
 };
 
-/* The same factory under QUORL_IID_GLOBAL_FACTORY, which only a global class's factory has. */
+/* The second interface of a global class's factory: its QueryInterface, and DllGetClassObject, give
+ * it under QUORL_IID_GLOBAL_FACTORY. */
 QUORL_OBJECT(QuorlGlobalFactory);
 struct QuorlGlobalFactoryTable {
   QUORL_UNKNOWN_SLOTS(QuorlGlobalFactory);
@@ -262,7 +267,7 @@ typedef struct QuorlTypeAttributes {
   uint16_t minor_version;
   uint16_t class_flags;
   uint16_t interface_flags;
-  uint32_t functions; /* entries of the table behind the seven of every class */
+  uint32_t functions; /* entries of the table after the seven of every class */
 } QuorlTypeAttributes;
 
 typedef struct QuorlFunction {
@@ -278,20 +283,20 @@ typedef struct QuorlFunction {
 typedef struct QuorlArgument {
   uint16_t type;         /* a VT number, with VT_BYREF where the member writes back */
   int16_t optional;      /* -1 where it may be left out */
-  BSTR name;             /* the caller's to end */
-  VARIANT default_value; /* the caller's to end; Missing where there is none */
+  BSTR name;             /* the caller's to free */
+  VARIANT default_value; /* the caller's to free; Missing where there is none */
 } QuorlArgument;
 
 QUORL_OBJECT(QuorlTypeInfo);
 struct QuorlTypeInfoTable {
   QUORL_UNKNOWN_SLOTS(QuorlTypeInfo);
   HRESULT (*GetTypeAttributes)(QuorlTypeInfo* self, QuorlTypeAttributes* out);
-  /* The entry at a place of the table, from 0; DISP_E_BADINDEX behind the last. */
+  /* The entry at a place of the table, from 0; DISP_E_BADINDEX after the last. */
   HRESULT (*GetFunction)(QuorlTypeInfo* self, uint32_t index, QuorlFunction* out);
   HRESULT(*GetArgument)
   (QuorlTypeInfo* self, uint32_t index, uint32_t argument, QuorlArgument* out);
   /* A member's name and help string by its identifier, the class's own for id -1. Each out pointer
-   * may be null; the texts are the caller's to end. */
+   * may be null; the texts are the caller's to free. */
   HRESULT (*GetDocumentation)(QuorlTypeInfo* self, int32_t id, BSTR* name, BSTR* help);
   /* As the object's own GetIDsOfNames. */
   HRESULT(*GetIDsOfNames)
@@ -324,17 +329,24 @@ QUORL_API BSTR SysAllocStringLen(const char16_t* text, uint32_t length);
 QUORL_API void SysFreeString(BSTR text);
 QUORL_API uint32_t SysStringLen(BSTR text);
 
-/* Variants. VariantClear ends what the Variant owns and leaves it Empty; what it holds by reference
- * belongs to someone else. VariantCopy clears the destination first and copies deep; an object is
- * counted once more, and a value by reference stays one. */
+/* Variants. VariantClear frees what the Variant owns and leaves it Empty; what it holds by
+ * reference belongs to someone else. VariantCopy clears the destination first and copies deep; an
+ * object is counted once more, and a value by reference stays one. Both give DISP_E_TYPEMISMATCH
+ * for a value of no known type (VariantClear then leaves Empty, VariantCopy the destination as it
+ * was), and E_UNEXPECTED, with nothing changed, when what they would free is an array whose data is
+ * accessed. VariantCopy also gives DISP_E_TYPEMISMATCH for arrays nested more than 64 deep,
+ * E_INVALIDARG for a damaged array, and E_OUTOFMEMORY, also when arrays within an array have more
+ * than 256 MiB. */
 QUORL_API void VariantInit(VARIANT* variant);
 QUORL_API HRESULT VariantClear(VARIANT* variant);
 QUORL_API HRESULT VariantCopy(VARIANT* destination, const VARIANT* source);
 
 /* Arrays of any VT number of a single value, or VT_VARIANT. `bounds` stand leftmost dimension
- * first. Null when an argument is out of its contract or memory ran out. */
+ * first: 1 to 60 dimensions. All elements together have at most 2147483647 bytes, here and wherever
+ * an array is passed. Null when an argument is out of its contract or memory ran out. */
 QUORL_API SAFEARRAY* SafeArrayCreate(uint16_t vt, uint32_t dimensions, const QuorlBound* bounds);
-/* Ends the elements, the data and the array; takes null. E_UNEXPECTED while data is accessed. */
+/* Frees the elements, the data and the array; takes null. E_UNEXPECTED while data is accessed. An
+ * array that is accessed when a call replaces the Variant around it belongs to who accesses it. */
 QUORL_API HRESULT SafeArrayDestroy(SAFEARRAY* array);
 QUORL_API uint32_t SafeArrayGetDim(SAFEARRAY* array);
 /* Dimensions count from 1, leftmost first; DISP_E_BADINDEX for any other. */
@@ -343,7 +355,8 @@ QUORL_API HRESULT SafeArrayGetUBound(SAFEARRAY* array, uint32_t dimension, int32
 QUORL_API HRESULT SafeArrayGetVartype(SAFEARRAY* array, uint16_t* vt);
 /* Subscripts leftmost first. A text is put as the BSTR itself, an object as its pointer, everything
  * else as a pointer to it; what is put is copied. A text or Variant that is got is a copy that the
- * caller ends; `element` is written over, not ended. */
+ * caller frees; `element` is written over, not freed. DISP_E_BADINDEX for a subscript out of
+ * bounds; otherwise they fail as VariantCopy does. */
 QUORL_API HRESULT SafeArrayGetElement(SAFEARRAY* array, const int32_t* subscripts, void* element);
 QUORL_API HRESULT SafeArrayPutElement(SAFEARRAY* array, const int32_t* subscripts, void* element);
 QUORL_API HRESULT SafeArrayAccessData(SAFEARRAY* array, void** data);
@@ -359,7 +372,8 @@ QUORL_API HRESULT CLSIDFromString(const char16_t* text, GUID* out);
 /* Writes 38 characters and a zero; gives 39, or 0 if `capacity` is too small. */
 QUORL_API int32_t StringFromGUID2(const GUID* guid, char16_t* buffer, int32_t capacity);
 
-/* Classes, by what is registered below HKEY_CLASSES_ROOT. `context` is not looked at. */
+/* Classes, by what is registered below HKEY_CLASSES_ROOT. `context` is ignored. A store that cannot
+ * be read gives 0x80070000 + its code, here and in QuorlGlobalObject. */
 QUORL_API HRESULT CLSIDFromProgID(const char16_t* progid, GUID* out);
 QUORL_API HRESULT CoGetClassObject(const GUID* class_identifier, uint32_t context, void* reserved,
                                    const GUID* identifier, void** out);
@@ -369,14 +383,20 @@ QUORL_API HRESULT CoCreateInstance(const GUID* class_identifier, void* outer, ui
 /* A counted dispatch pointer to the hidden instance of a global class, the same each time.
  * CLASS_E_CLASSNOTAVAILABLE for a class that is not global. */
 QUORL_API HRESULT QuorlGlobalObject(const char16_t* progid, void** out);
-/* "fr-BE" and the like; null or empty: the system's again. E_INVALIDARG for an unknown one. */
+/* "fr-BE" and the like; null or empty: the system's again. E_INVALIDARG for an unknown one. For the
+ * whole process and at any time: a call under way on another thread uses the former locale or this
+ * one for each of its conversions. */
 QUORL_API HRESULT QuorlSetLocale(const char16_t* name);
-/* The ambient screen's size, 0 by 0 until then. E_INVALIDARG for a size out of range. */
+/* The ambient screen's size, 0 by 0 until then. E_INVALIDARG for a size out of range. For the whole
+ * process and at any time; set both before forms are placed, as a placing under way may read either
+ * of two sizes. */
 QUORL_API HRESULT QuorlSetScreen(double width, double height);
 /* The folders of the user's and the machine's settings. A null user folder: in memory; a null
  * machine folder: the usual one. E_UNEXPECTED, with nothing changed, once the store is in use. */
 QUORL_API HRESULT QuorlSetStore(const char16_t* user_folder, const char16_t* machine_folder);
-/* Loads a component and has it register or unregister itself. */
+/* Loads a component and has it register or unregister itself: one change of the store, made whole
+ * or not at all. 0x80070000 + the store's code when it fails, QUORL_E_NOTLOADABLE without the
+ * library. */
 QUORL_API HRESULT QuorlRegister(const char16_t* path);
 QUORL_API HRESULT QuorlUnregister(const char16_t* path);
 

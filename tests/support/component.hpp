@@ -1,15 +1,15 @@
-// The component as a host in another language meets it: its library, calls through slots and by
-// name with plain values, and an object of the host's own.
+// The component as a host in another language meets it: its library, calls in each of the three
+// ways with plain values, an object of the host's own, and arguments of every kind.
 #pragma once
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <map>
+#include <memory>
 #include <ostream>
 #include <span>
 #include <string>
@@ -18,17 +18,17 @@
 
 #include "quorl/abi/internal/bstr.hpp"
 #include "quorl/abi/internal/dispatch_proxy.hpp"
+#include "quorl/abi/internal/guarded.hpp"
 #include "quorl/abi/internal/ref_counted.hpp"
 #include "quorl/abi/internal/values.hpp"
-#include "quorl/abi/quorl.h"
 #include "quorl/frame/internal/catalogue.hpp"
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/locale.hpp"
-#include "quorl/runtime/raised_error.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
-#include "tests/support/print.hpp"
+#include "tests/support/cells.hpp"
+#include "tests/support/recording_host.hpp"
 
 namespace quorl {
 
@@ -98,25 +98,25 @@ class Library {
 struct CallResult {
   Variant value;
   HRESULT code = S_OK;
-  Int32 number = 0;
-  String source;
-  String description;
+  Failure failure;
 
-  static CallResult Of(const RaisedError& error) {
-    return {{}, DISP_E_EXCEPTION, error.Number(), error.Source(), error.Description()};
-  }
   friend bool operator==(const CallResult& a, const CallResult& b) {
     const bool same_value =
         a.value == b.value || (!a.value.Holds<Array>() && Shown(a.value) == Shown(b.value));
-    return same_value && a.code == b.code && a.number == b.number && a.source == b.source &&
-           a.description == b.description;
+    return same_value && a.code == b.code && a.failure == b.failure;
   }
   friend void PrintTo(const CallResult& result, std::ostream* out) {
     PrintTo(result.value, out);
-    *out << " code " << std::hex << static_cast<std::uint32_t>(result.code) << std::dec << " #"
-         << result.number << ' ' << Shown(result.source) << ' ' << Shown(result.description);
+    *out << " code " << std::hex << static_cast<std::uint32_t>(result.code) << std::dec << ' ';
+    PrintTo(result.failure, out);
   }
 };
+
+/// The Number that a code stands for.
+inline Int32 NumberIn(HRESULT code) {
+  const auto bits = static_cast<std::uint32_t>(code);
+  return bits >> 16 == 0x800A ? static_cast<Int32>(bits & 0xFFFF) : code;
+}
 
 /// A text that a caller owns, taken as a value.
 inline String Taken(BSTR text) {
@@ -125,120 +125,106 @@ inline String Taken(BSTR text) {
   return copy;
 }
 
-/// The thread's error info, taken away; an empty result if there is none.
-inline CallResult TakenErrorInfo() {
+/// The thread's error info with `code` for its Number, taken away; nothing if there is none.
+inline Failure TakenErrorInfo(HRESULT code = S_OK) {
   Reference<QuorlErrorInfo> info;
   if (GetErrorInfo(0, info.Receive()) != S_OK) return {};
-  BSTR source = nullptr;
-  BSTR description = nullptr;
-  BSTR help_file = SysAllocString(u"none yet");
-  SysFreeString(help_file);
+  BSTR texts[] = {nullptr, nullptr, nullptr};
   std::uint32_t context = 1;
   QuorlErrorInfo* object = info.Get();
-  EXPECT_EQ(object->table->GetSource(object, &source), S_OK);
-  EXPECT_EQ(object->table->GetDescription(object, &description), S_OK);
-  EXPECT_EQ(object->table->GetHelpFile(object, &help_file), S_OK);
+  EXPECT_EQ(object->table->GetSource(object, &texts[0]), S_OK);
+  EXPECT_EQ(object->table->GetDescription(object, &texts[1]), S_OK);
+  EXPECT_EQ(object->table->GetHelpFile(object, &texts[2]), S_OK);
   EXPECT_EQ(object->table->GetHelpContext(object, &context), S_OK);
-  EXPECT_EQ(help_file, nullptr);
-  EXPECT_EQ(context, 0u);
-  return {{}, S_OK, 0, Taken(source), Taken(description)};
+  EXPECT_TRUE(texts[2] == nullptr && context == 0);
+  return {NumberIn(code), Taken(texts[0]), Taken(texts[1])};
 }
 
-/// A caller's slot, which holds a text before the call.
-class ResultSlot {
- public:
-  ResultSlot() : slot_(Variant(u"what stood there before")) {}
-  VARIANT* Address() { return slot_.Address(); }
-  Variant Value() const { return abi::FromBinary(slot_.Get()); }
+/// Stands around every call of the three ways; the test of lacking memory puts its own here.
+inline std::function<HRESULT(const std::function<HRESULT()>&)> around_call =
+    [](const std::function<HRESULT()>& call) { return call(); };
 
- private:
-  OwnedVariant slot_;
-};
+/// The slot of a table that takes anything: whole numbers and pointers travel in six registers,
+/// reals in registers of their own, VARIANTs on the stack, each in their order, and a callee looks
+/// at those that it knows of.
+struct SlotArguments {
+  std::array<std::int64_t, 5> wholes{};
+  std::array<double, 4> reals{};
+  std::array<VARIANT, 4> variants{};
+  std::size_t whole_count = 0;
+  std::size_t real_count = 0;
+  std::size_t variant_count = 0;
 
-/// Arguments of one slot. Whole numbers and pointers travel in six registers, reals in registers of
-/// their own, VARIANTs on the stack, each in their order; a callee looks at those that it knows of.
-/// So one signature serves every slot.
-class SlotArguments {
- public:
-  void AddWhole(std::int64_t value) { whole_.at(wholes_++) = value; }
-  void AddPointer(const void* pointer) { AddWhole(reinterpret_cast<std::int64_t>(pointer)); }
-  void AddReal(double value) { real_.at(reals_++) = value; }
-  void AddVariant(const VARIANT& value) { variant_.at(variants_++) = value; }
-
+  void Add(VariantType type, const VARIANT& value) {
+    if (type == VariantType::kVariant) {
+      variants.at(variant_count++) = value;
+    } else if (type == VariantType::kDouble || type == VariantType::kDate) {
+      reals.at(real_count++) = value.value.r8;
+    } else if (value.vt == VT_I2 || value.vt == VT_BOOL) {
+      wholes.at(whole_count++) = value.value.i2;
+    } else {
+      wholes.at(whole_count++) = value.value.cy;
+    }
+  }
+  void Add(const void* pointer) {
+    wholes.at(whole_count++) = reinterpret_cast<std::int64_t>(pointer);
+  }
   HRESULT Call(QuorlDispatch* self, std::size_t slot) const {
-    using AnySlot =
-        HRESULT (*)(void*, std::int64_t, std::int64_t, std::int64_t, std::int64_t, std::int64_t,
-                    double, double, double, double, VARIANT, VARIANT, VARIANT, VARIANT);
-    AnySlot function = nullptr;
+    HRESULT(*function)
+    (void*, std::int64_t, std::int64_t, std::int64_t, std::int64_t, std::int64_t, double, double,
+     double, double, VARIANT, VARIANT, VARIANT, VARIANT) = nullptr;
     std::memcpy(&function, reinterpret_cast<const char*>(self->table) + slot * sizeof(void*),
                 sizeof(function));
-    return function(self, whole_[0], whole_[1], whole_[2], whole_[3], whole_[4], real_[0], real_[1],
-                    real_[2], real_[3], variant_[0], variant_[1], variant_[2], variant_[3]);
+    return around_call([&] {
+      return function(self, wholes[0], wholes[1], wholes[2], wholes[3], wholes[4], reals[0],
+                      reals[1], reals[2], reals[3], variants[0], variants[1], variants[2],
+                      variants[3]);
+    });
   }
-
- private:
-  std::array<std::int64_t, 5> whole_{};
-  std::array<double, 4> real_{};
-  std::array<VARIANT, 4> variant_{};
-  std::size_t wholes_ = 0;
-  std::size_t reals_ = 0;
-  std::size_t variants_ = 0;
 };
 
-inline void AddArgument(SlotArguments& to, VariantType type, OwnedVariant& value) {
-  const VARIANT& binary = value.Get();
-  switch (type) {
-    case VariantType::kVariant:
-      return to.AddVariant(binary);
-    case VariantType::kDouble:
-    case VariantType::kDate:
-      return to.AddReal(binary.value.r8);
-    case VariantType::kInt16:
-    case VariantType::kInt32:
-      return to.AddWhole(binary.vt == VT_I2 ? binary.value.i2 : binary.value.i4);
-    case VariantType::kCurrency:
-      return to.AddWhole(binary.value.cy);
-    case VariantType::kBoolean:
-      return to.AddWhole(binary.value.boolean);
-    default:
-      return to.AddPointer(binary.value.reference);
-  }
+/// The call of a member as a host in C++ makes it.
+inline CallResult CallInCpp(QuorlDispatch* self, const ClassRow& row, const MemberRow& member,
+                            std::span<Variant> arguments) {
+  CallResult result;
+  result.failure = FailureOf([&] {
+    around_call([&]() -> HRESULT {
+      result.value =
+          member.call(row.instance(static_cast<frame::ComponentObject*>(self)), arguments);
+      return S_OK;
+    });
+  });
+  if (result.failure != Failure{}) result.code = DISP_E_EXCEPTION;
+  return result;
 }
 
 /// The call of a member through its slot. Each argument is of the member's own type already.
 inline CallResult CallBySlot(QuorlDispatch* self, const ClassRow& row, const MemberRow& member,
                              std::span<Variant> arguments) {
-  std::vector<OwnedVariant> binary;
-  for (const Variant& argument : arguments) binary.emplace_back(argument);
+  const VariantType type = member.result.type;
+  const bool is_variant = type == VariantType::kVariant;
+  const bool is_owned = is_variant || type == VariantType::kString;
+  OwnedVariant slot = is_owned ? OwnedVariant(Variant(u"what stood there")) : OwnedVariant();
+  std::vector<OwnedVariant> binary(arguments.begin(), arguments.end());
   SlotArguments passed;
   for (std::size_t i = 0; i < binary.size(); ++i) {
-    const auto& type = member.types.elements[i];
-    if (type.by_reference) {
-      passed.AddPointer(&binary[i].Address()->value.i2);
-    } else {
-      AddArgument(passed, type.type, binary[i]);
-    }
+    const auto& known = member.types.elements[i];
+    known.by_reference ? passed.Add(&binary[i].Address()->value)
+                       : passed.Add(known.type, binary[i].Get());
   }
-  const VariantType type = member.result.type;
-  const bool is_text = type == VariantType::kString;
-  OwnedVariant slot =
-      is_text || type == VariantType::kVariant ? OwnedVariant(Variant(u"before")) : OwnedVariant();
-  if (type == VariantType::kVariant) passed.AddPointer(slot.Address());
-  if (type != VariantType::kVariant && type != VariantType::kEmpty) {
-    passed.AddPointer(&slot.Address()->value);
-  }
-  const auto place = static_cast<std::size_t>(&member - row.members.data());
+  if (is_variant) passed.Add(slot.Address());
+  if (!is_variant && type != VariantType::kEmpty) passed.Add(&slot.Address()->value);
+  const HRESULT code =
+      passed.Call(self, 7 + static_cast<std::size_t>(&member - row.members.data()));
   CallResult result;
-  const HRESULT code = passed.Call(self, 7 + place);
   if (code != S_OK) {
-    result = TakenErrorInfo();
-    result.code = DISP_E_EXCEPTION;
-    const auto bits = static_cast<std::uint32_t>(code);
-    result.number = bits >> 16 == 0x800A ? static_cast<Int32>(bits & 0xFFFF) : code;
-    EXPECT_TRUE(!is_text || slot.Get().value.bstr == nullptr) << Utf8(member.name);
-    EXPECT_TRUE(type != VariantType::kVariant || slot.Get().vt == VT_EMPTY) << Utf8(member.name);
+    result = {{}, DISP_E_EXCEPTION, TakenErrorInfo(code)};
+    result.failure.number = NumberIn(code);
+    EXPECT_TRUE(!is_owned ||
+                (is_variant ? slot.Get().vt == VT_EMPTY : slot.Get().value.bstr == nullptr))
+        << Utf8(member.name);
   } else {
-    if (type != VariantType::kVariant) slot.Address()->vt = static_cast<std::uint16_t>(type);
+    if (!is_variant) slot.Address()->vt = static_cast<std::uint16_t>(type);
     result.value = abi::FromBinary(slot.Get());
   }
   for (std::size_t i = 0; i < binary.size(); ++i) {
@@ -250,21 +236,17 @@ inline CallResult CallBySlot(QuorlDispatch* self, const ClassRow& row, const Mem
 /// A call by identifier with arguments as they are to stand in the array.
 inline CallResult Invoke(QuorlDispatch* self, std::int32_t id, std::uint16_t flags,
                          DISPPARAMS parameters) {
-  ResultSlot slot;
+  OwnedVariant slot(Variant(u"what stood there"));
   EXCEPINFO info{};
   CallResult result;
-  result.code =
-      self->table->Invoke(self, id, nullptr, 0, flags, &parameters, slot.Address(), &info, nullptr);
-  result.value = slot.Value();
-  if (result.code == DISP_E_EXCEPTION) {
-    const auto bits = static_cast<std::uint32_t>(info.scode);
-    result.number = bits >> 16 == 0x800A ? static_cast<Int32>(bits & 0xFFFF) : info.scode;
-  }
-  EXPECT_EQ(info.code, 0);
-  EXPECT_EQ(info.help_file, nullptr);
-  EXPECT_TRUE(info.fill_in == nullptr && info.reserved_pointer == nullptr);
-  result.source = Taken(info.source);
-  result.description = Taken(info.description);
+  result.code = around_call([&] {
+    return self->table->Invoke(self, id, nullptr, 0, flags, &parameters, slot.Address(), &info,
+                               nullptr);
+  });
+  result.value = abi::FromBinary(slot.Get());
+  EXPECT_TRUE(info.code == 0 && info.help_file == nullptr && info.fill_in == nullptr);
+  const Int32 number = result.code == DISP_E_EXCEPTION ? NumberIn(info.scode) : 0;
+  result.failure = {number, Taken(info.source), Taken(info.description)};
   EXPECT_TRUE(result.code == S_OK || result.value.IsEmpty());
   return result;
 }
@@ -275,39 +257,12 @@ inline std::uint16_t FlagOf(MemberKind kind) {
                                      : DISPATCH_PROPERTYPUT;
 }
 
-/// The call of a member by name, all arguments by position, those that it writes by reference.
-inline CallResult CallByName(QuorlDispatch* self, const ClassRow& row, const MemberRow& member,
-                             std::span<Variant> arguments) {
-  std::vector<OwnedVariant> binary;
-  std::vector<VARIANT> passed;
-  for (std::size_t i = arguments.size(); i-- > 0;) binary.emplace_back(arguments[i]);
-  for (std::size_t i = 0; i < binary.size(); ++i) {
-    VARIANT value = binary[i].Get();
-    if (member.types.elements[arguments.size() - 1 - i].by_reference) {
-      value.value.reference = &binary[i].Address()->value;
-      value.vt |= VT_BYREF;
-    }
-    passed.push_back(value);
-  }
-  std::int32_t put = QUORL_PUT_VALUE;
-  const bool is_put = member.kind == MemberKind::kPut;
-  const auto count = static_cast<std::uint32_t>(passed.size());
-  const CallResult result =
-      Invoke(self, IdentifierOf(row, member), FlagOf(member.kind),
-             {passed.data(), is_put ? &put : nullptr, count, is_put ? 1u : 0u});
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    if (!member.types.elements[i].by_reference) continue;
-    arguments[i] = abi::FromBinary(binary[arguments.size() - 1 - i].Get());
-  }
-  return result;
-}
-
-/// The call of a member with the names of arguments, then the positional ones in call order.
-inline CallResult CallNamed(QuorlDispatch* self, const char16_t* member, std::uint16_t flags,
-                            std::vector<std::pair<std::int32_t, Variant>> named,
-                            std::vector<Variant> positional = {}) {
-  std::int32_t id = -1;
-  EXPECT_EQ(self->table->GetIDsOfNames(self, nullptr, &member, 1, 0, &id), S_OK);
+/// A call with named arguments and then positional ones in call order, the first of these by
+/// reference if asked, and then written back.
+using Named = std::vector<std::pair<std::int32_t, Variant>>;
+inline CallResult InvokeWith(QuorlDispatch* self, std::int32_t id, std::uint16_t flags,
+                             const Named& named, std::span<Variant> positional,
+                             bool by_reference = false) {
   std::vector<OwnedVariant> owned;
   std::vector<std::int32_t> ids;
   for (const auto& [identifier, value] : named) {
@@ -317,108 +272,109 @@ inline CallResult CallNamed(QuorlDispatch* self, const char16_t* member, std::ui
   for (std::size_t i = positional.size(); i-- > 0;) owned.emplace_back(positional[i]);
   std::vector<VARIANT> passed;
   for (const OwnedVariant& value : owned) passed.push_back(value.Get());
-  return Invoke(self, id, flags,
-                {passed.data(), ids.data(), static_cast<std::uint32_t>(passed.size()),
-                 static_cast<std::uint32_t>(ids.size())});
+  if (by_reference) {
+    passed.back().vt |= VT_BYREF;
+    passed.back().value.reference = &owned.back().Address()->value;
+  }
+  const CallResult result =
+      Invoke(self, id, flags,
+             {passed.data(), ids.data(), static_cast<std::uint32_t>(passed.size()),
+              static_cast<std::uint32_t>(ids.size())});
+  if (by_reference) positional[0] = abi::FromBinary(owned.back().Get());
+  return result;
 }
 
-/// A host's object in C form. A read of a member gives what is there, of an array the element at
-/// the index; a write replaces it; a call gives it. Every use is written down.
+/// The call of a member by name, the value of a put by its own.
+inline CallResult CallByName(QuorlDispatch* self, const ClassRow& row, const MemberRow& member,
+                             std::span<Variant> arguments) {
+  Named named;
+  if (member.kind == MemberKind::kPut) named.emplace_back(QUORL_PUT_VALUE, arguments.back());
+  return InvokeWith(self, IdentifierOf(row, member), FlagOf(member.kind), named,
+                    arguments.first(arguments.size() - named.size()),
+                    member.types.elements[0].by_reference);
+}
+
+inline CallResult CallNamed(QuorlDispatch* self, const char16_t* member, std::uint16_t flags,
+                            const Named& named, std::vector<Variant> positional = {}) {
+  std::int32_t id = -1;
+  EXPECT_EQ(self->table->GetIDsOfNames(self, nullptr, &member, 1, 0, &id), S_OK);
+  return InvokeWith(self, id, flags, named, positional);
+}
+
+/// A host's object in C form, around one in C++ that gives what is there, of an array the element
+/// at the index. Every use is written down.
 class FakeHost : public QuorlDispatch {
  public:
-  using Failure = std::function<HRESULT(VARIANT* result, EXCEPINFO* info)>;
-
-  explicit FakeHost(std::map<String, Variant> its_members = {})
-      : QuorlDispatch{&kTable}, members(std::move(its_members)) {}
+  /// With all that the library asks of forms, combo boxes and collections.
+  FakeHost() : QuorlDispatch{&kTable} {
+    for (const auto& [name, value] :
+         Pairs(u"=default|BorderStyle=2|Count=2|Height=300,5|Left=20|ListCount=2|ListIndex=1|"
+               u"MDIChild=0|Move=|Name=Form|ScaleHeight=4000|ScaleWidth=3000|Top=10|Width=400|"
+               u"WindowState=0")) {
+      target->With(name, Utf16(value));
+    }
+    WithArray(u"ItemData", Array::WithBounds(VariantType::kInt32, 0, 1));
+    WithArray(u"List", Array::OfStrings(std::array<String, 2>{u"deux trois", u"12"}));
+  }
   FakeHost(const FakeHost&) = delete;
   FakeHost& operator=(const FakeHost&) = delete;
 
-  std::map<String, Variant> members;
+  const std::shared_ptr<RecordingHost> target = std::make_shared<RecordingHost>("");
   /// Stands in for every Invoke when it is set.
-  Failure failure;
+  std::function<HRESULT(VARIANT* result, EXCEPINFO* info)> failure;
   /// "List 3 &Int16 0": name, flags, arguments in the array's order, & for one by reference.
   std::vector<std::string> journal;
   std::uint32_t references = 1;
 
  private:
   static FakeHost& At(QuorlDispatch* self) { return *static_cast<FakeHost*>(self); }
+  static QuorlDispatch* Inner(QuorlDispatch* self) {
+    return At(self).around_target_.Get().value.dispatch;
+  }
+  void WithArray(String name, Array array) {
+    target->WithMember(std::move(name), [array](std::span<Variant> index) {
+      return Variant(array.Get({ToInt32(index[0])}));
+    });
+  }
 
-  static HRESULT Query(QuorlDispatch* self, const GUID*, void** out) {
-    *out = self;
-    AddReference(self);
-    return S_OK;
+  HRESULT Note(std::int32_t id, std::uint16_t flags, const DISPPARAMS& parameters) {
+    std::string line = Utf8(names_[id]) + ' ' + std::to_string(flags);
+    for (std::uint32_t i = 0; i < parameters.argument_count; ++i) {
+      const VARIANT& argument = parameters.arguments[i];
+      line += (argument.vt & VT_BYREF) != 0 ? " &" : " ";
+      if (i < parameters.named_count) line += std::to_string(parameters.named[i]) + ":";
+      line += Shown(abi::FromBinary(argument));
+    }
+    return journal.push_back(line), S_OK;
   }
   static std::uint32_t AddReference(QuorlDispatch* self) { return ++At(self).references; }
   static std::uint32_t ReleaseReference(QuorlDispatch* self) { return --At(self).references; }
-  static HRESULT TypeInfoCount(QuorlDispatch*, std::uint32_t* count) {
-    *count = 0;
-    return S_OK;
-  }
-  static HRESULT TypeInfo(QuorlDispatch*, std::uint32_t, std::uint32_t, void**) {
-    return DISP_E_BADINDEX;
-  }
-  // The place of a member among the names, from 1; the default member has the empty name and 0.
   static HRESULT Identifiers(QuorlDispatch* self, const GUID*, const char16_t** names,
-                             std::uint32_t, std::uint32_t, std::int32_t* ids) {
-    std::int32_t id = 0;
-    for (const auto& [name, value] : At(self).members) {
-      if (!name.empty()) ++id;
-      if (name == *names) return *ids = id, S_OK;
-    }
-    return *ids = -1, DISP_E_UNKNOWNNAME;
+                             std::uint32_t count, std::uint32_t, std::int32_t* ids) {
+    const HRESULT code =
+        Inner(self)->table->GetIDsOfNames(Inner(self), nullptr, names, count, 0, ids);
+    return code != S_OK
+               ? code
+               : abi::GuardedFunction([&] { return At(self).names_[*ids] = names[0], S_OK; });
   }
   static HRESULT InvokeIt(QuorlDispatch* self, std::int32_t id, const GUID*, std::uint32_t,
                           std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
                           EXCEPINFO* info, std::uint32_t*) {
-    FakeHost& host = At(self);
-    auto member = host.members.begin();
-    if (id == 0 ? !host.members.contains(u"") : false) return DISP_E_MEMBERNOTFOUND;
-    if (id != 0) std::advance(member, id - (host.members.contains(u"") ? 0 : 1));
-    std::string line = Utf8(member->first) + ' ' + std::to_string(flags);
-    for (std::uint32_t i = 0; i < parameters->argument_count; ++i) {
-      const VARIANT& argument = parameters->arguments[i];
-      line += (argument.vt & VT_BYREF) != 0 ? " &" : " ";
-      if (i < parameters->named_count) line += std::to_string(parameters->named[i]) + ":";
-      line += Shown(abi::FromBinary(argument));
+    if (abi::GuardedFunction([&] { return At(self).Note(id, flags, *parameters); }) != S_OK) {
+      return E_OUTOFMEMORY;
     }
-    host.journal.push_back(line);
-    if (host.failure) return host.failure(result, info);
-    if ((flags & DISPATCH_PROPERTYPUT) != 0) {
-      member->second = abi::FromBinary(parameters->arguments[0]);
-      return S_OK;
-    }
-    Variant given = member->second;
-    if (const Array* array = given.If<Array>(); array && parameters->argument_count == 1) {
-      given = Variant(array->Get({ToInt32(abi::FromBinary(parameters->arguments[0]))}));
-    }
-    if (result != nullptr) *result = abi::ToBinary(given);
-    return S_OK;
+    if (At(self).failure) return At(self).failure(result, info);
+    return Inner(self)->table->Invoke(Inner(self), id, nullptr, 0, flags, parameters, result, info,
+                                      nullptr);
   }
 
-  static constexpr QuorlDispatchTable kTable{
-      &Query, &AddReference, &ReleaseReference, &TypeInfoCount, &TypeInfo, &Identifiers, &InvokeIt};
-};
+  // The library uses no more of a host's object.
+  static constexpr QuorlDispatchTable kTable{nullptr, &AddReference, &ReleaseReference, nullptr,
+                                             nullptr, &Identifiers,  &InvokeIt};
 
-/// What the library asks of forms and combo boxes.
-inline std::map<String, Variant> FormMembers() {
-  return {{u"", u"default"},
-          {u"BorderStyle", Int16{2}},
-          {u"Count", 2},
-          {u"Height", 300.5},
-          {u"ItemData", Array::WithBounds(VariantType::kInt32, 0, 1)},
-          {u"Left", 20},
-          {u"List", Array::OfStrings(std::vector<String>{u"deux trois", u"12"})},
-          {u"ListCount", Int16{2}},
-          {u"ListIndex", Int16{1}},
-          {u"MDIChild", false},
-          {u"Move", Empty},
-          {u"Name", u"Form"},
-          {u"ScaleHeight", 4000},
-          {u"ScaleWidth", 3000},
-          {u"Top", 10},
-          {u"Width", 400},
-          {u"WindowState", 0}};
-}
+  OwnedVariant around_target_{Variant(Object(target))};
+  std::map<std::int32_t, String> names_;
+};
 
 /// A VARIANT of any number with any content.
 inline VARIANT Raw(int vt, std::int64_t content = 0) {
@@ -427,18 +383,13 @@ inline VARIANT Raw(int vt, std::int64_t content = 0) {
   value.value.cy = content;
   return value;
 }
-
 inline VARIANT Raw(int vt, const void* content) {
   return Raw(vt, reinterpret_cast<std::int64_t>(content));
 }
 
 /// The row of a member.
-inline const MemberRow& Member(StringView class_name, StringView name,
-                               MemberKind kind = MemberKind::kMethod) {
-  for (const MemberRow& member : frame::FindClass(class_name)->members) {
-    if (member.name == name && member.kind == kind) return member;
-  }
-  throw std::out_of_range(Utf8(name));
+inline const MemberRow& Member(StringView class_name, StringView name) {
+  return *frame::FindByName(*frame::FindClass(class_name), name);
 }
 
 /// The component over a store of its own, in Belgian French.

@@ -10,7 +10,7 @@ namespace quorl::abi {
 /// What a BSTR holds, valid as long as it is; a null one is the empty text.
 QUORL_API StringView ViewOf(const char16_t* bstr) noexcept;
 
-/// A new BSTR with that text, the caller's to end. Failure 7 when memory ran out.
+/// A new BSTR with that text, the caller's to free. Failure 7 when memory ran out.
 QUORL_API BSTR NewBstr(StringView text);
 
 }  // namespace quorl::abi

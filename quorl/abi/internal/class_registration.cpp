@@ -1,24 +1,42 @@
 #include "quorl/abi/internal/class_registration.hpp"
 
+#include "quorl/abi/internal/errors.hpp"
 #include "quorl/abi/internal/guid.hpp"
 #include "quorl/abi/internal/percent_text.hpp"
 #include "quorl/runtime/ansi.hpp"
+#include "quorl/store/open_key.hpp"
 #include "quorl/store/operations.hpp"
 
 namespace quorl::abi {
 namespace {
 
-// The unnamed text value of a key below the root of classes; empty where there is none.
-std::string DefaultValueOf(StringView path) {
-  KeyHandle key = 0;
-  if (RegOpenKeyExA(kClassesRoot, ToAnsi(path), 0, kReadValues, &key) != kDone) return {};
-  std::string text;
+// Reads the unnamed value of a key below the root of classes.
+Int32 ReadDefaultValue(const std::string& path, std::string& text) {
+  KeyHandle handle = 0;
+  Int32 code = RegOpenKeyExA(kClassesRoot, path, 0, kReadValues, &handle);
+  const OpenKey key(handle);
   Int32 size = 0;
-  if (RegQueryValueExA(key, "", nullptr, nullptr, nullptr, &size) == kDone) {
+  if (code == kDone) code = RegQueryValueExA(handle, "", nullptr, nullptr, nullptr, &size);
+  while (code == kDone || code == kBufferTooSmall) {
     text.resize(static_cast<std::size_t>(size));
-    if (RegQueryValueExA(key, "", nullptr, nullptr, text.data(), &size) != kDone) text.clear();
+    code = RegQueryValueExA(handle, "", nullptr, nullptr, text.data(), &size);
+    if (code != kBufferTooSmall) break;
   }
-  RegCloseKey(key);
+  return code;
+}
+
+// Whether a code says that there is no such key, or that no key can have that name.
+bool IsNothing(Int32 code) {
+  return code == kAbsent || code == kKeyDeleted || code == kWrongArgument;
+}
+
+// The unnamed text value of a key below the root of classes; empty where there is none. Raises the
+// code of a store that cannot be read.
+std::string DefaultValueOf(StringView path) {
+  std::string text;
+  const Int32 code = ReadDefaultValue(ToAnsi(path), text);
+  if (IsNothing(code)) return {};
+  RequireDone(code);
   // The terminator is stored with the text.
   return text.substr(0, text.find('\0'));
 }

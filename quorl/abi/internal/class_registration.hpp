@@ -8,7 +8,9 @@
 
 namespace quorl::abi {
 
-/// The identifier under which a name is registered; false for none.
+// A store that cannot be read raises its code (errors.hpp).
+
+/// The identifier under which a name is registered; false if there is none.
 bool FindClassIdentifier(StringView progid, GUID& out);
 
 /// The path of the library in which a class is; empty for a class that is not registered.

@@ -6,10 +6,12 @@
 #include "quorl/abi/internal/errors.hpp"
 #include "quorl/abi/internal/ref_counted.hpp"
 #include "quorl/abi/internal/values.hpp"
-#include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/variant.hpp"
 
 namespace quorl::abi {
+
+using namespace internal;
 namespace {
 
 constexpr GUID kNoIdentifier{};
@@ -56,12 +58,12 @@ class BinaryArguments {
   std::vector<VARIANT> passed_;
 };
 
-// What a host tells of its failure, ended on every way out.
+// What a host tells of its failure, freed on every way out.
 struct HostRecord {
   HostRecord() = default;
   HostRecord(const HostRecord&) = delete;
   HostRecord& operator=(const HostRecord&) = delete;
-  ~HostRecord() { EndRecord(info); }
+  ~HostRecord() { FreeRecord(info); }
 
   EXCEPINFO info{};
 };
@@ -74,31 +76,39 @@ class ForeignObject final : public LateBound {
   QuorlDispatch* Pointer() const noexcept { return dispatch_.Get(); }
 
   Variant Get(StringView name, std::span<Variant> arguments) override {
-    BinaryArguments binary(arguments, Passing::kByValue);
-    return Invoke(name, ReadFlags(arguments), binary.Parameters());
+    return WithinMemory([&] {
+      BinaryArguments binary(arguments, Passing::kByValue);
+      return Invoke(name, ReadFlags(arguments), binary.Parameters());
+    });
   }
 
   Variant GetByReference(StringView name, std::span<Variant> arguments) override {
-    BinaryArguments binary(arguments, Passing::kByReference);
-    Variant result = Invoke(name, ReadFlags(arguments), binary.Parameters());
-    binary.WriteBackTo(arguments);
-    return result;
+    return WithinMemory([&] {
+      BinaryArguments binary(arguments, Passing::kByReference);
+      Variant result = Invoke(name, ReadFlags(arguments), binary.Parameters());
+      binary.WriteBackTo(arguments);
+      return result;
+    });
   }
 
   void Put(StringView name, std::span<Variant> arguments, const Variant& value) override {
-    std::vector<Variant> all(arguments.begin(), arguments.end());
-    all.push_back(value);
-    BinaryArguments binary(all, Passing::kByValue);
-    DISPPARAMS parameters = binary.Parameters();
-    std::int32_t named = QUORL_PUT_VALUE;
-    parameters.named = &named;
-    parameters.named_count = 1;
-    Invoke(name, DISPATCH_PROPERTYPUT, parameters);
+    WithinMemory([&] {
+      std::vector<Variant> all(arguments.begin(), arguments.end());
+      all.push_back(value);
+      BinaryArguments binary(all, Passing::kByValue);
+      DISPPARAMS parameters = binary.Parameters();
+      std::int32_t named = QUORL_PUT_VALUE;
+      parameters.named = &named;
+      parameters.named_count = 1;
+      Invoke(name, DISPATCH_PROPERTYPUT, parameters);
+    });
   }
 
   Variant Call(StringView name, std::span<Variant> arguments) override {
-    BinaryArguments binary(arguments, Passing::kByValue);
-    return Invoke(name, DISPATCH_METHOD, binary.Parameters());
+    return WithinMemory([&] {
+      BinaryArguments binary(arguments, Passing::kByValue);
+      return Invoke(name, DISPATCH_METHOD, binary.Parameters());
+    });
   }
 
  private:
@@ -108,8 +118,8 @@ class ForeignObject final : public LateBound {
 
   std::int32_t IdentifierOf(StringView name) const {
     if (name.empty()) return QUORL_DEFAULT_MEMBER;
-    const String ended(name);
-    const char16_t* text = ended.c_str();
+    const String with_terminator(name);
+    const char16_t* text = with_terminator.c_str();
     std::int32_t id = -1;
     QuorlDispatch* object = dispatch_.Get();
     Require(object->table->GetIDsOfNames(object, &kNoIdentifier, &text, 1, 0, &id));
@@ -145,7 +155,7 @@ Object ObjectOf(QuorlDispatch* dispatch) {
   if (dispatch == nullptr) return Object();
   if (dispatch->table == nullptr) Raise(FailureNumber::kTypeMismatch);
   if (Object local = LocalObjectBehind(dispatch)) return local;
-  return MakeObject<ForeignObject>(dispatch);
+  return WithinMemory([&] { return MakeObject<ForeignObject>(dispatch); });
 }
 
 QuorlDispatch* ForeignPointerOf(const Object& object) noexcept {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "quorl/abi/internal/errors.hpp"
+#include "quorl/abi/internal/guarded.hpp"
 #include "quorl/abi/internal/ref_counted.hpp"
 #include "quorl/abi/internal/values.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
@@ -39,33 +40,32 @@ class LocalDispatch final : public Counted<LocalDispatch, QuorlDispatch> {
                                std::uint32_t count, std::uint32_t, std::int32_t* ids) {
     if (names == nullptr || ids == nullptr || count == 0 || names[0] == nullptr) return E_POINTER;
     std::fill_n(ids, count, -1);
-    try {
+    return GuardedFunction([&] {
       ids[0] = From(self)->IdentifierOf(names[0]);
-    } catch (const std::bad_alloc&) {
-      return E_OUTOFMEMORY;
-    }
-    return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;  // arguments have no names here
+      return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;  // arguments have no names here
+    });
   }
 
   static HRESULT Invoke(QuorlDispatch* self, std::int32_t id, const GUID*, std::uint32_t,
                         std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
                         EXCEPINFO* info, std::uint32_t*) {
-    if (result != nullptr) VariantClear(result);
+    // Cleared at once and freed after the call: an argument may be the same text.
+    const auto former = result == nullptr ? OwnedVariant() : OwnedVariant::TakenFrom(result);
     if (parameters == nullptr) return E_POINTER;
     if (parameters->argument_count != 0 && parameters->arguments == nullptr) return E_POINTER;
     if (parameters->argument_count > kMostArguments) return DISP_E_BADPARAMCOUNT;
     if (HasNamedArgument(flags, *parameters)) return DISP_E_PARAMNOTFOUND;
-    try {
-      const Variant given = From(self)->Perform(id, flags, *parameters);
-      if (result != nullptr) *result = ToBinary(given);
-      return S_OK;
-    } catch (const RaisedError& error) {
-      if (IsUnknownMember(error)) return DISP_E_MEMBERNOTFOUND;
-      if (info != nullptr) FillRecord(error, *info);
-      return DISP_E_EXCEPTION;
-    } catch (...) {
-      return E_UNEXPECTED;
-    }
+    return Guarded(
+        [&] {
+          const Variant given = From(self)->Perform(id, flags, *parameters);
+          if (result != nullptr) *result = ToBinary(given);
+          return S_OK;
+        },
+        [&](const RaisedError& error) {
+          if (IsUnknownMember(error)) return DISP_E_MEMBERNOTFOUND;
+          if (info != nullptr) FillRecord(error, *info);
+          return DISP_E_EXCEPTION;
+        });
   }
 
  private:
@@ -86,9 +86,8 @@ class LocalDispatch final : public Counted<LocalDispatch, QuorlDispatch> {
 
   // Identifiers count from 1 in the order in which names are first asked for.
   std::int32_t IdentifierOf(StringView name) {
-    const String lowered = LowerCase(name);
     auto found = std::ranges::find_if(
-        names_, [&](const String& known) { return LowerCase(known) == lowered; });
+        names_, [&](const String& known) { return EqualsIgnoringCase(known, name); });
     if (found == names_.end()) found = names_.insert(names_.end(), String(name));
     return static_cast<std::int32_t>(found - names_.begin()) + 1;
   }

@@ -14,41 +14,40 @@ Value ValueAt(const void* place) {
   return value;
 }
 
-bool CopyText(void* destination, const void* source) noexcept {
+HRESULT CopyText(void* destination, const void* source) noexcept {
   const auto text = ValueAt<BSTR>(source);
   BSTR copy = text == nullptr ? nullptr : SysAllocStringLen(text, SysStringLen(text));
   std::memcpy(destination, &copy, sizeof(copy));
-  return text == nullptr || copy != nullptr;
+  return text == nullptr || copy != nullptr ? S_OK : E_OUTOFMEMORY;
 }
 
-bool CopyObject(void* destination, const void* source) noexcept {
+HRESULT CopyObject(void* destination, const void* source) noexcept {
   auto* object = ValueAt<QuorlDispatch*>(source);
   const bool is_object = object == nullptr || object->table != nullptr;
   if (!is_object) object = nullptr;
   if (object != nullptr) object->table->AddRef(object);
   std::memcpy(destination, &object, sizeof(object));
-  return is_object;
+  return is_object ? S_OK : DISP_E_TYPEMISMATCH;
 }
 
 // The elements that are being copied on this thread, each within the one before.
 struct Nesting {
-  static constexpr int kMost = 64;
   int depth = 0;
   std::size_t room = 0;
 };
 thread_local constinit Nesting nesting;
 
-bool CopyVariant(void* destination, const void* source) noexcept {
-  constexpr std::size_t kMostNestedBytes = std::size_t{1} << 28;
+HRESULT CopyVariant(void* destination, const void* source) noexcept {
   if (nesting.depth == 0) nesting.room = kMostNestedBytes;
   VARIANT copy;
   VariantInit(&copy);
   ++nesting.depth;
   const auto value = ValueAt<VARIANT>(source);
-  const bool copied = nesting.depth <= Nesting::kMost && VariantCopy(&copy, &value) == S_OK;
+  const HRESULT code =
+      nesting.depth <= kMostNested ? VariantCopy(&copy, &value) : DISP_E_TYPEMISMATCH;
   --nesting.depth;
   std::memcpy(destination, &copy, sizeof(copy));
-  return copied;
+  return code;
 }
 
 }  // namespace
@@ -84,7 +83,7 @@ bool MayCopy(std::size_t bytes) noexcept {
   return true;
 }
 
-bool CopyElement(std::uint16_t vt, void* destination, const void* source) noexcept {
+HRESULT CopyElement(std::uint16_t vt, void* destination, const void* source) noexcept {
   switch (vt) {
     case VT_BSTR:
       return CopyText(destination, source);
@@ -94,15 +93,15 @@ bool CopyElement(std::uint16_t vt, void* destination, const void* source) noexce
       return CopyVariant(destination, source);
     default:
       std::memcpy(destination, source, ElementSize(vt));
-      return ElementSize(vt) != 0;
+      return ElementSize(vt) != 0 ? S_OK : DISP_E_TYPEMISMATCH;
   }
 }
 
-void EndElement(std::uint16_t vt, void* element) noexcept {
+void FreeElement(std::uint16_t vt, void* element) noexcept {
   if (vt == VT_BSTR) SysFreeString(ValueAt<BSTR>(element));
   if (vt == VT_VARIANT) VariantClear(static_cast<VARIANT*>(element));
   auto* object = vt == VT_DISPATCH ? ValueAt<QuorlDispatch*>(element) : nullptr;
-  // Forgotten before it is let go: its end may run code that looks at the element again.
+  // Zeroed before it is released: its destruction may run code that reads the element again.
   std::memset(element, 0, ElementSize(vt));
   if (object != nullptr) object->table->Release(object);
 }

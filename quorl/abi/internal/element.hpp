@@ -1,5 +1,5 @@
-// The single values that a VARIANT or an element of a SAFEARRAY can be: size, copying and ending of
-// each, in one place.
+// The single values that a VARIANT or an element of a SAFEARRAY can be: size, copying and freeing
+// of each, in one place.
 #pragma once
 
 #include <cstddef>
@@ -9,19 +9,30 @@
 
 namespace quorl::abi {
 
+/// References and arrays that are nested deeper than this are taken for endless.
+inline constexpr int kMostNested = 64;
+/// Arrays within an array have so many bytes together: one that stands in many places may be small
+/// and yet have no end.
+inline constexpr std::size_t kMostNestedBytes = std::size_t{1} << 28;
+
 /// Bytes of one value of that VT number; 0 for a number that no element can have.
 std::size_t ElementSize(std::uint16_t vt) noexcept;
 
-/// Copies a value over whatever bytes stand at `destination`; texts are made anew, objects counted
-/// once more. False, with zeros at `destination`, when memory ran out or the value is of no kind.
-bool CopyElement(std::uint16_t vt, void* destination, const void* source) noexcept;
+/// Whether such a value owns something beyond its own bytes.
+constexpr bool IsOwning(std::uint16_t vt) noexcept {
+  return vt == VT_BSTR || vt == VT_DISPATCH || vt == VT_VARIANT;
+}
 
-/// Whether an array of so many bytes may be copied now. Always for one of its own; arrays within an
-/// array that is being copied have 256 MiB together, so that one which holds itself comes to an
-/// end.
+/// Copies a value over whatever bytes stand at `destination`; texts are made anew, objects counted
+/// once more. After a failure there are zeros at `destination`: E_OUTOFMEMORY, or
+/// DISP_E_TYPEMISMATCH for a value of no known type or without an end.
+HRESULT CopyElement(std::uint16_t vt, void* destination, const void* source) noexcept;
+
+/// Charges `bytes` to the copy under way on this thread. A top-level array is always allowed;
+/// false when the nested ones exceed kMostNestedBytes.
 bool MayCopy(std::size_t bytes) noexcept;
 
-/// Ends what the value owns and leaves zeros.
-void EndElement(std::uint16_t vt, void* element) noexcept;
+/// Frees what the value owns and leaves zeros.
+void FreeElement(std::uint16_t vt, void* element) noexcept;
 
 }  // namespace quorl::abi

@@ -5,11 +5,13 @@
 
 #include "quorl/abi/internal/bstr.hpp"
 #include "quorl/abi/internal/ref_counted.hpp"
+#include "quorl/store/status.hpp"
 
 namespace quorl::abi {
 namespace {
 
 constexpr std::uint32_t kLibraryCode = 0x800A0000;
+constexpr std::uint32_t kSystemCode = 0x80070000;
 constexpr std::uint32_t kNumberBits = 0xFFFF;
 
 class ErrorInfo final : public Counted<ErrorInfo, QuorlErrorInfo> {
@@ -63,12 +65,12 @@ thread_local constinit QuorlErrorInfo* threads_error = nullptr;
 
 QuorlErrorInfo* TakeThreadsError() noexcept { return std::exchange(threads_error, nullptr); }
 
-struct EndWithThread {
-  ~EndWithThread() { ErrorReference::Adopt(TakeThreadsError()); }
+struct FreeWithThread {
+  ~FreeWithThread() { ErrorReference::Adopt(TakeThreadsError()); }
 };
 
 void SetThreadsError(ErrorReference error) noexcept {
-  static thread_local const EndWithThread end;
+  static thread_local const FreeWithThread at_the_end;
   const ErrorReference former = ErrorReference::Adopt(TakeThreadsError());
   threads_error = error.Detach();
 }
@@ -93,6 +95,18 @@ HRESULT CodeOf(Int32 number) noexcept {
 
 void SetErrorInfoOf(const RaisedError& error) noexcept {
   SetThreadsError(ErrorReference::Adopt(new (std::nothrow) ErrorInfo(error)));
+}
+
+void RequireDone(Int32 code) {
+  if (code != kDone) throw RaisedError(code, u"Quorl", u"");
+}
+
+HRESULT SystemCodeOf(const RaisedError& error) noexcept {
+  if (error.Source() == kRuntimeSource) {
+    const bool is_memory = error.Number() == static_cast<Int32>(FailureNumber::kOutOfMemory);
+    return is_memory ? E_OUTOFMEMORY : E_INVALIDARG;
+  }
+  return QUORL_CODE(kSystemCode + (static_cast<std::uint32_t>(error.Number()) & kNumberBits));
 }
 
 void FillRecord(const RaisedError& error, EXCEPINFO& info) noexcept {

@@ -8,20 +8,27 @@
 namespace quorl::abi {
 
 /// 0x800A0000 + Number for a Number from 0 to 0xFFFF, any other with its top bit set.
-QUORL_API HRESULT CodeOf(Int32 number) noexcept;
+HRESULT CodeOf(Int32 number) noexcept;
+
+/// Raises any code of the store but 0, as `SystemCodeOf` reads it.
+QUORL_API void RequireDone(Int32 code);
+
+/// The code of a function of the header: E_OUTOFMEMORY or E_INVALIDARG for the runtime's own
+/// failures, 0x80070000 + Number for the store's.
+HRESULT SystemCodeOf(const RaisedError& error) noexcept;
 
 /// Makes `error` the thread's error info. Without memory for it, the thread has none.
-QUORL_API void SetErrorInfoOf(const RaisedError& error) noexcept;
+void SetErrorInfoOf(const RaisedError& error) noexcept;
 
-/// Fills a record that the caller owns; what it holds is not looked at. Without memory the texts
-/// stay null.
+/// Fills a record that the caller owns; what it holds is ignored. Without memory the texts stay
+/// null.
 QUORL_API void FillRecord(const RaisedError& error, EXCEPINFO& info) noexcept;
 
 /// The failure that a host's record tells, once the host has been asked to fill it.
 RaisedError ReadRecord(EXCEPINFO& info);
 
-/// Ends the texts of a host's record.
-inline void EndRecord(EXCEPINFO& info) noexcept {
+/// Frees the texts of a host's record.
+inline void FreeRecord(EXCEPINFO& info) noexcept {
   SysFreeString(info.source);
   SysFreeString(info.description);
   SysFreeString(info.help_file);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "quorl/abi/internal/guarded.hpp"
 #include "quorl/runtime/internal/guid_text.hpp"
 
 namespace quorl::abi {
@@ -55,12 +56,11 @@ HRESULT CLSIDFromString(const char16_t* text, GUID* out) {
 int32_t StringFromGUID2(const GUID* guid, char16_t* buffer, int32_t capacity) {
   constexpr auto kUnits = static_cast<int32_t>(quorl::internal::kZeroGuidText.size()) + 1;
   if (guid == nullptr || buffer == nullptr || capacity < kUnits) return 0;
-  try {
+  const HRESULT code = quorl::abi::GuardedFunction([&] {
     std::memcpy(buffer, quorl::abi::GuidText(*guid).c_str(), kUnits * sizeof(char16_t));
-    return kUnits;
-  } catch (const std::bad_alloc&) {
-    return 0;
-  }
+    return S_OK;
+  });
+  return code == S_OK ? kUnits : 0;
 }
 
 }  // extern "C"

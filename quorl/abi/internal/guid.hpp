@@ -1,10 +1,16 @@
-// Identifiers as text, for the rooms that stand on this one.
+// Identifiers: equality and text.
 #pragma once
+
+#include <cstring>
 
 #include "quorl/abi/quorl.h"
 #include "quorl/runtime/types.hpp"
 
 namespace quorl::abi {
+
+inline bool operator==(const GUID& a, const GUID& b) noexcept {
+  return std::memcmp(&a, &b, sizeof(GUID)) == 0;
+}
 
 /// "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}" in capitals.
 QUORL_API String GuidText(const GUID& guid);

@@ -3,9 +3,9 @@
 #include <optional>
 #include <utility>
 
+#include "quorl/abi/internal/guarded.hpp"
 #include "quorl/abi/quorl.h"
 #include "quorl/runtime/locale.hpp"
-#include "quorl/runtime/raised_error.hpp"
 #include "quorl/runtime/screen.hpp"
 #include "quorl/runtime/utf.hpp"
 #include "quorl/store/memory_store.hpp"
@@ -31,32 +31,26 @@ HRESULT QuorlSetLocale(const char16_t* name) {
     quorl::Locale::UseSystem();
     return S_OK;
   }
-  try {
+  return quorl::abi::GuardedFunction([&] {
     std::optional<quorl::Locale> locale = quorl::Locale::Named(name);
     if (!locale) return E_INVALIDARG;
     quorl::Locale::SetCurrent(*std::move(locale));
-    return S_OK;
-  } catch (...) {
-    return E_OUTOFMEMORY;
-  }
+    return HRESULT{S_OK};
+  });
 }
 
 HRESULT QuorlSetScreen(double width, double height) {
-  try {
+  return quorl::abi::GuardedFunction([&] {
     quorl::Screen::SetSize(width, height);
     return S_OK;
-  } catch (const quorl::RaisedError&) {
-    return E_INVALIDARG;
-  }
+  });
 }
 
 HRESULT QuorlSetStore(const char16_t* user_folder, const char16_t* machine_folder) {
-  try {
+  return quorl::abi::GuardedFunction([&] {
     std::unique_ptr<quorl::Store> store = StoreIn(user_folder, machine_folder);
     return quorl::ChooseStore(std::move(store)) ? S_OK : E_UNEXPECTED;
-  } catch (...) {
-    return E_OUTOFMEMORY;
-  }
+  });
 }
 
 }  // extern "C"

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "quorl/abi/internal/class_registration.hpp"
+#include "quorl/abi/internal/guarded.hpp"
 #include "quorl/abi/internal/ref_counted.hpp"
 #include "quorl/abi/quorl.h"
-#include "quorl/runtime/raised_error.hpp"
 #include "quorl/runtime/utf.hpp"
 
 namespace {
@@ -21,22 +21,10 @@ Function Export(void* library, const char* name) {
   return library == nullptr ? nullptr : reinterpret_cast<Function>(dlsym(library, name));
 }
 
-// Runs what may allocate; no exception leaves a C function.
-template <class Work>
-HRESULT WithoutExceptions(Work&& work) noexcept {
-  try {
-    return work();
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-  } catch (...) {
-    return E_UNEXPECTED;
-  }
-}
-
 // Calls a component's registration or its removal.
 HRESULT CallExport(const char16_t* path, const char* name) {
   if (path == nullptr) return E_POINTER;
-  return WithoutExceptions([&]() -> HRESULT {
+  return quorl::abi::GuardedFunction([&]() -> HRESULT {
     auto* function = Export<DllRegisterServerFunction>(Load(quorl::Utf8(path)), name);
     return function == nullptr ? QUORL_E_NOTLOADABLE : function();
   });
@@ -50,7 +38,7 @@ HRESULT CLSIDFromProgID(const char16_t* progid, GUID* out) {
   if (out == nullptr) return E_POINTER;
   *out = GUID{};
   if (progid == nullptr) return E_POINTER;
-  return WithoutExceptions([&]() -> HRESULT {
+  return quorl::abi::GuardedFunction([&]() -> HRESULT {
     return quorl::abi::FindClassIdentifier(progid, *out) ? S_OK : CO_E_CLASSSTRING;
   });
 }
@@ -60,7 +48,7 @@ HRESULT CoGetClassObject(const GUID* class_identifier, uint32_t, void*, const GU
   if (out == nullptr) return E_POINTER;
   *out = nullptr;
   if (class_identifier == nullptr || identifier == nullptr) return E_POINTER;
-  return WithoutExceptions([&]() -> HRESULT {
+  return quorl::abi::GuardedFunction([&]() -> HRESULT {
     const std::string path = quorl::abi::FindLibraryPath(*class_identifier);
     if (path.empty()) return REGDB_E_CLASSNOTREG;
     auto* function = Export<DllGetClassObjectFunction>(Load(path), "DllGetClassObject");

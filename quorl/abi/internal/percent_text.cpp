@@ -3,10 +3,12 @@
 #include <charconv>
 #include <cstddef>
 
-namespace quorl::abi {
-namespace {
+#include "quorl/runtime/internal/hex.hpp"
 
-constexpr std::string_view kDigits = "0123456789ABCDEF";
+namespace quorl::abi {
+
+using namespace internal;
+namespace {
 
 bool StandsForItself(unsigned char byte) { return byte >= 0x20 && byte < 0x7F && byte != '%'; }
 
@@ -19,7 +21,8 @@ std::string PercentEscaped(std::string_view bytes) {
     if (StandsForItself(byte)) {
       text += character;
     } else {
-      text.append({'%', kDigits[byte / 16], kDigits[byte % 16]});
+      const auto pair = HexPair<char>(byte);
+      text.append({'%', pair[0], pair[1]});
     }
   }
   return text;

@@ -10,7 +10,7 @@
 namespace quorl::abi {
 
 QUORL_API std::string PercentEscaped(std::string_view bytes);
-/// The bytes again; an escape that is none stands for itself.
+/// The bytes again; a malformed escape stands for itself.
 std::string PercentUnescaped(std::string_view text);
 
 }  // namespace quorl::abi

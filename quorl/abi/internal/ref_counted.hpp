@@ -1,20 +1,16 @@
 // What every binary object of ours has in common: a table pointer at offset 0, a count of
-// references, and its end when the count reaches 0.
+// references, and its destruction when the count reaches 0.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
-#include <cstring>
 #include <type_traits>
 #include <utility>
 
+#include "quorl/abi/internal/guid.hpp"
 #include "quorl/abi/quorl.h"
 
 namespace quorl::abi {
-
-inline bool operator==(const GUID& a, const GUID& b) noexcept {
-  return std::memcmp(&a, &b, sizeof(GUID)) == 0;
-}
 
 /// A counted object whose binary form is `Interface`, a structure of quorl.h; `Derived` is the
 /// class itself and answers further identifiers by a static `bool Answers(const GUID&)`.

@@ -11,17 +11,17 @@ namespace quorl::abi {
 namespace {
 
 // `features` keeps the element type in its four highest bits, which are 0 in an array that a host
-// laid out by itself, and below them what kind of thing has to be ended.
+// laid out by itself, and below them what kind of thing has to be freed.
 constexpr int kTypeShift = 12;
 constexpr std::uint16_t kBytesAsType = 13;
 
 std::uint16_t FeaturesFor(std::uint16_t vt) {
   const unsigned type = vt == VT_UI1 ? kBytesAsType : vt;
-  const unsigned ending = vt == VT_BSTR       ? QUORL_ARRAY_OF_TEXTS
-                          : vt == VT_DISPATCH ? QUORL_ARRAY_OF_OBJECTS
-                          : vt == VT_VARIANT  ? QUORL_ARRAY_OF_VARIANTS
-                                              : 0;
-  return static_cast<std::uint16_t>(type << kTypeShift | ending);
+  const unsigned owned = vt == VT_BSTR       ? QUORL_ARRAY_OF_TEXTS
+                         : vt == VT_DISPATCH ? QUORL_ARRAY_OF_OBJECTS
+                         : vt == VT_VARIANT  ? QUORL_ARRAY_OF_VARIANTS
+                                             : 0;
+  return static_cast<std::uint16_t>(type << kTypeShift | owned);
 }
 
 // The type that the array was made for; 0 in an array of a host's own.
@@ -30,13 +30,14 @@ std::uint16_t TypeOf(const SAFEARRAY& array) {
   return type == kBytesAsType ? std::uint16_t{VT_UI1} : type;
 }
 
+// The one limit of an array's size.
 constexpr std::size_t kMostBytes = std::numeric_limits<std::int32_t>::max();
 
 std::size_t DescriptorSize(std::size_t dimensions) {
   return offsetof(SAFEARRAY, bounds) + dimensions * sizeof(QuorlBound);
 }
 
-// Bounds as they follow each other in memory behind the descriptor's fixed part.
+// Bounds as they follow each other in memory after the descriptor's fixed part.
 QuorlBound* FirstBound(SAFEARRAY& array) {
   return reinterpret_cast<QuorlBound*>(reinterpret_cast<char*>(&array) +
                                        offsetof(SAFEARRAY, bounds));
@@ -76,10 +77,12 @@ SAFEARRAY* NewArray(std::uint16_t vt, std::span<const QuorlBound> bounds) {
   return array;
 }
 
-void EndArray(SAFEARRAY* array, std::size_t count) {
+void FreeArray(SAFEARRAY* array, std::size_t count) {
   auto* element = static_cast<char*>(array->data);
   const std::uint16_t vt = TypeOf(*array);
-  for (std::size_t i = 0; i < count; ++i) EndElement(vt, element + i * array->element_size);
+  for (std::size_t i = 0; IsOwning(vt) && i < count; ++i) {
+    FreeElement(vt, element + i * array->element_size);
+  }
   std::free(array->data);
   std::free(array);
 }
@@ -130,15 +133,20 @@ HRESULT CopyArray(std::uint16_t vt, const SAFEARRAY* source, SAFEARRAY** copy) n
   *copy = nullptr;
   if (source == nullptr) return S_OK;
   const std::optional<std::size_t> count = ElementCount(source, vt);
-  if (!count || !MayCopy(*count * source->element_size)) return E_INVALIDARG;
+  if (!count) return E_INVALIDARG;
+  if (!MayCopy(*count * source->element_size)) return E_OUTOFMEMORY;
   SAFEARRAY* made = NewArray(vt, BoundsOf(*source));
   if (made == nullptr) return E_OUTOFMEMORY;
-  for (std::size_t i = 0; i < *count; ++i) {
+  if (!IsOwning(vt) && *count != 0) {
+    std::memcpy(made->data, source->data, *count * source->element_size);
+  }
+  for (std::size_t i = 0; IsOwning(vt) && i < *count; ++i) {
     const std::size_t at = i * source->element_size;
-    if (!CopyElement(vt, static_cast<char*>(made->data) + at,
-                     static_cast<const char*>(source->data) + at)) {
-      EndArray(made, *count);
-      return E_OUTOFMEMORY;
+    const HRESULT code = CopyElement(vt, static_cast<char*>(made->data) + at,
+                                     static_cast<const char*>(source->data) + at);
+    if (code != S_OK) {
+      FreeArray(made, *count);
+      return code;
     }
   }
   *copy = made;
@@ -163,7 +171,7 @@ HRESULT SafeArrayDestroy(SAFEARRAY* array) {
   if (array == nullptr) return S_OK;
   if (!IsOurs(array)) return E_INVALIDARG;
   if (array->locks != 0) return E_UNEXPECTED;
-  EndArray(array, *ElementCount(array, TypeOf(*array)));
+  FreeArray(array, *ElementCount(array, TypeOf(*array)));
   return S_OK;
 }
 
@@ -199,7 +207,7 @@ HRESULT SafeArrayGetElement(SAFEARRAY* array, const int32_t* subscripts, void* e
   if (!IsOurs(array)) return E_INVALIDARG;
   const char* place = PlaceOf(*array, subscripts);
   if (place == nullptr) return DISP_E_BADINDEX;
-  return CopyElement(TypeOf(*array), element, place) ? S_OK : E_OUTOFMEMORY;
+  return CopyElement(TypeOf(*array), element, place);
 }
 
 HRESULT SafeArrayPutElement(SAFEARRAY* array, const int32_t* subscripts, void* element) {
@@ -212,11 +220,12 @@ HRESULT SafeArrayPutElement(SAFEARRAY* array, const int32_t* subscripts, void* e
   if (place == nullptr) return DISP_E_BADINDEX;
   alignas(VARIANT) char copy[sizeof(VARIANT)];
   const void* source = is_pointer ? static_cast<const void*>(&element) : element;
-  if (!CopyElement(vt, copy, source)) return E_OUTOFMEMORY;
+  const HRESULT copied = CopyElement(vt, copy, source);
+  if (copied != S_OK) return copied;
   alignas(VARIANT) char former[sizeof(VARIANT)];
   std::memcpy(former, place, array->element_size);
   std::memcpy(place, copy, array->element_size);
-  EndElement(vt, former);
+  FreeElement(vt, former);
   return S_OK;
 }
 

@@ -17,8 +17,8 @@ inline constexpr std::size_t kMostDimensions = 60;
 /// The bounds of an array, last dimension first.
 std::span<const QuorlBound> BoundsOf(const SAFEARRAY& array) noexcept;
 
-/// How many elements of that VT number the array holds; none if it is null or damaged, or made for
-/// others.
+/// How many elements of that VT number the array holds; none if it is null, damaged, or made for
+/// another type.
 std::optional<std::size_t> ElementCount(const SAFEARRAY* array, std::uint16_t vt) noexcept;
 
 /// Makes a copy of an array of that VT number, element by element. Null copies to null.

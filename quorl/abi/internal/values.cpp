@@ -17,10 +17,20 @@ namespace quorl::abi {
 using namespace internal;
 namespace {
 
-// References and arrays nested deeper than this are taken for endless, and so are arrays within an
-// array that hold more: one that stands in many places may be a small thing with no end.
-constexpr int kMostNested = 64;
-constexpr std::size_t kMostNestedBytes = std::size_t{1} << 28;
+// Counts one level of nesting as long as it lives.
+class Level {
+ public:
+  explicit Level(int& depth) : depth_(depth) {
+    if (depth >= kMostNested) Raise(FailureNumber::kTypeMismatch);
+    ++depth_;
+  }
+  ~Level() { --depth_; }
+  Level(const Level&) = delete;
+  Level& operator=(const Level&) = delete;
+
+ private:
+  int& depth_;
+};
 
 template <class Value>
 Value At(const void* place) {
@@ -53,29 +63,20 @@ class Reader {
       return ReadReference(type, (value.vt & VT_ARRAY) != 0, value.value.reference);
     }
     if ((value.vt & VT_ARRAY) != 0) return ReadArray(type, value.value.array);
-    if (type == VT_VARIANT) Raise(FailureNumber::kTypeMismatch);
     return ReadValue(type, &value.value);
   }
 
  private:
-  // Counts one level as long as it lives.
-  class Level {
-   public:
-    explicit Level(int& depth) : depth_(depth) {
-      if (depth >= kMostNested) Raise(FailureNumber::kTypeMismatch);
-      ++depth_;
-    }
-    ~Level() { --depth_; }
-    Level(const Level&) = delete;
-    Level& operator=(const Level&) = delete;
-
-   private:
-    int& depth_;
-  };
-
   Variant ReadReference(std::uint16_t type, bool is_array, const void* place) {
     if (place == nullptr) Raise(FailureNumber::kTypeMismatch);
-    return is_array ? ReadArray(type, At<SAFEARRAY*>(place)) : ReadValue(type, place);
+    return is_array ? ReadArray(type, At<SAFEARRAY*>(place)) : ReadElement(type, place);
+  }
+
+  // What an array's element or a reference may be: a value, or a VARIANT with a value of its own.
+  Variant ReadElement(std::uint16_t type, const void* place) {
+    if (type != VT_VARIANT) return ReadValue(type, place);
+    const Level level(depth_);
+    return Read(At<VARIANT>(place));
   }
 
   // A value of a single type at a place in memory.
@@ -103,10 +104,6 @@ class Reader {
         return At<std::int16_t>(place) != 0;
       case VT_UI1:
         return At<Byte>(place);
-      case VT_VARIANT: {
-        const Level level(depth_);
-        return Read(At<VARIANT>(place));
-      }
       default:
         Raise(FailureNumber::kTypeMismatch);
     }
@@ -124,7 +121,7 @@ class Reader {
       return result;
     }
     for (Variant& element : result.WritableElements()) {
-      element = ReadValue(type, place);
+      element = ReadElement(type, place);
       place += array->element_size;
     }
     return result;
@@ -142,8 +139,10 @@ class Reader {
   std::size_t room_ = kMostNestedBytes;
 };
 
+// Writes one value with all that it holds. `depth` is that of the arrays around it.
 struct Writer {
   VARIANT& out;
+  int& depth;
 
   void operator()(EmptyState) const { out.vt = VT_EMPTY; }
   void operator()(NullState) const { out.vt = VT_NULL; }
@@ -172,8 +171,14 @@ struct Writer {
   }
 };
 
-void WriteElement(std::uint16_t vt, void* place, const Variant& element) {
-  VARIANT value = ToBinary(element);
+VARIANT Written(const Variant& value, int& depth) {
+  // Cleared again if an array's element does not come through.
+  OwnedVariant result;
+  value.Visit(Writer{*result.Address(), depth});
+  return result.Detach();
+}
+
+void PutElement(std::uint16_t vt, void* place, const VARIANT& value) {
   if (vt == VT_VARIANT) {
     std::memcpy(place, &value, sizeof(value));
   } else {
@@ -188,13 +193,14 @@ void Writer::operator()(const Array& value) const {
   SAFEARRAY* array = SafeArrayCreate(vt, static_cast<std::uint32_t>(bounds.size()), bounds.data());
   if (array == nullptr) Raise(FailureNumber::kOutOfMemory);
   Set(VT_ARRAY | vt, array);
+  const Level level(depth);
   if (vt == VT_UI1) {
     std::ranges::copy(value.Bytes(), static_cast<Byte*>(array->data));
     return;
   }
   auto* place = static_cast<char*>(array->data);
   for (const Variant& element : value.Elements()) {
-    WriteElement(vt, place, element);
+    PutElement(vt, place, Written(element, depth));
     place += array->element_size;
   }
 }
@@ -216,10 +222,8 @@ Variant FromBinary(const VARIANT& value) {
 }
 
 VARIANT ToBinary(const Variant& value) {
-  // Cleared again if an array's element does not come through.
-  OwnedVariant result;
-  WithinMemory([&] { value.Visit(Writer{*result.Address()}); });
-  return result.Detach();
+  int depth = 0;
+  return WithinMemory([&] { return Written(value, depth); });
 }
 
 void WriteBack(const VARIANT& reference, const Variant& value) {
@@ -233,8 +237,8 @@ void WriteBack(const VARIANT& reference, const Variant& value) {
       type == VT_VARIANT ? value : ConvertTo(value, static_cast<VariantType>(type));
   alignas(VARIANT) char former[sizeof(VARIANT)];
   std::memcpy(former, target.value.reference, ElementSize(type));
-  WriteElement(type, target.value.reference, converted);
-  EndElement(type, former);
+  PutElement(type, target.value.reference, ToBinary(converted));
+  FreeElement(type, former);
 }
 
 }  // namespace quorl::abi

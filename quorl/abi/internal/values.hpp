@@ -7,12 +7,13 @@
 namespace quorl::abi {
 
 /// A copy of what `value` holds, read through references and array by array. Objects become
-/// references to foreign objects (foreign_object.hpp). Failure 13 for an unknown type number, a
-/// null or endless reference, a damaged array, and arrays within an array that would take more than
-/// 256 MiB.
+/// references to foreign objects (dispatch_proxy.hpp). Failure 13 for an unknown type number, a
+/// null or endless reference, a damaged array, and nested arrays beyond the limits of element.hpp.
 QUORL_API Variant FromBinary(const VARIANT& value);
 
-/// The binary form, the receiver's to end with VariantClear. Failure 7 when memory ran out.
+/// The binary form, the receiver's to free with VariantClear. Failure 7 when memory ran out or an
+/// array has more than 2^31 - 1 bytes in binary form, 13 for arrays nested deeper than they could
+/// be read back.
 QUORL_API VARIANT ToBinary(const Variant& value);
 
 /// Moves `value` to where `reference` (a VARIANT with VT_BYREF) points in the end, converted to the

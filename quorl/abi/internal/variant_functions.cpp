@@ -9,15 +9,30 @@ namespace {
 
 using quorl::abi::CopyElement;
 using quorl::abi::ElementSize;
-using quorl::abi::EndElement;
+using quorl::abi::FreeElement;
 
-// A value that stands in the VARIANT itself and needs nothing else to be copied or ended.
+// A value that stands in the VARIANT itself: there is nothing to copy or free.
 bool IsStateless(std::uint16_t vt) { return vt == VT_EMPTY || vt == VT_NULL; }
 
 bool IsSingleValue(std::uint16_t vt) { return vt != VT_VARIANT && ElementSize(vt) != 0; }
 
 bool IsArray(std::uint16_t vt) {
   return (vt & VT_ARRAY) != 0 && ElementSize(static_cast<std::uint16_t>(vt & ~VT_ARRAY)) != 0;
+}
+
+bool IsLocked(const VARIANT& variant) {
+  return IsArray(variant.vt) && variant.value.array != nullptr && variant.value.array->locks != 0;
+}
+
+// Makes what `copy`, the same bytes as `source`, needs of its own.
+HRESULT CopyContent(const VARIANT& source, VARIANT& copy) {
+  if (IsStateless(source.vt) || (source.vt & VT_BYREF) != 0) return S_OK;
+  if (IsArray(source.vt)) {
+    const auto vt = static_cast<std::uint16_t>(source.vt & ~VT_ARRAY);
+    return quorl::abi::CopyArray(vt, source.value.array, &copy.value.array);
+  }
+  return IsSingleValue(source.vt) ? CopyElement(source.vt, &copy.value, &source.value)
+                                  : DISP_E_TYPEMISMATCH;
 }
 
 }  // namespace
@@ -30,36 +45,24 @@ void VariantInit(VARIANT* variant) {
 
 HRESULT VariantClear(VARIANT* variant) {
   if (variant == nullptr) return E_POINTER;
-  VARIANT ended = *variant;
+  if (IsLocked(*variant)) return E_UNEXPECTED;
+  VARIANT former = *variant;
   VariantInit(variant);
-  if ((ended.vt & VT_BYREF) != 0 || IsStateless(ended.vt)) return S_OK;
-  if (IsArray(ended.vt))
-    return ended.value.array == nullptr ? S_OK : SafeArrayDestroy(ended.value.array);
-  if (!IsSingleValue(ended.vt)) return DISP_E_TYPEMISMATCH;
-  EndElement(ended.vt, &ended.value);
+  if ((former.vt & VT_BYREF) != 0 || IsStateless(former.vt)) return S_OK;
+  if (IsArray(former.vt)) return SafeArrayDestroy(former.value.array);
+  if (!IsSingleValue(former.vt)) return DISP_E_TYPEMISMATCH;
+  FreeElement(former.vt, &former.value);
   return S_OK;
 }
 
 HRESULT VariantCopy(VARIANT* destination, const VARIANT* source) {
   if (destination == nullptr || source == nullptr) return E_POINTER;
   if (destination == source) return S_OK;
+  if (IsLocked(*destination)) return E_UNEXPECTED;
   VARIANT copy = *source;
-  if ((source->vt & VT_BYREF) == 0 && !IsStateless(source->vt)) {
-    if (IsArray(source->vt)) {
-      const auto vt = static_cast<std::uint16_t>(source->vt & ~VT_ARRAY);
-      const HRESULT result = quorl::abi::CopyArray(vt, source->value.array, &copy.value.array);
-      if (result != S_OK) return result;
-    } else if (!IsSingleValue(source->vt)) {
-      return DISP_E_TYPEMISMATCH;
-    } else if (!CopyElement(source->vt, &copy.value, &source->value)) {
-      return E_OUTOFMEMORY;
-    }
-  }
-  const HRESULT cleared = VariantClear(destination);
-  if (cleared != S_OK && cleared != DISP_E_TYPEMISMATCH) {
-    VariantClear(&copy);
-    return cleared;
-  }
+  const HRESULT code = CopyContent(*source, copy);
+  if (code != S_OK) return code;
+  VariantClear(destination);
   *destination = copy;
   return S_OK;
 }

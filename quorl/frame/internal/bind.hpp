@@ -8,18 +8,20 @@
 #include <type_traits>
 #include <utility>
 
+#include "quorl/abi/internal/guarded.hpp"
 #include "quorl/frame/internal/component_object.hpp"
-#include "quorl/frame/internal/guarded.hpp"
 #include "quorl/frame/internal/marshal.hpp"
 #include "quorl/frame/internal/member_row.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 
 namespace quorl::frame {
 
-/// How a member is reached: each gives `Class`, `Result`, `Parameters` (a tuple) and `Invoke`.
+/// How a member is reached: each gives `Result`, `Parameters` (a tuple) and `Invoke`. The templates
+/// below call such a type `Way`.
 template <auto Member>
 struct Access;
 
-template <class R, class... P, R (*Member)(P...)>
+template <class R, class... P, bool kNoexcept, R (*Member)(P...) noexcept(kNoexcept)>
 struct Access<Member> {
   using Result = R;
   using Parameters = std::tuple<P...>;
@@ -29,7 +31,7 @@ struct Access<Member> {
   }
 };
 
-template <class C, class R, class... P, R (C::*Member)(P...)>
+template <class C, class R, class... P, bool kNoexcept, R (C::*Member)(P...) noexcept(kNoexcept)>
 struct Access<Member> {
   using Result = R;
   using Parameters = std::tuple<P...>;
@@ -38,7 +40,8 @@ struct Access<Member> {
   }
 };
 
-template <class C, class R, class... P, R (C::*Member)(P...) const>
+template <class C, class R, class... P, bool kNoexcept,
+          R (C::*Member)(P...) const noexcept(kNoexcept)>
 struct Access<Member> {
   using Result = R;
   using Parameters = std::tuple<P...>;
@@ -46,20 +49,6 @@ struct Access<Member> {
     return (object.*Member)(std::forward<P>(arguments)...);
   }
 };
-
-/// The pointer itself, without the noexcept that its type may carry.
-template <class R, class... P>
-constexpr auto Plain(R (*member)(P...)) {
-  return member;
-}
-template <class C, class R, class... P>
-constexpr auto Plain(R (C::*member)(P...)) {
-  return member;
-}
-template <class C, class R, class... P>
-constexpr auto Plain(R (C::*member)(P...) const) {
-  return member;
-}
 
 /// A public data member, read and written.
 template <auto Field>
@@ -80,38 +69,26 @@ struct FieldWrite<Field> {
   using Parameters = std::tuple<T>;
   template <class Value>
   static void Invoke(C& object, const Value& value) {
-    object.*Field = T(value);
+    object.*Field = internal::WithinMemory([&] { return T(value); });
   }
 };
 
-/// Holders of arguments, made strictly from left to right, so that the first bad one is the one
-/// that is reported.
-template <class... Holders>
-class InOrder;
-
-template <>
-class InOrder<> {
- public:
-  template <class Function, class... Before>
-  decltype(auto) Apply(Function&& function, Before&... before) {
-    return function(before...);
-  }
+/// Holders of arguments. Braces make them strictly from left to right, so that the first bad one is
+/// the one that is reported.
+template <std::size_t kPlace, class Holder>
+struct Held {
+  Holder holder;
 };
 
-template <class Head, class... Tail>
-class InOrder<Head, Tail...> {
- public:
-  template <class In, class... Rest>
-  explicit InOrder(In& in, Rest&... rest) : head_(in), tail_(rest...) {}
+template <class Places, class... Holders>
+struct AllHeld;
 
-  template <class Function, class... Before>
-  decltype(auto) Apply(Function&& function, Before&... before) {
-    return tail_.Apply(function, before..., head_);
+template <std::size_t... kPlaces, class... Holders>
+struct AllHeld<std::index_sequence<kPlaces...>, Holders...> : Held<kPlaces, Holders>... {
+  template <class Function>
+  decltype(auto) Apply(Function&& function) {
+    return function(Held<kPlaces, Holders>::holder...);
   }
-
- private:
-  Head head_;
-  InOrder<Tail...> tail_;
 };
 
 /// The result of a member as a Variant.
@@ -120,7 +97,7 @@ Variant AsVariant(Result&& result) {
   if constexpr (std::is_enum_v<std::remove_cvref_t<Result>>) {
     return static_cast<Int32>(result);
   } else {
-    return std::forward<Result>(result);
+    return internal::WithinMemory([&] { return Variant(std::forward<Result>(result)); });
   }
 }
 
@@ -128,7 +105,8 @@ Variant AsVariant(Result&& result) {
 template <class Class, class Way, class... P>
 Variant CallByName(void* instance, std::span<Variant> arguments) {
   return [&]<std::size_t... I>(std::index_sequence<I...>)->Variant {
-    InOrder<typename Wire<P>::FromVariant...> held(arguments[I]...);
+    AllHeld<std::index_sequence<I...>, typename Marshal<P>::FromVariant...> held{
+        {typename Marshal<P>::FromVariant(arguments[I])}...};
     return held.Apply([&](auto&... values) -> Variant {
       auto& object = *static_cast<Class*>(instance);
       if constexpr (std::is_void_v<typename Way::Result>) {
@@ -145,28 +123,32 @@ Variant CallByName(void* instance, std::span<Variant> arguments) {
 /// The slot of a member of `Class` reached by `Way`.
 template <class Class, class Way, class Result, class... P>
 struct SlotOf {
-  static HRESULT Call(QuorlDispatch* self, typename Wire<P>::In... in,
-                      typename Wire<Result>::Out* result) noexcept {
+  static HRESULT Call(QuorlDispatch* self, typename Marshal<P>::In... in,
+                      typename Marshal<Result>::Out* result) noexcept {
     if (result == nullptr) return E_POINTER;
-    const typename Wire<Result>::Former former(result);
-    return Guarded([&] {
+    const typename Marshal<Result>::Former former(result);
+    return abi::GuardedSlot([&]() -> HRESULT {
       const KeptAlive kept(self);
-      InOrder<typename Wire<P>::FromSlot...> held(in...);
-      Wire<Result>::Write(result, held.Apply([&](auto&... values) -> decltype(auto) {
+      AllHeld<std::index_sequence_for<P...>, typename Marshal<P>::FromSlot...> held{
+          {typename Marshal<P>::FromSlot(in)}...};
+      Marshal<Result>::Write(result, held.Apply([&](auto&... values) -> decltype(auto) {
         return Way::Invoke(InstanceOf<Class>::In(self), values...);
       }));
+      return S_OK;
     });
   }
 };
 
 template <class Class, class Way, class... P>
 struct SlotOf<Class, Way, void, P...> {
-  static HRESULT Call(QuorlDispatch* self, typename Wire<P>::In... in) noexcept {
+  static HRESULT Call(QuorlDispatch* self, typename Marshal<P>::In... in) noexcept {
     if ((false || ... || IsAbsent(in))) return E_POINTER;
-    return Guarded([&] {
+    return abi::GuardedSlot([&]() -> HRESULT {
       const KeptAlive kept(self);
-      InOrder<typename Wire<P>::FromSlot...> held(in...);
+      AllHeld<std::index_sequence_for<P...>, typename Marshal<P>::FromSlot...> held{
+          {typename Marshal<P>::FromSlot(in)}...};
       held.Apply([&](auto&... values) { Way::Invoke(InstanceOf<Class>::In(self), values...); });
+      return S_OK;
     });
   }
 };
@@ -183,8 +165,9 @@ struct TypedRow<Class, Way, std::tuple<P...>> : MemberRow {
     name = its_name;
     kind = its_kind;
     arguments = its_arguments;
-    types = {{Wire<P>::kType...}, sizeof...(P)};
-    if constexpr (!std::is_void_v<typename Way::Result>) result = Wire<typename Way::Result>::kType;
+    types = {{Marshal<P>::kType...}, sizeof...(P)};
+    if constexpr (!std::is_void_v<typename Way::Result>)
+      result = Marshal<typename Way::Result>::kType;
     call = &CallByName<Class, Way, P...>;
     if (arguments.count != types.count) throw "the row names another number of arguments";
   }
@@ -193,6 +176,12 @@ struct TypedRow<Class, Way, std::tuple<P...>> : MemberRow {
   constexpr TypedRow Listed(int place) const {
     TypedRow row = *this;
     row.listing = place;
+    return row;
+  }
+  /// Another name for a put's argument.
+  constexpr TypedRow Taking(StringView argument) const {
+    TypedRow row = *this;
+    row.arguments.elements[0].name = argument;
     return row;
   }
   constexpr TypedRow Helped(StringView text) const {
@@ -212,30 +201,28 @@ template <class Class>
 struct RowsOf {
   template <auto Member, class... Arguments>
   static constexpr auto Method(StringView name, const Arguments&... arguments) {
-    return TypedRow<Class, Access<Plain(Member)>>(name, MemberKind::kMethod,
-                                                  ArgumentList(arguments...));
+    return TypedRow<Class, Access<Member>>(name, MemberKind::kMethod, ArgumentList(arguments...));
   }
   /// A property's get, without indices or with them.
   template <class Result, Result (Class::*Member)() const>
   static constexpr auto Get(StringView name) {
-    return TypedRow<Class, Access<Plain(Member)>>(name, MemberKind::kGet, {});
+    return TypedRow<Class, Access<Member>>(name, MemberKind::kGet, {});
   }
   template <auto Member, class... Arguments>
   static constexpr auto IndexedGet(StringView name, const Arguments&... arguments) {
-    return TypedRow<Class, Access<Plain(Member)>>(name, MemberKind::kGet,
-                                                  ArgumentList(arguments...));
+    return TypedRow<Class, Access<Member>>(name, MemberKind::kGet, ArgumentList(arguments...));
   }
   template <class Value, void (Class::*Member)(Value)>
   static constexpr auto Put(StringView name, StringView argument) {
-    return TypedRow<Class, Access<Plain(Member)>>(name, MemberKind::kPut,
-                                                  ArgumentList(Required(argument)));
+    return TypedRow<Class, Access<Member>>(name, MemberKind::kPut,
+                                           ArgumentList(Required(argument)));
   }
   /// A public data member: its get and its put.
-  template <auto Field>
-  static constexpr auto Property(StringView name, StringView argument) {
-    return std::tuple(TypedRow<Class, FieldRead<Field>>(name, MemberKind::kGet, {}),
-                      TypedRow<Class, FieldWrite<Field>>(name, MemberKind::kPut,
-                                                         ArgumentList(Required(argument))));
+  template <auto Member>
+  static constexpr auto Field(StringView name, StringView argument) {
+    return std::tuple(TypedRow<Class, FieldRead<Member>>(name, MemberKind::kGet, {}),
+                      TypedRow<Class, FieldWrite<Member>>(name, MemberKind::kPut,
+                                                          ArgumentList(Required(argument))));
   }
 };
 

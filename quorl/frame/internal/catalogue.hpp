@@ -1,8 +1,8 @@
-// The catalogue: everything that is written down of the library's classes and members, once.
+// The catalogue: everything that is known of the library's classes and members, written once.
 //
 // Tables, calls by name, the type description, the class tables of the C header and the
 // registration are made from it. The order of a class's rows is its table's order and a promise to
-// every host ever built: a new row goes at the end.
+// every host ever built: a new row goes at the end, and takes a new version in identifiers.hpp.
 #pragma once
 
 #include <span>
@@ -13,10 +13,10 @@ namespace quorl::frame {
 
 inline constexpr StringView kLibraryName = u"Quorl";
 
-/// The twelve classes.
+/// All classes.
 std::span<const ClassRow> Catalogue() noexcept;
 
-/// The class of that identifier, or of that name ("Math"); null for none.
+/// The class of that identifier, or of that name ("Math"); null if there is none.
 const ClassRow* FindClass(const GUID& identifier) noexcept;
 const ClassRow* FindClass(StringView name) noexcept;
 

@@ -1,82 +1,63 @@
 #include "quorl/frame/internal/class_factory.hpp"
 
-#include <array>
 #include <atomic>
 #include <mutex>
 #include <new>
 
+#include "quorl/abi/internal/guarded.hpp"
 #include "quorl/abi/internal/ref_counted.hpp"
 #include "quorl/frame/internal/catalogue.hpp"
-#include "quorl/frame/internal/guarded.hpp"
 
 namespace quorl::frame {
 namespace {
 
 using abi::operator==;
 
-constexpr std::size_t kClassCount = 12;
-
-// Both are sound before any code of the library runs and until its memory is gone.
+// Guards the places of the hidden instances. Sound before any code of the library runs and until
+// its memory is gone, as these places are.
 constinit std::mutex hidden_guard;
-constinit std::array<ComponentObject*, kClassCount> hidden_instances{};
 
-// Ends the hidden instances when the library is unloaded. One that a host still holds stays: where
-// the whole process ends, the host may let go of it after this, and may even ask for it again.
-struct EndWithLibrary {
-  ~EndWithLibrary() {
+// Destroys the hidden instances when the library is unloaded. One that a host still holds stays:
+// where the whole process ends, the host may release it after this, and may even ask for it again.
+struct DestroyWithLibrary {
+  ~DestroyWithLibrary() {
     const std::scoped_lock lock(hidden_guard);
-    for (ComponentObject*& instance : hidden_instances) {
-      if (instance == nullptr || instance->count.load() > 1) continue;
-      instance->row.end(instance);
-      instance = nullptr;
+    for (const ClassRow& row : Catalogue()) {
+      if (*row.hidden == nullptr || (*row.hidden)->count.load() > 1) continue;
+      row.destroy(*row.hidden);
+      *row.hidden = nullptr;
     }
   }
 };
 
 // The hidden instance of a class, made at the first use; a failure to make it is tried again.
 ComponentObject* HiddenInstance(const ClassRow& row) {
-  static const EndWithLibrary end;
+  static const DestroyWithLibrary at_the_end;
   const std::scoped_lock lock(hidden_guard);
-  ComponentObject*& instance =
-      hidden_instances[static_cast<std::size_t>(&row - Catalogue().data())];
-  if (instance == nullptr) instance = row.make(row, Holder::kLibrary);
-  return instance;
+  if (*row.hidden == nullptr) *row.hidden = row.make(row, Holder::kLibrary);
+  return *row.hidden;
 }
 
-class GlobalFactory final : public abi::Counted<GlobalFactory, QuorlGlobalFactory> {
+// A class's factory. That of a global class has a second interface, which gives the hidden
+// instance.
+class Factory final : public abi::Counted<Factory, QuorlClassFactory> {
  public:
-  explicit GlobalFactory(const ClassRow& row) noexcept : Counted(kTable), row_(row) {
-    CountUse(+1);
-  }
-  ~GlobalFactory() { CountUse(-1); }
-
-  static bool Answers(const GUID& identifier) { return identifier == QUORL_IID_GLOBAL_FACTORY; }
-
-  static HRESULT GetGlobalObject(QuorlGlobalFactory* self, void** out) {
-    if (out == nullptr) return E_POINTER;
-    *out = nullptr;
-    return Guarded([&] {
-      ComponentObject* instance = HiddenInstance(From(self)->row_);
-      frame::AddRef(instance);
-      *out = static_cast<QuorlDispatch*>(instance);
-    });
-  }
-
- private:
-  static const QuorlGlobalFactoryTable kTable;
-
-  const ClassRow& row_;
-};
-
-const QuorlGlobalFactoryTable GlobalFactory::kTable{QueryInterface, AddRef, Release,
-                                                    GetGlobalObject};
-
-class ClassFactory final : public abi::Counted<ClassFactory, QuorlClassFactory> {
- public:
-  explicit ClassFactory(const ClassRow& row) noexcept : Counted(kTable), row_(row) { CountUse(+1); }
-  ~ClassFactory() { CountUse(-1); }
+  explicit Factory(const ClassRow& row) noexcept : Counted(kTable), row_(row) { CountUse(+1); }
+  ~Factory() { CountUse(-1); }
 
   static bool Answers(const GUID& identifier) { return identifier == IID_IClassFactory; }
+
+  static HRESULT QueryInterface(QuorlClassFactory* self, const GUID* identifier,
+                                void** out) noexcept {
+    Factory& factory = *From(self);
+    const bool wants_global = out != nullptr && identifier != nullptr &&
+                              factory.row_.kind == ClassKind::kGlobal &&
+                              *identifier == QUORL_IID_GLOBAL_FACTORY;
+    if (!wants_global) return Counted::QueryInterface(self, identifier, out);
+    AddRef(self);
+    *out = &factory.global_;
+    return S_OK;
+  }
 
   static HRESULT CreateInstance(QuorlClassFactory* self, void* outer, const GUID* identifier,
                                 void** out) {
@@ -84,13 +65,12 @@ class ClassFactory final : public abi::Counted<ClassFactory, QuorlClassFactory> 
     *out = nullptr;
     if (identifier == nullptr) return E_POINTER;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-    HRESULT answered = S_OK;
-    const HRESULT made = Guarded([&] {
+    return abi::GuardedSlot([&] {
       QuorlDispatch* object = From(self)->row_.make(From(self)->row_, Holder::kHost);
-      answered = frame::QueryInterface(object, identifier, out);
+      const HRESULT code = frame::QueryInterface(object, identifier, out);
       frame::Release(object);
+      return code;
     });
-    return made == S_OK ? answered : made;
   }
 
   static HRESULT LockServer(QuorlClassFactory*, std::int32_t lock) {
@@ -104,31 +84,48 @@ class ClassFactory final : public abi::Counted<ClassFactory, QuorlClassFactory> 
   }
 
  private:
+  struct Global : QuorlGlobalFactory {
+    Factory* owner;
+  };
+  static Factory* OwnerOf(QuorlGlobalFactory* self) { return static_cast<Global*>(self)->owner; }
+
+  static HRESULT GlobalQuery(QuorlGlobalFactory* self, const GUID* identifier, void** out) {
+    return QueryInterface(OwnerOf(self), identifier, out);
+  }
+  static std::uint32_t GlobalAddRef(QuorlGlobalFactory* self) { return AddRef(OwnerOf(self)); }
+  static std::uint32_t GlobalRelease(QuorlGlobalFactory* self) { return Release(OwnerOf(self)); }
+
+  static HRESULT GetGlobalObject(QuorlGlobalFactory* self, void** out) {
+    if (out == nullptr) return E_POINTER;
+    *out = nullptr;
+    return abi::GuardedSlot([&] {
+      ComponentObject* instance = HiddenInstance(OwnerOf(self)->row_);
+      frame::AddRef(instance);
+      *out = static_cast<QuorlDispatch*>(instance);
+      return S_OK;
+    });
+  }
+
   static const QuorlClassFactoryTable kTable;
+  static const QuorlGlobalFactoryTable kGlobalTable;
 
   const ClassRow& row_;
+  Global global_{{&kGlobalTable}, this};
 };
 
-const QuorlClassFactoryTable ClassFactory::kTable{QueryInterface, AddRef, Release, CreateInstance,
-                                                  LockServer};
+const QuorlClassFactoryTable Factory::kTable{QueryInterface, AddRef, Release, CreateInstance,
+                                             LockServer};
+const QuorlGlobalFactoryTable Factory::kGlobalTable{GlobalQuery, GlobalAddRef, GlobalRelease,
+                                                    GetGlobalObject};
 
-// A new object, asked for the interface that the caller wants.
-template <class Factory>
-HRESULT Give(const ClassRow& row, const GUID& identifier, void** out) noexcept {
+}  // namespace
+
+HRESULT GetFactory(const ClassRow& row, const GUID& identifier, void** out) noexcept {
   auto* factory = new (std::nothrow) Factory(row);
   if (factory == nullptr) return E_OUTOFMEMORY;
   const HRESULT code = Factory::QueryInterface(factory, &identifier, out);
   Factory::Release(factory);
   return code;
-}
-
-}  // namespace
-
-HRESULT GetFactory(const ClassRow& row, const GUID& identifier, void** out) noexcept {
-  const bool wants_global = identifier == QUORL_IID_GLOBAL_FACTORY;
-  if (wants_global && row.kind != ClassKind::kGlobal) return E_NOINTERFACE;
-  return wants_global ? Give<GlobalFactory>(row, identifier, out)
-                      : Give<ClassFactory>(row, identifier, out);
 }
 
 }  // namespace quorl::frame

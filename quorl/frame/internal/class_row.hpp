@@ -11,36 +11,41 @@ namespace quorl::frame {
 
 enum class ClassKind { kGlobal, kCreatable };
 
+/// One version of a class's interface.
+struct InterfaceRow {
+  GUID identifier;
+  /// How many members it knows: the first so many of the table.
+  std::size_t members;
+};
+
 /// What is written down once of a class. Constant.
 struct ClassRow {
   StringView name;
   ClassKind kind;
   GUID identifier;
-  /// Interface identifiers, oldest first, the current one last; version 1.k has k + 1.
-  std::span<const GUID> interfaces;
+  /// The interface's versions, oldest first, the current one last; version 1.k has k + 1.
+  std::span<const InterfaceRow> interfaces;
   /// The members in table order.
   std::span<const MemberRow> members;
   const QuorlDispatchTable* table;
 
   /// Makes an instance; raises what its construction raises.
   ComponentObject* (*make)(const ClassRow& row, Holder holder);
-  /// Ends an instance and, where the library does not hold it itself, gives its memory back.
-  void (*end)(ComponentObject* object) noexcept;
+  /// Destroys an instance; frees its memory unless it is a hidden instance (static storage).
+  void (*destroy)(ComponentObject* object) noexcept;
   void* (*instance)(ComponentObject* object) noexcept;
+  /// The place of the class's hidden instance, null until it is made.
+  ComponentObject** hidden;
 
-  const GUID& CurrentInterface() const { return interfaces.back(); }
-  int MinorVersion() const { return static_cast<int>(interfaces.size()) - 1; }
+  const GUID& CurrentInterface() const { return interfaces.back().identifier; }
+  std::size_t MinorVersion() const { return interfaces.size() - 1; }
 };
 
 /// The identifier by which a member is called: the gets and puts of a property share one. It is the
 /// place, from 1, of the first row of that name.
 std::int32_t IdentifierOf(const ClassRow& row, const MemberRow& member) noexcept;
 
-/// Whether two names of members or arguments are the same: case does not count.
-bool IsSameName(StringView a, StringView b) noexcept;
-
-/// The row of a place in the table; null for a name or an identifier that the class has not. Of a
-/// property, its first row.
+/// The first row called `name`, ignoring case; null if there is none.
 const MemberRow* FindByName(const ClassRow& row, StringView name) noexcept;
 
 }  // namespace quorl::frame

@@ -1,8 +1,11 @@
 // From the rows of a class to its table of members and to the making of its instances.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
+#include <iterator>
 #include <new>
 #include <tuple>
 
@@ -11,7 +14,7 @@
 
 namespace quorl::frame {
 
-/// Slots one behind the other, as a host reads them.
+/// Slots one after the other, as a host reads them.
 template <class... Slots>
 struct SlotList {};
 
@@ -48,8 +51,13 @@ struct ClassTable<SlotList<>> {
   QuorlDispatchTable common;
 };
 
-/// A class of the library as its rows describe it. `kRows` is a tuple of typed rows.
-template <class Class, const auto& kRows>
+constexpr bool VersionsGrow(std::span<const InterfaceRow> versions) {
+  return std::ranges::is_sorted(versions, std::less_equal{}, &InterfaceRow::members);
+}
+
+/// A class of the library as its rows describe it. `kRows` is a tuple of typed rows, `kInterfaces`
+/// the versions of its interface.
+template <class Class, const auto& kRows, const auto& kInterfaces>
 class Described {
  public:
   static constexpr std::size_t kCount = std::tuple_size_v<std::remove_cvref_t<decltype(kRows)>>;
@@ -67,11 +75,16 @@ class Described {
         }
       },
       kRows);
-  static_assert(sizeof(kTable) == (7 + kCount) * sizeof(void*), "a slot is out of its place");
+  static_assert(sizeof(kTable) == (kCommonSlotCount + kCount) * sizeof(void*),
+                "a slot is out of its place");
 
-  static constexpr ClassRow Row(StringView name, ClassKind kind, const GUID& identifier,
-                                std::span<const GUID> interfaces) {
-    return {name, kind, identifier, interfaces, kMembers, &kTable.common, &Make, &End, &Instance};
+  static_assert(VersionsGrow(kInterfaces), "each version knows more members than the one before");
+  static_assert(std::rbegin(kInterfaces)->members == kCount,
+                "new members need a new version of their interface: add it in identifiers.hpp");
+
+  static constexpr ClassRow Row(StringView name, ClassKind kind, const GUID& identifier) {
+    return {name,           kind,  identifier, kInterfaces, kMembers,
+            &kTable.common, &Make, &Destroy,   &Instance,   &hidden_};
   }
 
  private:
@@ -79,12 +92,12 @@ class Described {
 
   static ComponentObject* Make(const ClassRow& row, Holder holder) {
     if (holder == Holder::kHost) return new Made(row, holder);
-    // In memory that goes with the library and is never given back before: a host that lets go of
-    // the instance while the process ends finds it sound.
+    // In memory that goes with the library and is never freed before: a host that releases the
+    // instance while the process ends finds it sound.
     alignas(Made) static std::byte place[sizeof(Made)];
     return new (place) Made(row, holder);
   }
-  static void End(ComponentObject* object) noexcept {
+  static void Destroy(ComponentObject* object) noexcept {
     auto* made = static_cast<Made*>(object);
     if (made->held_by == Holder::kHost) {
       delete made;
@@ -95,6 +108,8 @@ class Described {
   static void* Instance(ComponentObject* object) noexcept {
     return &static_cast<Made*>(object)->instance;
   }
+
+  static inline constinit ComponentObject* hidden_ = nullptr;
 };
 
 }  // namespace quorl::frame

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 
-#include "quorl/abi/internal/ref_counted.hpp"
-#include "quorl/frame/internal/class_row.hpp"
+#include "quorl/abi/internal/dispatch_proxy.hpp"
+#include "quorl/abi/internal/guid.hpp"
+#include "quorl/frame/internal/catalogue.hpp"
 #include "quorl/frame/internal/invoke.hpp"
 #include "quorl/frame/internal/type_info.hpp"
+#include "quorl/registry/registry.hpp"
+#include "quorl/runtime/raised_error.hpp"
 
 namespace quorl::frame {
 namespace {
@@ -18,7 +21,7 @@ ComponentObject& At(QuorlDispatch* self) { return *static_cast<ComponentObject*>
 
 // The object whose `support` this is.
 QuorlDispatch* OwnerOf(QuorlSupportErrorInfo* support) {
-  // It is the first thing behind the object's own table pointer.
+  // It follows the object's own table pointer.
   static_assert(sizeof(QuorlDispatch) == sizeof(void*));
   return reinterpret_cast<QuorlDispatch*>(support) - 1;
 }
@@ -30,8 +33,8 @@ std::uint32_t SupportAddRef(QuorlSupportErrorInfo* self) { return AddRef(OwnerOf
 std::uint32_t SupportRelease(QuorlSupportErrorInfo* self) { return Release(OwnerOf(self)); }
 
 bool IsInterfaceOf(const ClassRow& row, const GUID& identifier) {
-  return std::ranges::any_of(row.interfaces,
-                             [&](const GUID& known) { return known == identifier; });
+  return std::ranges::any_of(
+      row.interfaces, [&](const InterfaceRow& known) { return known.identifier == identifier; });
 }
 
 HRESULT SupportsErrorInfo(QuorlSupportErrorInfo* self, const GUID* identifier) {
@@ -81,8 +84,8 @@ std::uint32_t AddRef(QuorlDispatch* self) noexcept {
 std::uint32_t Release(QuorlDispatch* self) noexcept {
   ComponentObject& object = At(self);
   const std::uint32_t left = object.count.fetch_sub(1, std::memory_order_acq_rel) - 1;
-  // The library's own reference to a hidden instance is not for a host to give back.
-  if (left == 0 && object.held_by == Holder::kHost) object.row.end(&object);
+  // A hidden instance survives a host that releases it once too often.
+  if (left == 0 && object.held_by == Holder::kHost) object.row.destroy(&object);
   return left;
 }
 
@@ -110,6 +113,19 @@ HRESULT Invoke(QuorlDispatch* self, std::int32_t id, const GUID*, std::uint32_t,
                std::uint32_t* wrong_argument) noexcept {
   const KeptAlive kept(self);
   return InvokeMember(At(self), id, flags, parameters, result, info, wrong_argument);
+}
+
+Registry& RegistryBehind(QuorlDispatch* pointer) {
+  if (pointer == nullptr) Raise(FailureNumber::kNoObject);
+  if (pointer->table != FindClass(u"Registry")->table) Raise(FailureNumber::kTypeMismatch);
+  return InstanceOf<Registry>::In(pointer);
+}
+
+Registry& RegistryBehind(const Object& object) {
+  QuorlDispatch* pointer = abi::ForeignPointerOf(object);
+  // A host's object in C++ has no pointer to a table.
+  if (pointer == nullptr && object) Raise(FailureNumber::kTypeMismatch);
+  return RegistryBehind(pointer);
 }
 
 }  // namespace quorl::frame

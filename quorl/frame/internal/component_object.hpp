@@ -10,14 +10,19 @@
 
 #include "quorl/abi/quorl.h"
 
-namespace quorl::frame {
+namespace quorl {
+
+class Object;
+class Registry;
+
+namespace frame {
 
 struct ClassRow;
 
 /// Who holds an object: hidden instances do not keep the library from being unloaded.
 enum class Holder { kHost, kLibrary };
 
-/// What stands before the instance itself.
+/// What every instance has before its own state.
 struct ComponentObject : QuorlDispatch {
   ComponentObject(const ClassRow& of_class, Holder holder) noexcept;
   ComponentObject(const ComponentObject&) = delete;
@@ -32,7 +37,7 @@ struct ComponentObject : QuorlDispatch {
   ~ComponentObject();
 };
 
-/// The instance of a class behind its header.
+/// An instance of a class.
 template <class Class>
 struct InstanceOf : ComponentObject {
   using ComponentObject::ComponentObject;
@@ -56,6 +61,7 @@ HRESULT Invoke(QuorlDispatch* self, std::int32_t id, const GUID* identifier, std
                std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,
                std::uint32_t* wrong_argument) noexcept;
 
+inline constexpr std::size_t kCommonSlotCount = sizeof(QuorlDispatchTable) / sizeof(void*);
 inline constexpr QuorlDispatchTable kCommonSlots{
     &QueryInterface, &AddRef, &Release, &GetTypeInfoCount, &GetTypeInfo, &GetIDsOfNames, &Invoke};
 
@@ -75,4 +81,11 @@ class KeptAlive {
 void CountUse(int change) noexcept;
 bool IsInUse() noexcept;
 
-}  // namespace quorl::frame
+/// The instance behind the `Registry` that a caller of `Forms` passes. Failure 91 for null, 13 for
+/// an object that is no Registry of this library. It belongs to the caller, whose reference keeps
+/// it for the call.
+Registry& RegistryBehind(QuorlDispatch* pointer);
+Registry& RegistryBehind(const Object& object);
+
+}  // namespace frame
+}  // namespace quorl

@@ -19,22 +19,17 @@ struct EnumerationRow {
   std::span<const EnumeratorRow> members;
 };
 
-template <>
-struct EnumerationName<HKeyEnum> {
-  static constexpr StringView kName = u"HKeyEnum";
-};
-template <>
-struct EnumerationName<RegTypeEnum> {
-  static constexpr StringView kName = u"RegTypeEnum";
-};
-template <>
-struct EnumerationName<RegModeEnum> {
-  static constexpr StringView kName = u"RegModeEnum";
-};
-template <>
-struct EnumerationName<RegionalItemEnum> {
-  static constexpr StringView kName = u"RegionalItemEnum";
-};
+#define QUORL_ENUMERATION(Enumeration)                    \
+  template <>                                             \
+  struct EnumerationName<Enumeration> {                   \
+    static constexpr StringView kName = u## #Enumeration; \
+  };
+QUORL_ENUMERATION(AlignentEnum)
+QUORL_ENUMERATION(RegionalItemEnum)
+QUORL_ENUMERATION(HKeyEnum)
+QUORL_ENUMERATION(RegTypeEnum)
+QUORL_ENUMERATION(RegModeEnum)
+#undef QUORL_ENUMERATION
 
 // An enumerator's name and value from the enumerator itself.
 #define QUORL_ENUMERATOR(member) \
@@ -72,7 +67,7 @@ inline constexpr std::array kRegionalItemMembers{
 #undef QUORL_ENUMERATOR
 
 inline constexpr std::array kEnumerations{
-    EnumerationRow{u"AlignentEnum", kAlignentMembers},
+    EnumerationRow{EnumerationName<AlignentEnum>::kName, kAlignentMembers},
     EnumerationRow{EnumerationName<RegionalItemEnum>::kName, kRegionalItemMembers},
     EnumerationRow{EnumerationName<HKeyEnum>::kName, kHKeyMembers},
     EnumerationRow{EnumerationName<RegTypeEnum>::kName, kRegTypeMembers},

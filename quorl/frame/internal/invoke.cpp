@@ -4,22 +4,18 @@
 #include <array>
 
 #include "quorl/abi/internal/errors.hpp"
+#include "quorl/abi/internal/guarded.hpp"
 #include "quorl/abi/internal/values.hpp"
 #include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/text_case.hpp"
 
 namespace quorl::frame {
 
-using namespace internal;
 namespace {
 
 constexpr std::uint32_t kNotGiven = UINT32_MAX;
 
-// More names than any member has arguments are no question but a damaged count.
-constexpr std::uint32_t kMostNames = 64;
-
-// For each argument of the member, where it stands in the caller's array.
+// For each argument of the member, its place in the caller's array.
 struct Placing {
   std::array<std::uint32_t, kMostArguments> given;
   HRESULT code = S_OK;
@@ -47,13 +43,18 @@ bool Answers(const MemberRow& member, std::uint16_t flags) {
 }
 
 // An identifier is the place, from 1, of a member's first row; a property's second row follows.
-const MemberRow* FindMember(const ClassRow& row, std::int32_t id, std::uint16_t flags) {
+// Where both answer, the number of arguments tells a get from a put.
+const MemberRow* FindMember(const ClassRow& row, std::int32_t id, std::uint16_t flags,
+                            const DISPPARAMS* parameters) {
   if (id < 1 || static_cast<std::size_t>(id) > row.members.size()) return nullptr;
   const auto rows = row.members.subspan(static_cast<std::size_t>(id) - 1);
+  const std::uint32_t count = parameters == nullptr ? 0 : parameters->argument_count;
+  const MemberRow* found = nullptr;
   for (const MemberRow& member : rows.first(std::min<std::size_t>(rows.size(), 2))) {
-    if (IdentifierOf(row, member) == id && Answers(member, flags)) return &member;
+    if (IdentifierOf(row, member) != id || !Answers(member, flags)) continue;
+    if (found == nullptr || member.arguments.count == count) found = &member;
   }
-  return nullptr;
+  return found;
 }
 
 bool HasNullArray(const DISPPARAMS& parameters) {
@@ -61,7 +62,7 @@ bool HasNullArray(const DISPPARAMS& parameters) {
          (parameters.named_count != 0 && parameters.named == nullptr);
 }
 
-// The argument that a named identifier means; kNotGiven for none.
+// The argument that a named identifier means; kNotGiven if there is none.
 std::uint32_t PositionOf(const MemberRow& member, std::int32_t named) {
   const auto count = static_cast<std::int32_t>(member.arguments.count);
   if (member.kind == MemberKind::kPut && named == QUORL_PUT_VALUE) named = count - 1;
@@ -136,27 +137,14 @@ HRESULT Perform(ComponentObject& object, const MemberRow& member, const DISPPARA
   return S_OK;
 }
 
-// The one place where a failure leaves a call by name.
-HRESULT PerformGuarded(ComponentObject& object, const MemberRow& member,
-                       const DISPPARAMS& parameters, const Placing& placing, VARIANT* result,
-                       EXCEPINFO* info) noexcept {
-  try {
-    return WithinMemory([&] { return Perform(object, member, parameters, placing, result); });
-  } catch (const RaisedError& error) {
-    if (info != nullptr) abi::FillRecord(error, *info);
-    return DISP_E_EXCEPTION;
-  } catch (...) {
-    return E_UNEXPECTED;
-  }
-}
-
-// The position of an argument of the member called `name`, in its get or its put; -1 for none.
+// The position of an argument of the member called `name`, in its get or its put; -1 if there is
+// none.
 std::int32_t ArgumentNamed(const ClassRow& row, StringView name, StringView argument) {
   for (const MemberRow& member : row.members) {
     if (member.name != name) continue;
     const auto arguments = member.arguments.Span();
     const auto found = std::ranges::find_if(
-        arguments, [&](const Argument& known) { return IsSameName(known.name, argument); });
+        arguments, [&](const Argument& known) { return EqualsIgnoringCase(known.name, argument); });
     if (found != arguments.end()) return static_cast<std::int32_t>(found - arguments.begin());
   }
   return -1;
@@ -182,7 +170,6 @@ HRESULT IdentifiersOf(const ClassRow& row, const char16_t** names, std::uint32_t
                       std::int32_t* ids) noexcept {
   if (count == 0) return S_OK;
   if (names == nullptr || ids == nullptr) return E_POINTER;
-  if (count > kMostNames) return E_INVALIDARG;
   if (std::any_of(names, names + count, [](const char16_t* name) { return name == nullptr; })) {
     return E_POINTER;
   }
@@ -199,10 +186,10 @@ HRESULT IdentifiersOf(const ClassRow& row, const char16_t** names, std::uint32_t
 HRESULT InvokeMember(ComponentObject& object, std::int32_t id, std::uint16_t flags,
                      const DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,
                      std::uint32_t* wrong_argument) noexcept {
-  // Cleared at once, and ended behind the call: an argument may be the same text.
+  // Cleared at once and freed after the call: an argument may be the same text.
   const auto former =
       result == nullptr ? abi::OwnedVariant() : abi::OwnedVariant::TakenFrom(result);
-  const MemberRow* member = FindMember(object.row, id, flags);
+  const MemberRow* member = FindMember(object.row, id, flags, parameters);
   if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
   if (parameters == nullptr || HasNullArray(*parameters)) return E_POINTER;
   const Placing placing = PlaceArguments(*member, *parameters);
@@ -210,7 +197,11 @@ HRESULT InvokeMember(ComponentObject& object, std::int32_t id, std::uint16_t fla
     if (wrong_argument != nullptr) *wrong_argument = placing.wrong;
     return placing.code;
   }
-  return PerformGuarded(object, *member, *parameters, placing, result, info);
+  return abi::Guarded([&] { return Perform(object, *member, *parameters, placing, result); },
+                      [&](const RaisedError& error) {
+                        if (info != nullptr) abi::FillRecord(error, *info);
+                        return DISP_E_EXCEPTION;
+                      });
 }
 
 }  // namespace quorl::frame

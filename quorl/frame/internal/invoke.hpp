@@ -9,7 +9,7 @@
 
 namespace quorl::frame {
 
-/// `names[0]` is a member's name, those behind it its arguments'; see quorl.h.
+/// `names[0]` is a member's name, those after it its arguments'; see quorl.h.
 HRESULT IdentifiersOf(const ClassRow& row, const char16_t** names, std::uint32_t count,
                       std::int32_t* ids) noexcept;
 

@@ -1,8 +1,10 @@
 #include "quorl/frame/internal/listing.hpp"
 
 #include <algorithm>
+#include <string>
 
 #include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/utf.hpp"
 
 namespace quorl::frame {
 
@@ -17,12 +19,15 @@ bool StandsBefore(const MemberRow& first, const MemberRow& second) {
   return &first < &second;
 }
 
+String Digits(std::size_t number) { return Utf16(std::to_string(number)); }
+
 }  // namespace
+
+String VersionText(std::size_t minor) { return Joined({u"1.", Digits(minor)}); }
 
 String InterfaceName(const ClassRow& row, std::size_t version) {
   if (version + 1 == row.interfaces.size()) return Joined({u"_", row.name});
-  const auto digit = static_cast<char16_t>(u'0' + version);
-  return Joined({row.name, u"___v", StringView(&digit, 1)});
+  return Joined({row.name, u"___v", Digits(version)});
 }
 
 std::size_t ListingPlaceOf(const ClassRow& row, const MemberRow& member) noexcept {

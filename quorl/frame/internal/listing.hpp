@@ -13,12 +13,13 @@ inline constexpr std::uint16_t kGlobalFlags = 0xB;
 inline constexpr std::uint16_t kCreatableFlags = 0x2;
 /// Dual, automation-compatible, non-extensible, hidden.
 inline constexpr std::uint16_t kInterfaceFlags = 0x11D0;
-/// An alias that stands for a former version: hidden.
-inline constexpr std::uint16_t kAliasFlags = 0x10;
 
 constexpr std::uint16_t ClassFlags(const ClassRow& row) {
   return row.kind == ClassKind::kGlobal ? kGlobalFlags : kCreatableFlags;
 }
+
+/// The number of a version of an interface: "1.4".
+String VersionText(std::size_t minor);
 
 /// The name of the interface's version 1.k: "Math___v0" for a former one, "_Math" for the current.
 String InterfaceName(const ClassRow& row, std::size_t version);

@@ -3,9 +3,9 @@
 //
 // For a parameter: `In` is the slot's argument, `FromSlot` holds it as C++ wants it, `FromVariant`
 // the same from a Variant; both convert to the parameter. For a result: `Out` is what the slot's
-// result pointer points to, `Write` fills it, and `Former` is what stood there: the slot is cleared
-// at once, but a caller may have lent the very same text as an argument, so that it is ended only
-// behind the call. `kType` is what the description says.
+// result pointer points to, and `Write` fills it; `Former` takes over the old content of the result
+// slot and frees it after the call, because the caller may have passed that very text as an
+// argument. `kType` is what the description says.
 #pragma once
 
 #include <type_traits>
@@ -15,8 +15,8 @@
 #include "quorl/abi/internal/dispatch_proxy.hpp"
 #include "quorl/abi/internal/values.hpp"
 #include "quorl/abi/quorl.h"
+#include "quorl/frame/internal/component_object.hpp"
 #include "quorl/frame/internal/member_row.hpp"
-#include "quorl/frame/internal/registry_argument.hpp"
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/raised_error.hpp"
 
@@ -24,23 +24,42 @@ namespace quorl::frame {
 
 /// The published name of an enumeration; specialised beside the catalogue.
 template <class Enumeration>
-struct EnumerationName;
+struct EnumerationName {
+  static_assert(sizeof(Enumeration) == 0,
+                "this enumeration is not published: see enumerations.hpp");
+  static constexpr StringView kName{};
+};
 
+/// What follows the assertion only keeps the compiler from saying more.
 template <class Type>
-struct Wire;
+struct Marshal {
+  static_assert(sizeof(std::type_identity<Type>) == 0,
+                "members cannot take or give this type: specialise Marshal in marshal.hpp");
+  static constexpr TypeRow kType{};
+  using In = int;
+  using Out = int;
+  struct FromSlot {
+    template <class Source>
+    explicit FromSlot(Source&&) {}
+    operator Type() const;
+  };
+  using FromVariant = FromSlot;
+  using Former = FromSlot;
+  static void Write(Out*, const Type&) {}
+};
 
-/// What all plain types share. `Wire<Type>` narrows the slot's argument and converts a Variant.
+/// What all plain types share. `Marshal<Type>` narrows the slot's argument and converts a Variant.
 template <class Type, class Slot>
-struct PlainWire {
+struct PlainMarshal {
   using In = Slot;
   struct FromSlot {
     Type value;
-    explicit FromSlot(In in) : value(Wire<Type>::Narrow(in)) {}
+    explicit FromSlot(In in) : value(Marshal<Type>::Narrow(in)) {}
     operator Type() const { return value; }
   };
   struct FromVariant {
     Type value;
-    explicit FromVariant(const Variant& variant) : value(Wire<Type>::Convert(variant)) {}
+    explicit FromVariant(const Variant& variant) : value(Marshal<Type>::Convert(variant)) {}
     operator Type() const { return value; }
   };
   struct Former {
@@ -50,7 +69,7 @@ struct PlainWire {
 };
 
 template <>
-struct Wire<Int16> : PlainWire<Int16, std::int32_t> {
+struct Marshal<Int16> : PlainMarshal<Int16, std::int32_t> {
   static constexpr TypeRow kType{VariantType::kInt16};
   using Out = std::int16_t;
   static Int16 Narrow(std::int32_t in) { return CheckedInt16(in); }
@@ -59,7 +78,7 @@ struct Wire<Int16> : PlainWire<Int16, std::int32_t> {
 };
 
 template <>
-struct Wire<Int32> : PlainWire<Int32, std::int32_t> {
+struct Marshal<Int32> : PlainMarshal<Int32, std::int32_t> {
   static constexpr TypeRow kType{VariantType::kInt32};
   using Out = std::int32_t;
   static Int32 Narrow(std::int32_t in) { return in; }
@@ -69,7 +88,7 @@ struct Wire<Int32> : PlainWire<Int32, std::int32_t> {
 
 template <class Enumeration>
 requires std::is_enum_v<Enumeration>
-struct Wire<Enumeration> : PlainWire<Enumeration, std::int32_t> {
+struct Marshal<Enumeration> : PlainMarshal<Enumeration, std::int32_t> {
   static constexpr TypeRow kType{VariantType::kInt32, EnumerationName<Enumeration>::kName};
   using Out = std::int32_t;
   static Enumeration Narrow(std::int32_t in) { return static_cast<Enumeration>(in); }
@@ -78,7 +97,7 @@ struct Wire<Enumeration> : PlainWire<Enumeration, std::int32_t> {
 };
 
 template <>
-struct Wire<Double> : PlainWire<Double, double> {
+struct Marshal<Double> : PlainMarshal<Double, double> {
   static constexpr TypeRow kType{VariantType::kDouble};
   using Out = double;
   static Double Narrow(double in) { return in; }
@@ -87,7 +106,7 @@ struct Wire<Double> : PlainWire<Double, double> {
 };
 
 template <>
-struct Wire<Date> : PlainWire<Date, double> {
+struct Marshal<Date> : PlainMarshal<Date, double> {
   static constexpr TypeRow kType{VariantType::kDate};
   using Out = double;
   static Date Narrow(double in) { return Date(in); }
@@ -96,7 +115,7 @@ struct Wire<Date> : PlainWire<Date, double> {
 };
 
 template <>
-struct Wire<Currency> : PlainWire<Currency, std::int64_t> {
+struct Marshal<Currency> : PlainMarshal<Currency, std::int64_t> {
   static constexpr TypeRow kType{VariantType::kCurrency};
   using Out = std::int64_t;
   static Currency Narrow(std::int64_t in) { return Currency::FromTenThousandths(in); }
@@ -105,7 +124,7 @@ struct Wire<Currency> : PlainWire<Currency, std::int64_t> {
 };
 
 template <>
-struct Wire<Boolean> : PlainWire<Boolean, std::int16_t> {
+struct Marshal<Boolean> : PlainMarshal<Boolean, std::int16_t> {
   static constexpr TypeRow kType{VariantType::kBoolean};
   using Out = std::int16_t;
   static Boolean Narrow(std::int16_t in) { return in != 0; }
@@ -114,7 +133,7 @@ struct Wire<Boolean> : PlainWire<Boolean, std::int16_t> {
 };
 
 template <>
-struct Wire<StringView> {
+struct Marshal<StringView> {
   static constexpr TypeRow kType{VariantType::kString};
   using In = BSTR;
   struct FromSlot {
@@ -142,7 +161,7 @@ struct Wire<StringView> {
 
 /// As a result, and as a field that a host writes.
 template <>
-struct Wire<String> : Wire<StringView> {
+struct Marshal<String> : Marshal<StringView> {
   using Out = BSTR;
   class Former {
    public:
@@ -158,7 +177,7 @@ struct Wire<String> : Wire<StringView> {
 };
 
 template <>
-struct Wire<Variant> {
+struct Marshal<Variant> {
   static constexpr TypeRow kType{VariantType::kVariant};
   using Out = VARIANT;
   struct Former {
@@ -169,7 +188,7 @@ struct Wire<Variant> {
 };
 
 template <>
-struct Wire<const Variant&> {
+struct Marshal<const Variant&> {
   static constexpr TypeRow kType{VariantType::kVariant};
   using In = VARIANT;
   struct FromSlot {
@@ -185,7 +204,7 @@ struct Wire<const Variant&> {
 };
 
 template <>
-struct Wire<const Object&> {
+struct Marshal<const Object&> {
   static constexpr TypeRow kType{VariantType::kObject};
   using In = QuorlDispatch*;
   struct FromSlot {
@@ -202,7 +221,7 @@ struct Wire<const Object&> {
 
 /// An argument that the member writes back.
 template <>
-struct Wire<Int16&> {
+struct Marshal<Int16&> {
   static constexpr TypeRow kType{VariantType::kInt16, {}, true};
   using In = std::int16_t*;
   struct FromSlot {
@@ -229,7 +248,7 @@ bool IsAbsent(const In&) {
 inline bool IsAbsent(std::int16_t* const& place) { return place == nullptr; }
 
 template <>
-struct Wire<Registry&> {
+struct Marshal<Registry&> {
   static constexpr TypeRow kType{VariantType::kObject, u"Registry"};
   using In = QuorlDispatch*;
   struct FromSlot {

@@ -3,41 +3,49 @@
 #include <dlfcn.h>
 
 #include <cstdlib>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "quorl/abi/internal/errors.hpp"
+#include "quorl/abi/internal/guarded.hpp"
 #include "quorl/abi/internal/guid.hpp"
 #include "quorl/abi/internal/percent_text.hpp"
 #include "quorl/frame/internal/catalogue.hpp"
 #include "quorl/frame/internal/identifiers.hpp"
 #include "quorl/frame/internal/listing.hpp"
-#include "quorl/registry/registry.hpp"
 #include "quorl/runtime/ansi.hpp"
-#include "quorl/runtime/internal/within_memory.hpp"
+#include "quorl/runtime/enumerations.hpp"
 #include "quorl/store/operations.hpp"
 
 namespace quorl::frame {
-
-using namespace internal;
 namespace {
 
-struct Entry {
-  String key;
-  String name;
-  String value;
-};
+using Kind = StoreChange::Kind;
 
-void RequireDone(Int32 code) {
-  if (code != kDone) throw RaisedError(code, kLibraryName, u"");
-}
+// The changes of one registration or its removal, below the root of classes.
+class Changes {
+ public:
+  void Set(StringView key, StringView name, StringView value) {
+    // The terminator is stored with the text.
+    changes_.push_back(
+        {Kind::kSetValue, kClassesRoot, ToAnsi(key), ToAnsi(name), REG_SZ, ToAnsi(value) + '\0'});
+  }
+  void Delete(StringView key, Kind kind = Kind::kDeleteKey) {
+    changes_.push_back({kind, kClassesRoot, ToAnsi(key)});
+  }
+  // One durable change: whole or not at all.
+  void Commit() const { abi::RequireDone(CurrentStore().Commit(changes_)); }
+
+ private:
+  std::vector<StoreChange> changes_;
+};
 
 // The path of the library that this function is in.
 String OwnPath() {
   Dl_info info{};
-  if (dladdr(reinterpret_cast<const void*>(&OwnPath), &info) == 0) RequireDone(kAbsent);
+  if (dladdr(reinterpret_cast<const void*>(&OwnPath), &info) == 0) abi::RequireDone(kAbsent);
   char* resolved = realpath(info.dli_fname, nullptr);
-  if (resolved == nullptr) RequireDone(kAbsent);
+  if (resolved == nullptr) abi::RequireDone(kAbsent);
   const std::string path(resolved);
   std::free(resolved);
   return FromAnsi(abi::PercentEscaped(path));
@@ -45,122 +53,64 @@ String OwnPath() {
 
 String QualifiedName(const ClassRow& row) { return String(kLibraryName) + u"." + String(row.name); }
 
-String VersionOf(const ClassRow& row) {
-  return u"1." + String(1, static_cast<char16_t>(u'0' + row.MinorVersion()));
-}
-
 String LibraryKey() { return abi::GuidText(kLibraryIdentifier); }
 
-// Top-level keys of a class, each with all that belongs below it.
-std::vector<String> KeysOf(const ClassRow& row) {
-  std::vector<String> keys{QualifiedName(row), u"CLSID\\" + abi::GuidText(row.identifier)};
-  for (const GUID& identifier : row.interfaces) {
-    keys.push_back(u"Interface\\" + abi::GuidText(identifier));
-  }
-  return keys;
+String ClassKey(const ClassRow& row) { return u"CLSID\\" + abi::GuidText(row.identifier); }
+
+String InterfaceKey(const InterfaceRow& row) {
+  return u"Interface\\" + abi::GuidText(row.identifier);
 }
 
-void AddEntriesOf(const ClassRow& row, const String& path, std::vector<Entry>& entries) {
-  const String class_key = u"CLSID\\" + abi::GuidText(row.identifier);
+void Register(const ClassRow& row, const String& path, Changes& changes) {
+  const String key = ClassKey(row);
   const String name = QualifiedName(row);
-  entries.push_back({name, u"", name});
-  entries.push_back({name + u"\\Clsid", u"", abi::GuidText(row.identifier)});
-  entries.push_back({class_key, u"", name});
-  entries.push_back({class_key + u"\\InprocServer32", u"", path});
-  entries.push_back({class_key + u"\\InprocServer32", u"ThreadingModel", u"Apartment"});
-  entries.push_back({class_key + u"\\ProgID", u"", name});
-  entries.push_back({class_key + u"\\TypeLib", u"", LibraryKey()});
-  entries.push_back({class_key + u"\\VERSION", u"", VersionOf(row)});
-  if (row.kind == ClassKind::kGlobal) entries.push_back({class_key + u"\\Global", u"", u""});
+  changes.Set(name, u"", name);
+  changes.Set(name + u"\\Clsid", u"", abi::GuidText(row.identifier));
+  changes.Set(key, u"", name);
+  changes.Set(key + u"\\InprocServer32", u"", path);
+  changes.Set(key + u"\\InprocServer32", u"ThreadingModel", u"Apartment");
+  changes.Set(key + u"\\ProgID", u"", name);
+  changes.Set(key + u"\\TypeLib", u"", LibraryKey());
+  changes.Set(key + u"\\VERSION", u"", VersionText(row.MinorVersion()));
+  if (row.kind == ClassKind::kGlobal) changes.Set(key + u"\\Global", u"", u"");
   for (std::size_t version = 0; version < row.interfaces.size(); ++version) {
-    const String key = u"Interface\\" + abi::GuidText(row.interfaces[version]);
-    entries.push_back({key, u"", InterfaceName(row, version)});
-    entries.push_back({key + u"\\TypeLib", u"", LibraryKey()});
+    const String interface = InterfaceKey(row.interfaces[version]);
+    changes.Set(interface, u"", InterfaceName(row, version));
+    changes.Set(interface + u"\\TypeLib", u"", LibraryKey());
   }
 }
 
-std::vector<Entry> AllEntries() {
-  const String path = OwnPath();
-  std::vector<Entry> entries{{u"TypeLib\\" + LibraryKey(), u"", String(kLibraryName)}};
-  for (const ClassRow& row : Catalogue()) AddEntriesOf(row, path, entries);
-  return entries;
-}
-
-// The registration is put together where it lives in memory only, and taken over in one change, so
-// that nobody ever sees half of it.
-class Draft {
- public:
-  Draft() {
-    Clear();
-    Registry registry;
-    registry.InitAbsolute(HKEY_DYN_DATA, FromAnsi(kPlace));
-    for (const Entry& entry : AllEntries()) {
-      registry.SaveValue(entry.key, entry.name, entry.value, REG_SZ);
-    }
-  }
-  Draft(const Draft&) = delete;
-  Draft& operator=(const Draft&) = delete;
-  ~Draft() { Clear(); }
-
-  void TakeOver() const { RequireDone(SHCopyKeyA(kDynData, kPlace, kClassesRoot, 0)); }
-
- private:
-  static constexpr const char* kPlace = "Quorl.Registration";
-
-  static void Clear() noexcept { SHDeleteKeyA(kDynData, kPlace); }
-};
-
-void Remove(StringView key) {
-  const Int32 code = SHDeleteKeyA(kClassesRoot, ToAnsi(key));
-  if (code != kAbsent) RequireDone(code);
-}
-
-bool IsBare(StringView path) {
-  KeyHandle key = 0;
-  if (RegOpenKeyExA(kClassesRoot, ToAnsi(path), 0, kReadValues, &key) != kDone) return false;
-  Int32 subkeys = 0;
-  Int32 values = 0;
-  const Int32 code = RegQueryInfoKeyA(key, nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr,
-                                      &values, nullptr, nullptr, nullptr, nullptr);
-  RegCloseKey(key);
-  return code == kDone && subkeys == 0 && values == 0;
-}
-
-void RemoveAll() {
-  for (const ClassRow& row : Catalogue()) {
-    for (const String& key : KeysOf(row)) Remove(key);
-  }
-  Remove(u"TypeLib\\" + LibraryKey());
-  // The keys that all components share go with the last one.
-  for (const StringView shared : {u"CLSID", u"Interface", u"TypeLib"}) {
-    if (IsBare(shared)) Remove(shared);
-  }
-}
-
-template <class Work>
-HRESULT AsCode(Work&& work) noexcept {
-  constexpr std::uint32_t kStoreCode = 0x80070000;
-  try {
-    WithinMemory(work);
-    return S_OK;
-  } catch (const RaisedError& error) {
-    const bool is_memory = error.Number() == static_cast<Int32>(FailureNumber::kOutOfMemory);
-    return is_memory ? E_OUTOFMEMORY
-                     : static_cast<HRESULT>(kStoreCode +
-                                            (static_cast<std::uint32_t>(error.Number()) & 0xFFFF));
-  } catch (...) {
-    return E_UNEXPECTED;
-  }
+void Unregister(const ClassRow& row, Changes& changes) {
+  changes.Delete(QualifiedName(row));
+  changes.Delete(ClassKey(row));
+  for (const InterfaceRow& known : row.interfaces) changes.Delete(InterfaceKey(known));
 }
 
 }  // namespace
 
 HRESULT RegisterLibrary() noexcept {
-  static std::mutex one_at_a_time;
-  const std::scoped_lock lock(one_at_a_time);
-  return AsCode([] { Draft().TakeOver(); });
+  return abi::GuardedFunction([] {
+    Changes changes;
+    const String path = OwnPath();
+    changes.Set(u"TypeLib\\" + LibraryKey(), u"", kLibraryName);
+    for (const ClassRow& row : Catalogue()) Register(row, path, changes);
+    changes.Commit();
+    return S_OK;
+  });
 }
 
-HRESULT UnregisterLibrary() noexcept { return AsCode(RemoveAll); }
+HRESULT UnregisterLibrary() noexcept {
+  return abi::GuardedFunction([] {
+    Changes changes;
+    for (const ClassRow& row : Catalogue()) Unregister(row, changes);
+    changes.Delete(u"TypeLib\\" + LibraryKey());
+    // The keys that all components share go with the last one.
+    for (const StringView shared : {u"CLSID", u"Interface", u"TypeLib"}) {
+      changes.Delete(shared, Kind::kDeleteEmptyKey);
+    }
+    changes.Commit();
+    return S_OK;
+  });
+}
 
 }  // namespace quorl::frame

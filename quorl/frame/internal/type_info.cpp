@@ -4,17 +4,15 @@
 #include <new>
 
 #include "quorl/abi/internal/bstr.hpp"
+#include "quorl/abi/internal/guarded.hpp"
 #include "quorl/abi/internal/ref_counted.hpp"
 #include "quorl/abi/internal/values.hpp"
 #include "quorl/frame/internal/class_row.hpp"
-#include "quorl/frame/internal/guarded.hpp"
 #include "quorl/frame/internal/invoke.hpp"
 #include "quorl/frame/internal/listing.hpp"
 
 namespace quorl::frame {
 namespace {
-
-constexpr std::size_t kCommonSlotCount = sizeof(QuorlDispatchTable) / sizeof(void*);
 
 std::uint16_t Small(std::size_t value) { return static_cast<std::uint16_t>(value); }
 
@@ -44,7 +42,7 @@ class TypeInfo final : public abi::Counted<TypeInfo, QuorlTypeInfo> {
     *out = {row.identifier,
             row.CurrentInterface(),
             1,
-            Small(static_cast<std::size_t>(row.MinorVersion())),
+            Small(row.MinorVersion()),
             ClassFlags(row),
             kInterfaceFlags,
             static_cast<std::uint32_t>(row.members.size())};
@@ -77,7 +75,7 @@ class TypeInfo final : public abi::Counted<TypeInfo, QuorlTypeInfo> {
     }
     const TypeRow& type = row.members[index].types.elements[argument];
     const Argument& known = row.members[index].arguments.elements[argument];
-    return Guarded([&] {
+    return abi::GuardedSlot([&] {
       const bool has_default = known.otherwise.kind == DefaultValue::Kind::kNumber ||
                                known.otherwise.kind == DefaultValue::Kind::kText;
       abi::OwnedVariant otherwise(has_default ? DefaultOf(known, type) : Variant(Missing));
@@ -86,6 +84,7 @@ class TypeInfo final : public abi::Counted<TypeInfo, QuorlTypeInfo> {
       out->type = Small(static_cast<std::size_t>(type.type) |
                         (type.by_reference ? unsigned{VT_BYREF} : 0U));
       out->optional = known.IsOptional() ? kTrueAsNumber : Int16{0};
+      return S_OK;
     });
   }
 
@@ -96,9 +95,10 @@ class TypeInfo final : public abi::Counted<TypeInfo, QuorlTypeInfo> {
     const auto found = std::ranges::find_if(
         row.members, [&](const MemberRow& member) { return IdentifierOf(row, member) == id; });
     if (id != -1 && found == row.members.end()) return DISP_E_MEMBERNOTFOUND;
-    const HRESULT code = Guarded([&] {
+    const HRESULT code = abi::GuardedSlot([&] {
       if (name != nullptr) *name = abi::NewBstr(id == -1 ? row.name : found->name);
       if (help != nullptr) *help = abi::NewBstr(id == -1 ? StringView() : found->help);
+      return S_OK;
     });
     if (code != S_OK && name != nullptr) SysFreeString(std::exchange(*name, nullptr));
     return code;

@@ -1,4 +1,4 @@
-#include "quorl/frame/internal/type_names.hpp"
+#include "tools/type_names.hpp"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,9 @@
 
 #include "quorl/runtime/utf.hpp"
 
-namespace quorl::frame {
+namespace quorl::tools {
+
+using namespace frame;
 namespace {
 
 struct Names {
@@ -50,4 +52,4 @@ std::string SlotArgumentType(const TypeRow& type) {
 
 std::string SlotResultType(const TypeRow& type) { return std::string(NamesOf(type).result); }
 
-}  // namespace quorl::frame
+}  // namespace quorl::tools

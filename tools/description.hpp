@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace quorl::frame {
+namespace quorl::tools {
 
 /// The library as interface-definition text, UTF-8.
 std::string TypeDescription();
@@ -11,4 +11,4 @@ std::string TypeDescription();
 /// Enumerations, identifiers and tables of all classes as plain C.
 std::string HeaderTables();
 
-}  // namespace quorl::frame
+}  // namespace quorl::tools

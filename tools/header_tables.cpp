@@ -2,12 +2,14 @@
 #include <sstream>
 
 #include "quorl/frame/internal/catalogue.hpp"
-#include "quorl/frame/internal/description.hpp"
 #include "quorl/frame/internal/enumerations.hpp"
-#include "quorl/frame/internal/type_names.hpp"
 #include "quorl/runtime/utf.hpp"
+#include "tools/description.hpp"
+#include "tools/type_names.hpp"
 
-namespace quorl::frame {
+namespace quorl::tools {
+
+using namespace frame;
 namespace {
 
 std::string Initialiser(const GUID& guid) {
@@ -100,4 +102,4 @@ std::string HeaderTables() {
   return out.str();
 }
 
-}  // namespace quorl::frame
+}  // namespace quorl::tools

@@ -5,17 +5,20 @@
 
 #include "quorl/abi/internal/guid.hpp"
 #include "quorl/frame/internal/catalogue.hpp"
-#include "quorl/frame/internal/description.hpp"
 #include "quorl/frame/internal/enumerations.hpp"
 #include "quorl/frame/internal/identifiers.hpp"
 #include "quorl/frame/internal/listing.hpp"
-#include "quorl/frame/internal/type_names.hpp"
 #include "quorl/runtime/utf.hpp"
+#include "tools/description.hpp"
+#include "tools/type_names.hpp"
 
-namespace quorl::frame {
+namespace quorl::tools {
+
+using namespace frame;
 namespace {
 
-constexpr std::size_t kCommonSlotCount = sizeof(QuorlDispatchTable) / sizeof(void*);
+// An alias that stands for a former version: hidden.
+constexpr std::uint16_t kAliasFlags = 0x10;
 
 // Without its braces.
 std::string Identifier(const GUID& guid) {
@@ -29,10 +32,10 @@ std::string Flags(std::uint16_t flags) {
   return text.str();
 }
 
-std::string Version(std::size_t minor) { return "version(1." + std::to_string(minor) + ")"; }
+std::string Version(std::size_t minor) { return "version(" + Utf8(VersionText(minor)) + ")"; }
 
 std::string CurrentName(const ClassRow& row) {
-  return Utf8(InterfaceName(row, row.interfaces.size() - 1));
+  return Utf8(InterfaceName(row, row.MinorVersion()));
 }
 
 std::string DefaultText(const Argument& argument) {
@@ -82,24 +85,24 @@ std::vector<const MemberRow*> InListingOrder(const ClassRow& row) {
 }
 
 void WriteInterface(std::ostream& out, const ClassRow& row) {
-  out << "\n  [uuid(" << Identifier(row.CurrentInterface()) << "), "
-      << Version(row.interfaces.size() - 1) << ", hidden, dual, nonextensible, automation, "
-      << Flags(kInterfaceFlags) << "]\n  interface " << CurrentName(row) << " : IDispatch {\n";
+  out << "\n  [uuid(" << Identifier(row.CurrentInterface()) << "), " << Version(row.MinorVersion())
+      << ", hidden, dual, nonextensible, automation, " << Flags(kInterfaceFlags)
+      << "]\n  interface " << CurrentName(row) << " : IDispatch {\n";
   for (const MemberRow* member : InListingOrder(row)) WriteMember(out, row, *member);
   out << "  };\n";
 }
 
 void WriteAliases(std::ostream& out, const ClassRow& row) {
-  for (std::size_t version = 0; version + 1 < row.interfaces.size(); ++version) {
-    out << "\n  [uuid(" << Identifier(row.interfaces[version]) << "), " << Version(version)
-        << ", hidden, " << Flags(kAliasFlags) << "]\n  typedef " << CurrentName(row) << " "
-        << Utf8(InterfaceName(row, version)) << ";\n";
+  for (std::size_t version = 0; version < row.MinorVersion(); ++version) {
+    out << "\n  [uuid(" << Identifier(row.interfaces[version].identifier) << "), "
+        << Version(version) << ", hidden, " << Flags(kAliasFlags) << "]\n  typedef "
+        << CurrentName(row) << " " << Utf8(InterfaceName(row, version)) << ";\n";
   }
 }
 
 void WriteClass(std::ostream& out, const ClassRow& row) {
   const bool is_global = row.kind == ClassKind::kGlobal;
-  out << "\n  [uuid(" << Identifier(row.identifier) << "), " << Version(row.interfaces.size() - 1)
+  out << "\n  [uuid(" << Identifier(row.identifier) << "), " << Version(row.MinorVersion())
       << (is_global ? ", appobject, creatable, predeclared, " : ", creatable, ")
       << Flags(ClassFlags(row)) << "]\n  coclass " << Utf8(row.name)
       << " {\n    [default] interface " << CurrentName(row) << ";\n  };\n";
@@ -134,4 +137,4 @@ std::string TypeDescription() {
   return out.str();
 }
 
-}  // namespace quorl::frame
+}  // namespace quorl::tools

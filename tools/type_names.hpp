@@ -5,13 +5,13 @@
 
 #include "quorl/frame/internal/member_row.hpp"
 
-namespace quorl::frame {
+namespace quorl::tools {
 
 /// In interface-definition text.
-std::string DescribedType(const TypeRow& type);
+std::string DescribedType(const frame::TypeRow& type);
 
 /// In plain C: as an argument of a slot, and as what a slot's result pointer points to.
-std::string SlotArgumentType(const TypeRow& type);
-std::string SlotResultType(const TypeRow& type);
+std::string SlotArgumentType(const frame::TypeRow& type);
+std::string SlotResultType(const frame::TypeRow& type);
 
-}  // namespace quorl::frame
+}  // namespace quorl::tools
