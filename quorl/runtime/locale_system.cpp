@@ -1,9 +1,9 @@
 // The locale of the process environment.
 
 #include <langinfo.h>
-#include <locale.h>
 
 #include <array>
+#include <clocale>
 #include <cstdlib>
 #include <string>
 #include <string_view>

@@ -55,7 +55,7 @@ RaisedError::RaisedError(Int32 number, StringView source, StringView description
           Record{number, String(source), String(description),
                  Utf8(source) + " (" + std::to_string(number) + "): " + Utf8(description)})) {
 } catch (const std::bad_alloc&) {
-  throw OutOfMemory();
+  throw RaisedError(OutOfMemory());
 }
 
 Int32 RaisedError::Number() const noexcept { return record_->number; }
@@ -69,7 +69,7 @@ StringView DescriptionOf(FailureNumber number) noexcept {
 }
 
 void Raise(FailureNumber number) {
-  if (number == FailureNumber::kOutOfMemory) throw OutOfMemory();
+  if (number == FailureNumber::kOutOfMemory) throw RaisedError(OutOfMemory());
   throw RaisedError(static_cast<Int32>(number), kRuntimeSource, DescriptionOf(number));
 }
 
