@@ -99,7 +99,7 @@ TEST(DbLibTest, EntriesToFields) {
 TEST(DbLibTest, QuotesAreDoubledUpToTheirLimit) {
   EXPECT_EQ(DbLib::DuplicateQuotte(u""), u"");
   EXPECT_EQ(DbLib::DuplicateQuotte(u"''a'b\u2019'"), u"''''a''b\u2019''");
-  for (const std::size_t place : {32765, 32766, 32767, 32768}) {
+  for (const std::size_t place : {32765U, 32766U, 32767U, 32768U}) {
     const String run(place - 1, u'x');
     EXPECT_EQ(DbLib::DuplicateQuotte(run), run);
     EXPECT_EQ(ResultOf([&] { return Utf8(DbLib::DuplicateQuotte(run + u"'y")); }),

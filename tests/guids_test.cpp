@@ -30,7 +30,10 @@ namespace {
 std::string New() { return Utf8(GUIDs::CreateGUID()); }
 // So many new ones, each for the first time.
 void AddTo(std::set<std::string>& seen, int count) {
-  for (int i = 0; i < count; ++i) ASSERT_TRUE(seen.insert(New()).second);
+  for (int i = 0; i < count; ++i) {
+    const auto [guid, is_new] = seen.insert(New());
+    ASSERT_TRUE(is_new && guid->size() == 38) << *guid;
+  }
 }
 
 TEST(Guids, EveryDigitTakesEachOfItsValuesAndNoOther) {
