@@ -266,7 +266,7 @@ TEST_F(Component, HostsFindRegisteredClasses) {
   RecordingStore failing(store_);
   {
     const ScopedStore guard(failing);
-    for (const std::size_t place : {0, 1, 2}) {
+    for (std::size_t place = 0; place < 3; ++place) {
       GUID none{};
       failing.FailAt(place, kInputOutputFailed);
       EXPECT_EQ(CLSIDFromProgID(u"Quorl.Math", &none), QUORL_CODE(0x800703F8)) << place;
@@ -367,6 +367,10 @@ TEST(ComponentProcess, TheStoreIsChosenBeforeItsFirstUse) {
 
 // ------------------------------------------------------------------------------ look-up
 
+std::vector<std::int64_t> Numbers(auto... numbers) {
+  return {static_cast<std::int64_t>(numbers)...};
+}
+
 TEST_F(Component, TypeInfoTellsTheCatalogue) {
   for (const ClassRow& row : frame::Catalogue()) {
     const auto object = library_.Make(row, IID_IDispatch);
@@ -381,21 +385,19 @@ TEST_F(Component, TypeInfoTellsTheCatalogue) {
     EXPECT_EQ(table.GetTypeAttributes(info.Get(), &attributes), S_OK);
     EXPECT_TRUE(attributes.class_identifier == row.identifier);
     EXPECT_TRUE(attributes.interface_identifier == row.CurrentInterface());
-    EXPECT_EQ((std::vector<std::size_t>{attributes.minor_version, attributes.class_flags,
-                                        attributes.interface_flags, attributes.functions}),
-              (std::vector<std::size_t>{row.interfaces.size() - 1,
-                                        row.kind == frame::ClassKind::kGlobal ? 0xBu : 0x2u, 0x11D0,
-                                        row.members.size()}));
+    const bool is_global = row.kind == frame::ClassKind::kGlobal;
+    EXPECT_EQ(
+        Numbers(attributes.minor_version, attributes.class_flags, attributes.interface_flags,
+                attributes.functions),
+        Numbers(row.interfaces.size() - 1, is_global ? 0xB : 0x2, 0x11D0, row.members.size()));
     for (std::uint32_t i = 0; i < attributes.functions; ++i) {
       const MemberRow& member = row.members[i];
       QuorlFunction function{};
       EXPECT_EQ(table.GetFunction(info.Get(), i, &function), S_OK);
-      EXPECT_EQ((std::vector<std::size_t>{static_cast<std::size_t>(function.id),
-                                          function.invoke_kind, function.table_slot,
-                                          function.listing_place, function.argument_count}),
-                (std::vector<std::size_t>{static_cast<std::size_t>(IdentifierOf(row, member)),
-                                          FlagOf(member.kind), 7 + i, ListingPlaceOf(row, member),
-                                          member.arguments.count}));
+      EXPECT_EQ(Numbers(function.id, function.invoke_kind, function.table_slot,
+                        function.listing_place, function.argument_count),
+                Numbers(IdentifierOf(row, member), FlagOf(member.kind), 7 + i,
+                        ListingPlaceOf(row, member), member.arguments.count));
       BSTR texts[2] = {};
       const char16_t* name = member.name.data();
       std::int32_t id = 0;

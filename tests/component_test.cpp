@@ -179,22 +179,14 @@ TEST_F(Component, WhatIsLeftOutIsTheSameInCppAndByName) {
 
 TEST_F(Component, ArgumentsByNameByPositionAndLeftOut) {
   const auto strings = library_.Make(u"Strings");
-  struct Case {
-    Named named;
-    std::vector<Variant> positional;
-    StringView token;
+  const auto token = [&](const Named& named, std::vector<Variant> positional) {
+    return CallNamed(strings.Get(), u"GETtoken", 1, named, std::move(positional)).value;
   };
-  const Case cases[] = {{{}, {u"a b;c", u";", 2}, u"c"},
-                        {{{2, u"3"}}, {u"a b c"}, u"c"},
-                        {{{2, 2.4}, {0, u"a;b"}, {1, u";"}}, {}, u"b"},
-                        {{}, {u"a b", Missing, 2}, u"b"},
-                        {{{1, Missing}}, {u"a b"}, u"a"}};
-  for (const Case& known : cases) {
-    EXPECT_EQ(CallNamed(strings.Get(), u"GETtoken", 1, known.named, known.positional).value,
-              Variant(known.token));
-  }
-  const auto dates = library_.Make(u"Dates");
-  EXPECT_EQ(CallNamed(dates.Get(), u"IsDateOrEmpty", 3, {}, {Empty}).value, Variant(true));
+  EXPECT_EQ(token({}, {u"a b;c", u";", 2}), Variant(u"c"));
+  EXPECT_EQ(token({{2, u"3"}}, {u"a b c"}), Variant(u"c"));
+  EXPECT_EQ(token({{2, 2.4}, {0, u"a;b"}, {1, u";"}}, {}), Variant(u"b"));
+  EXPECT_EQ(token({}, {u"a b", Missing, 2}), Variant(u"b"));
+  EXPECT_EQ(token({{1, Missing}}, {u"a b"}), Variant(u"a"));
 }
 
 TEST_F(Component, ArgumentsByReferenceAreReadThroughAndWrittenBack) {
@@ -526,29 +518,25 @@ TEST_F(Component, AHostsFailureReachesTheCallerAsItIs) {
     return S_OK;
   };
   struct Case {
-    const char* what;
     decltype(host.failure) answer;
     Failure failure;
   };
   const Case cases[] = {
-      {"a number", record(QUORL_CODE(0x800A1388), 7), {5000, u"Host", u"Rien à faire"}},
-      {"a code", record(E_OUTOFMEMORY, 7), {E_OUTOFMEMORY, u"Host", u"Rien à faire"}},
-      {"the other field", record(0, 1004), {1004, u"Host", u"Rien à faire"}},
-      {"filled later",
-       [](VARIANT*, EXCEPINFO* info) { return info->fill_in = fill_later, DISP_E_EXCEPTION; },
+      {record(QUORL_CODE(0x800A1388), 7), {5000, u"Host", u"Rien à faire"}},
+      {record(E_OUTOFMEMORY, 7), {E_OUTOFMEMORY, u"Host", u"Rien à faire"}},
+      {record(0, 1004), {1004, u"Host", u"Rien à faire"}},
+      {[](VARIANT*, EXCEPINFO* info) { return info->fill_in = fill_later, DISP_E_EXCEPTION; },
        {9, u"", u"plus tard"}},
-      {"no such member", [](VARIANT*, EXCEPINFO*) { return DISP_E_MEMBERNOTFOUND; },
-       RuntimeFailure(438)},
-      {"a result and texts after another code",
-       [&](VARIANT* result, EXCEPINFO* info) {
+      {[](VARIANT*, EXCEPINFO*) { return DISP_E_MEMBERNOTFOUND; }, RuntimeFailure(438)},
+      // A result and texts in spite of another code.
+      {[&](VARIANT* result, EXCEPINFO* info) {
          *result = abi::ToBinary(Variant(u"left behind"));
          return record(0, 0)(result, info), DISP_E_BADPARAMCOUNT;
        },
        {DISP_E_BADPARAMCOUNT, String(kRuntimeSource), u"L'objet appelé a signalé un échec."}},
-      {"a damaged result", [](VARIANT* result, EXCEPINFO*) { return *result = Raw(99), S_OK; },
-       RuntimeFailure(13)},
+      {[](VARIANT* result, EXCEPINFO*) { return *result = Raw(99), S_OK; }, RuntimeFailure(13)},
       // As the object in C++ itself fails.
-      {"no answer of its own", nullptr, {7, u"Host", u"No"}},
+      {nullptr, {7, u"Host", u"No"}},
   };
   host.target->WithFailure(u"ListCount", 7);
   const auto combo = library_.Make(u"ComboBoxEx");
@@ -559,7 +547,7 @@ TEST_F(Component, AHostsFailureReachesTheCallerAsItIs) {
       std::vector<Variant> arguments{abi::ObjectOf(&host), 1};
       EXPECT_EQ(call(combo.Get(), *frame::FindClass(u"ComboBoxEx"), member, arguments),
                 (CallResult{{}, DISP_E_EXCEPTION, known.failure}))
-          << known.what;
+          << &known - cases;
     }
   }
   host.target->Remove(u"ListCount");

@@ -48,10 +48,6 @@ class Library {
   explicit Library(const std::string& path = kComponentPath)
       : handle_(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
     EXPECT_NE(handle_, nullptr) << dlerror();
-    Find(get_class_object, "DllGetClassObject");
-    Find(can_unload_now, "DllCanUnloadNow");
-    Find(register_server, "DllRegisterServer");
-    Find(unregister_server, "DllUnregisterServer");
   }
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
@@ -78,19 +74,19 @@ class Library {
     return Make(row, row.CurrentInterface());
   }
 
-  DllGetClassObjectFunction get_class_object = nullptr;
-  DllCanUnloadNowFunction can_unload_now = nullptr;
-  DllRegisterServerFunction register_server = nullptr;
-  DllUnregisterServerFunction unregister_server = nullptr;
-
- private:
   template <class Function>
-  void Find(Function& function, const char* name) {
-    function = reinterpret_cast<Function>(dlsym(handle_, name));
-    EXPECT_NE(function, nullptr) << name;
+  Function Find(const char* name) const {
+    return reinterpret_cast<Function>(dlsym(handle_, name));
   }
 
-  void* handle_;
+  void* const handle_;
+  const DllGetClassObjectFunction get_class_object =
+      Find<DllGetClassObjectFunction>("DllGetClassObject");
+  const DllCanUnloadNowFunction can_unload_now = Find<DllCanUnloadNowFunction>("DllCanUnloadNow");
+  const DllRegisterServerFunction register_server =
+      Find<DllRegisterServerFunction>("DllRegisterServer");
+  const DllUnregisterServerFunction unregister_server =
+      Find<DllUnregisterServerFunction>("DllUnregisterServer");
 };
 
 /// What a call gave: a value, or a code with the failure's record. Values are compared by type and
@@ -148,37 +144,34 @@ inline std::function<HRESULT(const std::function<HRESULT()>&)> around_call =
 /// reals in registers of their own, VARIANTs on the stack, each in their order, and a callee looks
 /// at those that it knows of.
 struct SlotArguments {
-  std::array<std::int64_t, 5> wholes{};
-  std::array<double, 4> reals{};
-  std::array<VARIANT, 4> variants{};
-  std::size_t whole_count = 0;
-  std::size_t real_count = 0;
-  std::size_t variant_count = 0;
+  std::array<std::int64_t, 5> w{};
+  std::array<double, 4> r{};
+  std::array<VARIANT, 4> v{};
+  std::size_t wholes = 0;
+  std::size_t reals = 0;
+  std::size_t variants = 0;
 
   void Add(VariantType type, const VARIANT& value) {
     if (type == VariantType::kVariant) {
-      variants.at(variant_count++) = value;
+      v.at(variants++) = value;
     } else if (type == VariantType::kDouble || type == VariantType::kDate) {
-      reals.at(real_count++) = value.value.r8;
-    } else if (value.vt == VT_I2 || value.vt == VT_BOOL) {
-      wholes.at(whole_count++) = value.value.i2;
+      r.at(reals++) = value.value.r8;
     } else {
-      wholes.at(whole_count++) = value.value.cy;
+      const bool is_short = value.vt == VT_I2 || value.vt == VT_BOOL;
+      w.at(wholes++) = is_short ? value.value.i2 : value.value.cy;
     }
   }
-  void Add(const void* pointer) {
-    wholes.at(whole_count++) = reinterpret_cast<std::int64_t>(pointer);
-  }
+  void Add(const void* pointer) { w.at(wholes++) = reinterpret_cast<std::int64_t>(pointer); }
   HRESULT Call(QuorlDispatch* self, std::size_t slot) const {
-    HRESULT(*function)
-    (void*, std::int64_t, std::int64_t, std::int64_t, std::int64_t, std::int64_t, double, double,
-     double, double, VARIANT, VARIANT, VARIANT, VARIANT) = nullptr;
+    using W = std::int64_t;
+    using Slot = HRESULT (*)(void*, W, W, W, W, W, double, double, double, double, VARIANT, VARIANT,
+                             VARIANT, VARIANT);
+    Slot function = nullptr;
     std::memcpy(&function, reinterpret_cast<const char*>(self->table) + slot * sizeof(void*),
                 sizeof(function));
     return around_call([&] {
-      return function(self, wholes[0], wholes[1], wholes[2], wholes[3], wholes[4], reals[0],
-                      reals[1], reals[2], reals[3], variants[0], variants[1], variants[2],
-                      variants[3]);
+      return function(self, w[0], w[1], w[2], w[3], w[4], r[0], r[1], r[2], r[3], v[0], v[1], v[2],
+                      v[3]);
     });
   }
 };
