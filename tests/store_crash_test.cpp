@@ -148,6 +148,7 @@ void RunWithFault(std::int64_t call, int error, Int32 code, bool lasting,
     SimulatedFiles lost = others.AfterPowerLoss(draws);
     PersistentStore next(SimulatedFolders(), lost);
     ASSERT_EQ(Load(next, kCurrentUser, "Next", "v"), "1");
+    ASSERT_TRUE(next.TakeReports().empty());
     ASSERT_EQ(ContentOf(store), contents[i]);
     ASSERT_EQ(ContentOn(files), contents[i]) << "in another store";
     // One failure does not keep the change from being taken back for good.
