@@ -4,10 +4,15 @@
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "quorl/registry/registry.hpp"
 #include "quorl/runtime/utf.hpp"
@@ -33,24 +38,32 @@ Registry HostSettings() {
   return settings;
 }
 
-// A persistent store whose one key has so many values, or subkeys, written in one change.
+// A persistent store whose one key has so many values, or subkeys, written in one change, the
+// values in the order of their numbers or in another one.
 class FilledStore {
  public:
-  FilledStore(std::int64_t values, std::int64_t subkeys = 0) {
-    Registry source;
-    source.InitAbsolute(HKEY_DYN_DATA, u"Software\\Maison\\Caisse");
+  FilledStore(std::int64_t values, std::int64_t subkeys = 0, bool shuffled = false) {
+    const std::string key = "Software\\Maison\\Caisse";
+    std::vector<StoreChange> changes;
+    const auto add = [&](const std::string& path, const std::string& name, std::string data) {
+      changes.push_back({.kind = StoreChange::Kind::kSetValue,
+                         .root = kCurrentUser,
+                         .path = path,
+                         .name = name,
+                         .type = 1,
+                         .data = std::move(data)});
+    };
     for (std::int64_t i = 0; i < values; ++i) {
-      source.SaveValue(u"", Utf16(NameOf(i)), u"une valeur");
+      add(key, NameOf(shuffled ? i * 7919 % values : i), std::string("une valeur", 11));
     }
-    for (std::int64_t i = 0; i < subkeys; ++i) {
-      source.SaveValue(Utf16(NameOf(i)), u"v", Int32{1});
-    }
-    KeyHandle root = 0;
-    RegOpenKeyExA(kCurrentUser, "", 0, kAllAccess, &root);
-    if (SHCopyKeyA(kDynData, "", root, 0) != kDone) std::abort();
-    RegCloseKey(root);
+    for (std::int64_t i = 0; i < subkeys; ++i)
+      add(key + '\\' + NameOf(i), "v", std::string(4, '\1'));
+    if (store_.Commit(changes) != kDone) std::abort();
   }
   StoreFolders Folders() const { return folder_.Folders(); }
+  double FileBytes() const {
+    return static_cast<double>(std::filesystem::file_size(folder_.UserHive()));
+  }
 
  private:
   TemporaryFolder folder_;
@@ -58,16 +71,51 @@ class FilledStore {
   ScopedStore guard_{store_};
 };
 
+// Runs `save` for each iteration and shows the median and the slowest call.
+template <class Save>
+void TimeEachCall(benchmark::State& state, Save save) {
+  using Clock = std::chrono::steady_clock;
+  std::vector<double> times;
+  for (auto _ : state) {
+    const auto start = Clock::now();
+    save();
+    times.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
+  }
+  std::ranges::sort(times);
+  state.counters["median_us"] = times[times.size() / 2];
+  state.counters["slowest_us"] = times.back();
+}
+
 void SaveValueDurably(benchmark::State& state) {
   const FilledStore filled(state.range(0));
   Registry settings = HostSettings();
   std::int64_t number = 0;
-  for (auto _ : state) {
+  TimeEachCall(state, [&] {
     ++number;
     settings.SaveValue(u"", Utf16(NameOf(number % 100)), static_cast<Int32>(number));
-  }
+  });
 }
 BENCHMARK(SaveValueDurably)->Arg(100)->Arg(1000)->Arg(100000)->UseRealTime();
+
+// One key with so many values, in the order of their names or in another one.
+void CopyKey(benchmark::State& state) {
+  const FilledStore filled(state.range(0), 0, state.range(1) != 0);
+  KeyHandle root = 0;
+  RegOpenKeyExA(kDynData, "", 0, kAllAccess, &root);
+  for (auto _ : state) {
+    SHCopyKeyA(kCurrentUser, "Software", root, 0);
+    state.PauseTiming();
+    SHDeleteKeyA(kDynData, "");
+    state.ResumeTiming();
+  }
+  RegCloseKey(root);
+}
+BENCHMARK(CopyKey)
+    ->Args({1000, 0})
+    ->Args({1000, 1})
+    ->Args({100000, 0})
+    ->Args({100000, 1})
+    ->Unit(benchmark::kMillisecond);
 
 void GetValueHit(benchmark::State& state) {
   const FilledStore filled(state.range(0));
@@ -95,6 +143,7 @@ void FirstOpen(benchmark::State& state) {
     const ScopedStore guard(store);
     benchmark::DoNotOptimize(settings.GetValue(u"", u"Valeur 1", Variant()));
   }
+  state.counters["bytes_a_value"] = filled.FileBytes() / static_cast<double>(state.range(0));
 }
 BENCHMARK(FirstOpen)->Arg(1000)->Arg(100000)->Unit(benchmark::kMillisecond);
 
@@ -199,10 +248,10 @@ class Database {
 void SqliteSaveDurably(benchmark::State& state) {
   Database database(state.range(0));
   std::int64_t number = 0;
-  for (auto _ : state) {
+  TimeEachCall(state, [&] {
     ++number;
     database.Save(NameOf(number % 100), std::to_string(number));
-  }
+  });
 }
 
 void SqliteGetHit(benchmark::State& state) {

@@ -140,6 +140,15 @@ void RunWithFault(std::int64_t call, int error, Int32 code, bool lasting,
     if (given == kDone) continue;
     ASSERT_TRUE(given == code || code == kDone) << given;
     files.FailNever();
+    // What another process makes durable then is durable, whatever it took for committed.
+    SimulatedFiles others(files);
+    PersistentStore other(SimulatedFolders(), others);
+    ASSERT_EQ(Save(other, kCurrentUser, "Next", "v", "1"), kDone);
+    Random draws(static_cast<std::uint64_t>(call));
+    SimulatedFiles lost = others.AfterPowerLoss(draws);
+    PersistentStore next(SimulatedFolders(), lost);
+    ASSERT_EQ(Load(next, kCurrentUser, "Next", "v"), "1");
+    ASSERT_TRUE(next.TakeReports().empty());
     ASSERT_EQ(ContentOf(store), contents[i]);
     ASSERT_EQ(ContentOn(files), contents[i]) << "in another store";
     // One failure does not keep the change from being taken back for good.

@@ -119,6 +119,8 @@ StoreStatus WriteFreshJournal(const OpenFile& file, Key& root, FreshJournal& fre
   flush(kTransactionHeadBytes);
   const std::uint64_t size = WholeBlocks(position.end + kReserveBytes);
   if (status == kDone) status = file.WriteZeros(size - position.end, position.end);
+  // It takes its place only when it was synced, and counts as confirmed then.
+  Confirm(file, position);
   return status == kDone ? file.Sync() : status;
 }
 
@@ -145,11 +147,18 @@ StoreStatus Append(const OpenFile& file, std::string_view transaction, std::uint
 
 void Confirm(const OpenFile& file, const JournalPosition& position) noexcept {
   try {
-    FileInfo info;
     file.Write(Encoded(Confirmation{.salt = position.salt, .last = position.last}), position.end);
   } catch (const std::bad_alloc&) {
     // The journal is the same without it.
   }
+}
+
+StoreStatus Renew(const OpenFile& file, const JournalPosition& position) {
+  std::string bytes(static_cast<std::size_t>(position.end - position.anchor), '\0');
+  std::size_t got = 0;
+  const StoreStatus status = file.Read(bytes.data(), bytes.size(), position.anchor, got);
+  bytes.resize(got);
+  return status == kDone ? file.Write(bytes, position.anchor) : status;
 }
 
 StoreStatus TakeBack(const OpenFile& file, std::uint64_t bytes, std::uint64_t end) {

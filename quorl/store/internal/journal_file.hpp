@@ -56,6 +56,10 @@ StoreStatus Append(const OpenFile& file, std::string_view transaction, std::uint
 /// Notes, after `Append`, that everything up to `position` is acknowledged. Never fails.
 void Confirm(const OpenFile& file, const JournalPosition& position) noexcept;
 
+/// Writes the last transaction again, as it is. One that is not confirmed may have been read from
+/// memory only, since a sync of it failed: the next sync writes it with the one after it.
+StoreStatus Renew(const OpenFile& file, const JournalPosition& position);
+
 /// Overwrites what a failed `Append` of so many bytes may have left at `end`.
 StoreStatus TakeBack(const OpenFile& file, std::uint64_t bytes, std::uint64_t end);
 

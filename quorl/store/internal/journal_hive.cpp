@@ -271,9 +271,7 @@ void JournalHive::Adopt(OpenFile file, const FileInfo& info, LoadedJournal& load
     damage_ = loaded.report;
     AddReport(std::move(loaded.report));
   }
-  const bool is_same = file_.IsOpen() && info.SameFile(identity_);
-  is_folder_synced_ = is_folder_synced_ && is_same;
-  is_distrusted_ = is_distrusted_ && is_same;
+  is_folder_synced_ = is_folder_synced_ && file_.IsOpen() && info.SameFile(identity_);
   CloseFile();
   content_ = std::move(loaded.tree);
   file_ = std::move(file);
@@ -320,17 +318,20 @@ StoreStatus JournalHive::GetReady(OpenFile& locked, FileInfo& info,
   status = ReadOn(locked, info, following);
   const bool is_unclear =
       following == Following::kOtherJournal || following == Following::kTransaction;
-  if (status == kDone && is_unclear) status = Load(Lock::kHeld);
+  if (status == kDone && is_unclear) {
+    status = Load(Lock::kHeld);
+    if (status == kDone) status = LookAt(locked, position_, following);
+  }
   if (status != kDone) return status;
   const bool has_rest = following == Following::kRest || !ends_cleanly_;
+  const bool is_confirmed = following == Following::kConfirmation || damage_;
   if (damage_) {
     status = Repair(locked, info);
-  } else if (is_distrusted_ && PutInPlace(info, locked, state) == kDone) {
-    // Where it fails, the file is at least as it was before the sync that failed.
   } else if (has_rest) {
     status = locked.Truncate(position_.end);
     ends_cleanly_ = status == kDone;
   }
+  if (status == kDone && !is_confirmed) status = Renew(locked, position_);
   if (status == kDone) status = SyncFolder();
   return status == kDone ? locked.Describe(info) : status;
 }
@@ -364,7 +365,6 @@ StoreStatus JournalHive::Finish(const OpenFile& locked, std::string_view bytes,
   }
   const bool is_taken_back = TakeBack(locked, bytes.size(), end) == kDone;
   const std::lock_guard state(state_);
-  is_distrusted_ = true;
   if (!is_taken_back) failed_ = after;
   return status;
 }
@@ -451,7 +451,6 @@ StoreStatus JournalHive::PutInPlace(const FileInfo& former, OpenFile& locked,
   ends_cleanly_ = true;
   damage_.reset();
   failed_.reset();
-  is_distrusted_ = false;
   is_folder_synced_ = false;
   rewrite_from_ = 0;
   locked = fresh.Release();

@@ -83,9 +83,6 @@ class JournalHive final : public Hive {
   bool is_folder_synced_ = false;  // The file's name is durable.
   // What salvage told of a file that could not be replaced. The content is what could be had.
   std::optional<JournalReport> damage_;
-  // A sync failed: what the file's pages hold is not to be trusted, and the file is written afresh
-  // before the next change.
-  bool is_distrusted_ = false;
   // How far the file goes with a failed change that could not be overwritten. It is not read.
   std::optional<JournalPosition> failed_;
   std::uint64_t rewrite_from_ = 0;  // The length from which a rewriting that failed is tried again.

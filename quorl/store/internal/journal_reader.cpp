@@ -28,7 +28,8 @@ Following WhatFollows(std::string_view bytes, const JournalPosition& position) n
   const auto head = DecodeTransactionHead(bytes);
   if (head && Follows(*head, position)) return Following::kTransaction;
   if (!Confirms(bytes, position)) return Following::kRest;
-  return IsZero(bytes.substr(kConfirmationBytes)) ? Following::kNothing : Following::kRest;
+  const bool is_all = IsZero(bytes.substr(kConfirmationBytes));
+  return is_all ? Following::kConfirmation : Following::kRest;
 }
 
 // The transaction that follows `position`, unless it is not whole or makes no sense.

@@ -60,7 +60,8 @@ struct JournalPosition {
 
 /// What follows a position in a file.
 enum class Following : std::uint8_t {
-  kNothing,       ///< Zeros, with or without a confirmation before them.
+  kConfirmation,  ///< The confirmation of what comes before, and zeros.
+  kNothing,       ///< Zeros alone.
   kTransaction,   ///< The head of the next transaction.
   kRest,          ///< Bytes that never happened.
   kOtherJournal,  ///< This is not the journal any more of which the position is.
