@@ -12,13 +12,14 @@
 #include "quorl/registry/text/reader.hpp"
 #include "quorl/registry/text/writer.hpp"
 #include "quorl/runtime/ansi.hpp"
-#include "quorl/runtime/text_case.hpp"
 #include "quorl/runtime/utf.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
+#include "quorl/store/persistent_store.hpp"
 #include "tests/support/raises.hpp"
 #include "tests/support/random.hpp"
-#include "tests/support/recording_store.hpp"
+#include "tests/support/store_content.hpp"
+#include "tests/support/store_simulated_files.hpp"
 
 namespace quorl {
 
@@ -242,91 +243,138 @@ TEST(RegistryText, ExportedTreeIsImportedTheSame) {
   }
 }
 
-// Everything in the store but what is in memory only, with the values of each key sorted and in
-// lower case: neither the order of values nor the case of names is put back.
-std::string Content() {
-  std::string content;
-  for (const HKeyEnum root : {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-    RegistryText text = ExportRegistry({root, u""});
-    for (RegistryTextKey& key : text) {
-      for (RegistryTextValue& value : key.values) MakeLowerCase(value.name);
-      MakeLowerCase(key.place.path);
-      std::ranges::sort(key.values, {}, &RegistryTextValue::name);
-    }
-    content += WriteRegistryText(text, RegistryTextEncoding::kUtf8);
-  }
-  return content;
-}
-
 RegistryText Text(const std::string& body) {
   return body.empty() ? RegistryText() : ReadRegistryText(kHeader + Quoted(body), u"f");
 }
 
-struct ImportCase {
-  std::string before;
-  std::string change;
-  std::string after;
-  bool is_one_change = false;
-};
+// Imports that were made to fail or were killed.
+std::int64_t imports = 0;
 
-const std::vector<ImportCase>& ImportCases() {
-  static const std::vector<ImportCase> cases{
-      {"", "[HKCU\\A\\B]\n'x'='1'", "[HKCU\\A\\B]\n'x'='1'", true},
+constexpr HKeyEnum kRoots[] = {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE};
+
+// What each of the roots holds.
+std::vector<std::string> Contents() {
+  std::vector<std::string> contents;
+  for (const HKeyEnum root : kRoots) {
+    contents.push_back(WriteRegistryText(ExportRegistry({root, u""}), RegistryTextEncoding::kUtf8));
+  }
+  return contents;
+}
+
+std::vector<std::string> ContentsAfter(const std::vector<RegistryText>& texts) {
+  MemoryStore store;
+  const ScopedStore guard(store);
+  for (const RegistryText& text : texts) ImportRegistry(text);
+  return Contents();
+}
+
+// Imports `change` with a fault at the `n`-th call; false when there is no such call. Whatever
+// another process finds then is the old content or, as far as roots were reached, the new one.
+enum class Fault { kOnce, kFromThenOn, kKill };
+bool ImportWith(Fault fault, std::int64_t n, const SimulatedFiles& disk, const RegistryText& change,
+                const std::vector<std::string>& before, const std::vector<std::string>& after) {
+  SimulatedFiles files(disk);
+  files.CutPowerAt(fault == Fault::kKill ? n : INT64_MAX);
+  if (fault != Fault::kKill) files.Fail(n, ENOSPC, fault == Fault::kFromThenOn);
+  Failure failure;
+  {
+    PersistentStore store(SimulatedFolders(), files);
+    const ScopedStore guard(store);
+    failure = FailureOf([&] { ImportRegistry(change); });
+  }
+  const bool was_reached = n < (fault == Fault::kKill ? files.Changes() : files.Calls());
+  EXPECT_TRUE(failure == Failure{} || failure.source == u"qlWinRegistry");
+  EXPECT_TRUE(was_reached || failure == Failure{});
+  SimulatedFiles left(files);
+  PersistentStore store(SimulatedFolders(), left);
+  const ScopedStore guard(store);
+  const std::vector<std::string> found = Contents();
+  EXPECT_TRUE(failure != Failure{} || found == after);
+  bool may_be_new = true;
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    EXPECT_TRUE(found[i] == before[i] || (may_be_new && found[i] == after[i])) << found[i];
+    may_be_new = may_be_new && found[i] == after[i];
+  }
+  return was_reached;
+}
+
+void ImportWithEveryFault(const RegistryText& former, const RegistryText& change) {
+  const std::vector<std::string> before = ContentsAfter({former});
+  const std::vector<std::string> after = ContentsAfter({former, change});
+  SimulatedFiles disk;
+  PersistentStore store(SimulatedFolders(), disk);
+  const ScopedStore guard(store);
+  ImportRegistry(former);
+  for (const Fault fault : {Fault::kOnce, Fault::kFromThenOn, Fault::kKill}) {
+    std::int64_t n = 0;
+    while (ImportWith(fault, n, disk, change, before, after) && !testing::Test::HasFailure()) ++n;
+    EXPECT_FALSE(testing::Test::HasFailure()) << "fault " << int(fault) << " at " << n;
+    imports += n;
+  }
+  // A disk with room for so much more takes all or nothing, over all roots.
+  for (std::uint64_t room = 0, done = 0; done == 0; room += 40, ++imports) {
+    SimulatedFiles files(disk);
+    files.LimitRoom(room);
+    PersistentStore full(SimulatedFolders(), files);
+    const ScopedStore full_guard(full);
+    const Failure failure = FailureOf([&] { ImportRegistry(change); });
+    EXPECT_TRUE(failure == Failure{} || failure.number == kDiskFull) << room;
+    EXPECT_EQ(Contents(), failure == Failure{} ? after : before) << room;
+    done = failure == Failure{};
+  }
+}
+
+TEST(RegistryImport, IsAppliedWholeOrLeavesTheFormerContent) {
+  const struct {
+    std::string before, change, after;
+  } cases[] = {
+      {"", "[HKCU\\A\\B]\n'x'='1'", "[HKCU\\A\\B]\n'x'='1'"},
       {"[HKCU\\A]\n'x'='0'\n'y'='0'", "[HKCU\\a]\n'X'='1'\n@='2'\n[HKCU\\C\\D]",
-       "[HKCU\\A]\n'x'='1'\n'y'='0'\n@='2'\n[HKCU\\C\\D]", true},
+       "[HKCU\\A]\n'x'='1'\n'y'='0'\n@='2'\n[HKCU\\C\\D]"},
       {"[HKCU\\A]\n'x'='0'\n'y'='0'", "[HKCU\\A]\n'X'=-\n'z'=-\n[HKCU\\B]\n'q'=-",
        "[HKCU\\A]\n'y'='0'\n[HKCU\\B]"},
       {"[HKCU\\A\\B]\n'x'='0'\n[HKCU\\C]", "[-HKCU\\a]\n[-HKCU\\absent\\key]", "[HKCU\\C]"},
       {"[HKCU\\A\\B]\n'x'='0'", "[-HKCU\\A]\n[HKCU\\A\\B]\n'y'='1'", "[HKCU\\A\\B]\n'y'='1'"},
       {"[HKCU\\A\\B]\n'x'='0'", "[HKCU\\A\\C]\n'y'='1'\n[-HKCU\\A\\C]", "[HKCU\\A\\B]\n'x'='0'"},
       {"[HKCU\\A]\n'x'='0'", "[HKCU\\A]\n'x'='1'\n'x'=-\n'y'=-\n'y'='1'", "[HKCU\\A]\n'y'='1'"},
+      {"[HKCU\\V]", "[-HKCU\\V]\n[HKCU\\N]\n'n'='1'\n[-HKEY_DYN_DATA\\Quorl]",
+       "[HKCU\\N]\n'n'='1'"},
       {"[HKCU\\A]\n'x'='0'\n[HKCU\\D]\n'o'='0'\n[HKLM\\A]\n'x'='0'\n[HKLM\\B\\C]\n'v'='0'",
-       "[HKCU\\A]\n'x'='1'\n'y'='1'\n[HKLM\\A]\n'x'=-\n'n'='1'\n[-HKLM\\B]\n[HKLM\\B\\D\\E]\n'v'='"
-       "1'\n[HKCR]\n@='1'\n[HKCR\\N\\K]\n[-HKCU\\D]\n[HKCU\\D]\n'n'='1'",
-       "[HKCR]\n@='1'\n[HKCR\\N\\K]\n[HKCU\\A]\n'x'='1'\n'y'='1'\n[HKCU\\D]\n'n'='1'\n[HKLM\\A]\n'"
-       "n'='1'\n[HKLM\\B\\D\\E]\n'v'='1'"},
-  };
-  return cases;
-}
-
-std::string ContentOf(const std::string& body) {
-  MemoryStore store;
-  const ScopedStore guard(store);
-  ImportRegistry(Text(body));
-  return Content();
-}
-
-// The n-th call of the store fails, for every n, once and from then on, up to the whole import.
-TEST(RegistryImport, IsAppliedWholeOrLeavesTheFormerContent) {
-  for (const ImportCase& c : ImportCases()) {
-    const std::string before = ContentOf(c.before);
-    const std::string after = ContentOf(c.after);
-    for (const bool lasting : {false, true}) {
-      bool is_done = false;
-      for (std::size_t n = 0; !is_done; ++n) {
-        MemoryStore memory;
-        RecordingStore store(memory);
-        const ScopedStore guard(store);
-        ImportRegistry(Text(c.before));
-        lasting ? store.FailFrom(n, kDiskFull) : store.FailAt(n, kDiskFull);
-        const Failure failure = FailureOf([&] { ImportRegistry(Text(c.change)); });
-        is_done = store.Calls().size() <= n;
-        store.FailNever();
-        const std::string where = c.change + "\nat " + std::to_string(n) + (lasting ? " on" : "");
-        EXPECT_EQ(memory.OpenKeyCount(), 0) << where;
-        const bool is_told = failure.description.find(u"n'a pas pu être remis") != String::npos;
-        EXPECT_TRUE(lasting || !is_told) << where;
-        EXPECT_TRUE(failure == Failure{} ||
-                    (failure.number == kDiskFull && failure.source == u"qlWinRegistry"))
-            << where;
-        if (is_told && !c.is_one_change) continue;
-        EXPECT_EQ(Content(), failure == Failure{} ? after : before) << where;
-        if (!is_done) continue;
-        EXPECT_EQ(failure, Failure{}) << where;
-        EXPECT_EQ(ExportRegistry({HKEY_DYN_DATA, u"Quorl\\Import"}).size(), 1U) << where;
-      }
-    }
+       "[HKCU\\A]\n'x'='1'\n'y'='1'\n[HKLM\\A]\n'x'=-\n'n'='1'\n[-HKLM\\B]\n[HKLM\\B\\D\\E]\n'v'="
+       "'1'\n[HKCR]\n@='1'\n[HKCR\\N\\K]\n[-HKCU\\D]\n[HKCU\\D]\n'n'='1'",
+       "[HKCR]\n@='1'\n[HKCR\\N\\K]\n[HKCU\\A]\n'x'='1'\n'y'='1'\n[HKCU\\D]\n'n'='1'\n[HKLM\\A]\n"
+       "'n'='1'\n[HKLM\\B\\D\\E]\n'v'='1'"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.change);
+    EXPECT_EQ(ContentsAfter({Text(c.before), Text(c.change)}), ContentsAfter({Text(c.after)}));
+    ImportWithEveryFault(Text(c.before), Text(c.change));
   }
+}
+
+// Random imports into random content, over all roots.
+TEST(RegistryImport, OfRandomTextsIsAppliedWholeOrNotAtAll) {
+  Random random(31);
+  const auto text = [&](bool deletes) {
+    RegistryText sections;
+    for (std::int64_t left = random.Whole(1, 12); left > 0; --left) {
+      RegistryTextKey key{{kRoots[random.Whole(0, 2)], u"K"}, false, {}};
+      for (std::int64_t levels = random.Whole(0, 3); levels > 0; --levels)
+        key.place.path += random.Whole(0, 1) == 0 ? u"\\a" : u"\\b";
+      key.is_deletion = deletes && random.Whole(0, 3) == 0;
+      for (std::int64_t values = key.is_deletion ? 0 : random.Whole(0, 3); values > 0; --values) {
+        const std::string data(static_cast<std::size_t>(random.Whole(0, 300)), 'd');
+        key.values.push_back({random.Text(u"xyz", 1), deletes && random.Whole(0, 2) == 0, 3, data});
+      }
+      sections.push_back(std::move(key));
+    }
+    return sections;
+  };
+  const int rounds = LongSweeps() ? 200 : 4;
+  for (int i = 0; i < rounds && !HasFailure(); ++i) {
+    const RegistryText former = text(false);
+    ImportWithEveryFault(former, text(true));
+  }
+  RecordProperty("imports", std::to_string(imports));
 }
 
 }  // namespace
