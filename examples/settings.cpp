@@ -44,7 +44,6 @@ constexpr std::string_view kHelp =
     R"(usage: settings COMMAND ARGUMENTS
 
 Looks at the settings that programs keep in the registry, and repairs them.
-
   list KEY                     the values and subkeys of a key
   get KEY NAME                 one value
   set KEY NAME VALUE [TYPE]    writes a value; TYPE is sz, dword or binary
@@ -59,7 +58,9 @@ HKLM, HKU, HKCC and their full names. '' is the NAME of the value without one.
 A dword is decimal or 0x and hexadecimal, a binary is pairs of hex digits. The
 FILE - is standard output or input; files are in the registry text format,
 UTF-16 unless --utf8 is given. With --replace, characters that the registry has
-no place for become '?'; without it, they make the file a bad one.
+no place for become '?'; without it, they make the file a bad one. An import is
+one durable change of each root, from HKCR to HKCC; only if the disk breaks or
+the program is killed between two roots, the later ones are left: import again.
 
 Exit status: 0 done, 1 refused, absent or damaged, 2 wrong command line.
 )";
@@ -348,21 +349,26 @@ void Tell(std::ostream& out, const JournalLoss& loss) {
   out << '\n';
 }
 
+// In the store's words, without their line end.
+std::string Sentence(Int32 code) {
+  const StringView sentence = SentenceOf(code);
+  return Utf8(sentence.substr(0, sentence.find(u'\r')));
+}
+
 void Tell(std::ostream& out, const JournalReport& report) {
   out << report.path << ": ";
   if (report.status != kDone) {
-    out << Utf8(SentenceOf(report.status).substr(0, SentenceOf(report.status).find(u'\r'))) << '\n';
+    out << Sentence(report.status) << '\n';
     return;
   }
   out << report.records << " intact records, " << (report.Damaged() ? "DAMAGED" : "no damage")
       << '\n';
   for (const JournalLoss& loss : report.losses) Tell(out, loss);
   if (report.rewriting != kDone) {
-    out << "  it grows because it cannot be written afresh: "
-        << Utf8(SentenceOf(report.rewriting).substr(0, SentenceOf(report.rewriting).find(u'\r')))
-        << '\n';
+    out << "  it grows because it cannot be written afresh: " << Sentence(report.rewriting) << '\n';
   }
-  if (!report.kept_as.empty()) out << "  the damaged file is kept as " << report.kept_as << '\n';
+  if (report.kept_as.empty()) return;
+  out << "  the damaged file is quarantined as " << report.kept_as << '\n';
 }
 
 bool Verify(const PersistentStore& store, StoreRoot root) {
@@ -370,7 +376,7 @@ bool Verify(const PersistentStore& store, StoreRoot root) {
   const bool is_there = report.status != kAbsent;
   if (is_there) Tell(std::cout, report);
   for (const JournalReport& kept : store.VerifyQuarantined(root)) {
-    std::cout << "kept aside: ";
+    std::cout << "quarantined: ";
     Tell(std::cout, kept);
   }
   return !is_there || (report.status == kDone && !report.Damaged());
@@ -450,7 +456,7 @@ int main(int count, char** values) {
   ChooseStore(std::move(store));
   const std::vector<std::string> arguments(values + std::min(count, 1), values + count);
   const int status = RunReported(arguments);
-  // Damage that the command came upon was repaired as far as possible; the person is to know.
+  // Damage that the command found was repaired as far as possible; the person is to know.
   for (const JournalReport& report : persistent_store->TakeReports()) Tell(std::cerr, report);
   return status;
 }
