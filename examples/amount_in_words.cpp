@@ -1,5 +1,5 @@
 // A host of the library: writes amounts in words, from the command line or from a CSV file of
-// invoices. `--help` says how. Everything that is read or written is UTF-8.
+// invoices. `--help` says how. Everything that is written is UTF-8.
 
 #include <unistd.h>
 
@@ -12,19 +12,22 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
-#include <fstream>
 #include <iostream>
-#include <limits>
 #include <map>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "quorl/money/money.hpp"
+#include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/locale.hpp"
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/raised_error.hpp"
+#include "quorl/runtime/text_case.hpp"
 #include "quorl/runtime/utf.hpp"
 
 namespace {
@@ -50,15 +53,17 @@ Options:
   --subunit, --subunits   the same for its sub-unit
   --kind 0|1|2            gender of the names: FR un, une; DE eins, ein, eine
   --decimals 0..9         power of ten of the sub-unit (your own: else 2)
+  --, -h                  nothing but amounts follows; this help
 Amounts: a sign, digits, at most four decimals. Blanks and apostrophes group
 thousands. Of "," and ".": where both stand, the last is the decimal mark and
 the other groups; one that stands alone and once is the decimal mark (1,234 is
 a little above 1); one that stands more than once groups. Groups have three
 digits: "1 234,56", "1.234,56", "1'234.56" and 1234.56 are the same amount.
-Files: a line an invoice with reference, date, amount, currency and language,
-"," or ";" or tabs between (the first line tells), quotes around a field that
-needs them. A first line whose amount has no digit is a heading. What cannot
-be written is told on standard error as file:line: message.
+Files: a line an invoice with reference, date, amount, currency and language;
+tabs, ";" or "," between, as a line "sep=;" or else the first one tells; quotes
+around a field that needs them; UTF-8, UTF-16 with a mark or Windows-1252. A
+first line without a digit in its amount and without a currency is a heading.
+What cannot be written is told on standard error as file:line: message.
 Exit status: 0; 1 when something could not be read; 2 for a wrong option.
 )";
 
@@ -282,14 +287,22 @@ void Print(std::string_view text) {
   Require(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
 }
 
-// A file's text must not command the terminal.
+// A file's text must not command the terminal: a picture stands for each control character.
 String Printable(StringView text) {
   String shown(text);
   for (char16_t& unit : shown) {
-    const bool control = unit < u' ' || (unit >= u'\u007F' && unit < u'\u00A0');
-    if (control) unit = u'\uFFFD';
+    if (unit < u' ') unit = static_cast<char16_t>(u'\u2400' + unit);
+    if (unit >= u'\u007F' && unit < u'\u00A0') unit = u'\u2421';
   }
   return shown;
+}
+
+std::string Printable(const std::string& text) { return Utf8(Printable(Utf16(text))); }
+
+// On standard error, after what was printed before it.
+void TellPerson(const std::string& message) {
+  Require(std::fflush(stdout) == 0);
+  std::cerr << Printable(message) + "\n";
 }
 
 // Columns of a terminal.
@@ -328,6 +341,107 @@ class Progress {
   bool shown_ = false;
 };
 
+// --- Files of text ---
+
+// Reads a file of any length line by line. It is UTF-16 if it begins with a mark, else UTF-8, else
+// from its first line that is no UTF-8 on Windows-1252, unless it has shown itself UTF-8 before.
+class TextFile {
+ public:
+  explicit TextFile(std::FILE* file) : file_(file) {
+    for (int byte = 0; ahead_.size() < 3 && (byte = ReadByte()) != EOF;) {
+      ahead_ += static_cast<char>(byte);
+    }
+    for (const auto& [mark, encoding] : kMarks) {
+      if (!std::string_view(ahead_).starts_with(mark)) continue;
+      ahead_.erase(0, mark.size());
+      encoding_ = encoding;
+      break;
+    }
+  }
+
+  // Why it cannot be read further, empty when it can.
+  std::string Failure() const { return error_ == 0 ? std::string() : std::strerror(error_); }
+
+  // The next line without its end, LF, CR LF or CR; false at the end. Throws a Problem for a line
+  // that cannot be read; those after it still can.
+  bool Next(String& line) {
+    line.clear();
+    bool too_long = false;
+    int unit = NextUnit();
+    if (unit == '\n' && after_return_) unit = NextUnit();
+    if (unit == EOF) return false;
+    for (; unit != EOF && unit != '\n' && unit != '\r'; unit = NextUnit()) {
+      too_long = too_long || line.size() == kLongestLine / UnitSize();
+      if (!too_long) line += static_cast<char16_t>(unit);
+    }
+    after_return_ = unit == '\r';
+    if (too_long) throw Problem("line longer than " + std::to_string(kLongestLine) + " bytes");
+    Decode(line);
+    return true;
+  }
+
+ private:
+  enum class Encoding { kUnknown, kUtf8, kWindows1252, kUtf16, kSwappedUtf16 };
+  static constexpr std::array<std::pair<std::string_view, Encoding>, 3> kMarks{
+      {{"\xEF\xBB\xBF", Encoding::kUtf8},
+       {"\xFF\xFE", Encoding::kUtf16},
+       {"\xFE\xFF", Encoding::kSwappedUtf16}}};
+  static constexpr std::size_t kLongestLine = 65536;
+
+  std::size_t UnitSize() const { return encoding_ >= Encoding::kUtf16 ? 2 : 1; }
+
+  int ReadByte() {
+    const int byte = std::getc(file_);
+    if (byte == EOF && std::ferror(file_) != 0) error_ = errno;
+    return byte;
+  }
+  int NextByte() {
+    if (ahead_.empty()) return ReadByte();
+    const auto byte = static_cast<unsigned char>(ahead_.front());
+    ahead_.erase(0, 1);
+    return byte;
+  }
+  int NextUnit() {
+    const int first = NextByte();
+    if (first == EOF || UnitSize() == 1) return first;
+    const int second = NextByte();
+    half_ = second == EOF;
+    if (half_) return 0;
+    return encoding_ == Encoding::kUtf16 ? first | second << 8 : first << 8 | second;
+  }
+
+  // Of a line of bytes, its text.
+  void Decode(String& line) {
+    if (half_) throw Problem("the file ends in the middle of a character");
+    if (line.find(u'\0') != String::npos) throw Problem("a zero byte: this is no file of text");
+    if (UnitSize() == 2) {
+      if (Utf16(Utf8(line)) != line) throw Problem("half a character");
+      return;
+    }
+    const std::string bytes(line.begin(), line.end());
+    if (std::ranges::all_of(line, [](char16_t unit) { return unit < u'\u0080'; })) return;
+    if (encoding_ != Encoding::kWindows1252) {
+      line = Utf16(bytes);
+      if (Utf8(line) == bytes) {
+        encoding_ = Encoding::kUtf8;
+        return;
+      }
+      if (encoding_ == Encoding::kUtf8) throw Problem("a character that is no UTF-8");
+    }
+    line = quorl::FromAnsi(bytes);
+    const auto is_control = [](char16_t unit) { return unit >= u'\u0080' && unit < u'\u00A0'; };
+    if (std::ranges::any_of(line, is_control)) throw Problem("neither UTF-8 nor Windows-1252");
+    encoding_ = Encoding::kWindows1252;
+  }
+
+  std::FILE* file_;
+  std::string ahead_;
+  Encoding encoding_ = Encoding::kUnknown;
+  bool after_return_ = false;
+  bool half_ = false;
+  int error_ = 0;
+};
+
 // --- Files of invoices ---
 
 constexpr std::size_t kFields = 5;
@@ -357,11 +471,31 @@ std::vector<String> FieldsOf(StringView line, char16_t separator) {
   return fields;
 }
 
+constexpr StringView kSeparators = u"\t;,";
+
+// The first of the separators that stands outside quotes.
 char16_t SeparatorOf(StringView first_line) {
-  for (const char16_t separator : {u'\t', u';'}) {
-    if (first_line.find(separator) != StringView::npos) return separator;
+  String outside;
+  bool quoted = false;
+  for (const char16_t unit : first_line) {
+    if (unit == u'"') quoted = !quoted;
+    if (!quoted) outside += unit;
+  }
+  for (const char16_t separator : kSeparators) {
+    if (outside.find(separator) != String::npos) return separator;
   }
   return u',';
+}
+
+// Of a line such as "sep=;", 0 for any other.
+char16_t NamedSeparator(StringView line) {
+  constexpr StringView kName = u"sep=";
+  if (!quorl::EqualsIgnoringCase(line.substr(0, kName.size()), kName)) return u'\0';
+  const StringView named = line.substr(kName.size());
+  if (named.size() != 1 || kSeparators.find(named) == StringView::npos) {
+    Refuse("unknown separator", named);
+  }
+  return named.front();
 }
 
 struct Row {
@@ -389,31 +523,32 @@ void PrintInvoice(std::vector<String> fields) {
 }
 
 bool IsHeading(const std::vector<String>& fields) {
-  return fields.size() < 3 || fields[2].find_first_of(kDigits) == StringView::npos;
+  const auto is_currency = [&](const Names& names) { return names.currency == fields[3]; };
+  return fields.size() == kFields && fields[2].find_first_of(kDigits) == String::npos &&
+         std::ranges::none_of(kNames, is_currency);
 }
 
 // Reads a file line by line; what is wrong with one line leaves the others as they are.
 class InvoiceFile {
  public:
-  InvoiceFile(std::istream& in, std::string name) : in_(in), name_(std::move(name)) {}
+  InvoiceFile(std::FILE* file, std::string name) : file_(file), name_(std::move(name)) {}
 
   // True if every line was written.
   bool Print() {
+    if (!file_.Failure().empty()) return Tell(file_.Failure());
     PrintHeading();
-    for (String line; Next(line);) {
+    for (bool more = true; more;) {
+      ++number_;
       progress_.At(number_);
-      const std::string problem = ProblemOf([&] { PrintLine(line); });
+      const std::string problem = ProblemOf([&] { more = PrintNext(); });
       if (!problem.empty()) Tell(problem);
     }
     progress_.Hide();
     Require(std::fflush(stdout) == 0);
-    if (in_.bad()) Tell("cannot be read further");
-    return good_;
+    return file_.Failure().empty() ? good_ : Tell(file_.Failure());
   }
 
  private:
-  static constexpr std::size_t kLongestLine = 65536;
-
   static void PrintHeading() {
     PrintRow({u"Reference", u"Date", u"Amount", u"", u"", "In words"});
     const String rule(kFiguresWidth, u'-');
@@ -422,54 +557,42 @@ class InvoiceFile {
               all.substr(0, kCodeWidth), all.substr(0, kCodeWidth), Utf8(all)});
   }
 
-  // The next line in `line`; a longer one than fits is told and passed over.
-  bool Next(String& line) {
-    while (in_.getline(buffer_.data(), kLongestLine) || in_.gcount() > 0) {
-      ++number_;
-      const bool too_long = in_.fail();
-      if (!too_long) {
-        const auto size = static_cast<std::size_t>(in_.gcount()) - (in_.eof() ? 0 : 1);
-        line = Utf16(std::string_view(buffer_.data(), size));
-        return true;
-      }
-      in_.clear();
-      in_.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
-      Tell("line longer than " + std::to_string(kLongestLine) + " bytes");
-    }
-    return false;
-  }
-
-  void PrintLine(StringView line) {
-    if (number_ == 1 && line.starts_with(u'\uFEFF')) line.remove_prefix(1);
-    if (line.ends_with(u'\r')) line.remove_suffix(1);
-    if (WithoutBlanks(line).empty()) return;
-    const bool first = separator_ == u'\0';
-    if (first) separator_ = SeparatorOf(line);
+  bool PrintNext() {
+    String line;
+    if (!file_.Next(line)) return false;
+    if (WithoutBlanks(line).empty()) return true;
+    if (number_ == 1) separator_ = NamedSeparator(line);
+    if (number_ == 1 && separator_ != u'\0') return true;
+    if (separator_ == u'\0') separator_ = SeparatorOf(line);
     std::vector<String> fields = FieldsOf(line, separator_);
-    if (!first || !IsHeading(fields)) PrintInvoice(std::move(fields));
+    const bool may_be_heading = std::exchange(is_first_, false);
+    if (!may_be_heading || !IsHeading(fields)) PrintInvoice(std::move(fields));
+    return true;
   }
 
-  void Tell(const std::string& message) {
+  bool Tell(const std::string& message) {
     progress_.Hide();
-    good_ = false;
-    std::cerr << name_ + ":" + std::to_string(number_) + ": " + Utf8(Printable(Utf16(message))) +
-                     "\n";
+    std::string place = name_;
+    if (number_ > 0) place.append(":").append(std::to_string(number_));
+    TellPerson(place + ": " + message);
+    return good_ = false;
   }
 
-  std::istream& in_;
+  TextFile file_;
   std::string name_;
-  std::vector<char> buffer_ = std::vector<char>(kLongestLine);
   std::size_t number_ = 0;
   char16_t separator_ = u'\0';
+  bool is_first_ = true;
   bool good_ = true;
   Progress progress_;
 };
 
 bool PrintFile(const std::string& name) {
-  if (name == "-") return InvoiceFile(std::cin, name).Print();
-  std::ifstream in(name);
-  if (in) return InvoiceFile(in, name).Print();
-  std::cerr << "amount_in_words: " + name + ": " + std::strerror(errno) + "\n";
+  if (name == "-") return InvoiceFile(stdin, name).Print();
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(name.c_str(), "rb"),
+                                                             std::fclose);
+  if (file != nullptr) return InvoiceFile(file.get(), name).Print();
+  TellPerson("amount_in_words: " + name + ": " + std::strerror(errno));
   return false;
 }
 
@@ -477,113 +600,127 @@ bool PrintFile(const std::string& name) {
 
 class Options {
  public:
-  explicit Options(const std::vector<String>& arguments) {
+  explicit Options(const std::vector<std::string>& arguments) {
     for (auto at = arguments.begin(); at != arguments.end(); ++at) {
-      if (*at == u"--help") {
+      if (*at == "--help" || *at == "-h") {
         help_ = true;
-      } else if (*at == u"-") {
-        values_[u"--file"] = *at;
+      } else if (*at == "--") {
+        amounts_.insert(amounts_.end(), at + 1, arguments.end());
+        break;
+      } else if (*at == "-") {
+        SetValue("--file", *at);
       } else if (IsAmount(*at)) {
         amounts_.push_back(*at);
-      } else if (const std::size_t equals = at->find(u'='); equals != String::npos) {
-        ValueOf(at->substr(0, equals)) = at->substr(equals + 1);
+      } else if (const std::size_t equals = at->find('='); equals != std::string::npos) {
+        SetValue(at->substr(0, equals), at->substr(equals + 1));
+      } else if (at + 1 != arguments.end() || !IsNamed(*at)) {
+        SetValue(*at, at + 1 == arguments.end() ? "" : *(at + 1));
+        ++at;
       } else {
-        String& value = ValueOf(*at);
-        if (at + 1 == arguments.end()) Refuse<WrongUsage>("value missing after", *at);
-        value = *++at;
+        Refuse<WrongUsage>("value missing after", Utf16(*at));
       }
     }
   }
 
   bool Help() const { return help_; }
-  const std::vector<String>& Amounts() const { return amounts_; }
+  const std::vector<std::string>& Amounts() const { return amounts_; }
   std::size_t Count() const { return values_.size(); }
-  bool Has(const char16_t* name) const { return values_.contains(name); }
-  String Value(const char16_t* name, StringView otherwise = u"") const {
+  bool Has(const char* name) const { return values_.contains(name); }
+  // As it was typed.
+  const std::string& File() const { return values_.at("--file"); }
+  String Value(const char* name, StringView otherwise = u"") const {
     const auto found = values_.find(name);
-    return found != values_.end() ? found->second : String(otherwise);
+    if (found == values_.end()) return String(otherwise);
+    String text = Utf16(found->second);
+    if (Utf8(text) != found->second) Refuse<WrongUsage>(name + std::string(" is no UTF-8:"), text);
+    return text;
   }
   // A value of one digit from 0 to `highest`.
-  Int16 Digit(const char16_t* name, char16_t highest) const {
+  Int16 Digit(const char* name, char16_t highest) const {
     const String text = Value(name);
     if (text.size() != 1 || text[0] < u'0' || text[0] > highest) {
-      Refuse<WrongUsage>("wrong value for " + Utf8(name) + ":", text);
+      Refuse<WrongUsage>(std::string("wrong value for ") + name + ":", text);
     }
     return static_cast<Int16>(text[0] - u'0');
   }
 
  private:
-  static constexpr std::array<StringView, 9> kNamed{u"--file",     u"--language", u"--currency",
-                                                    u"--unit",     u"--units",    u"--subunit",
-                                                    u"--subunits", u"--kind",     u"--decimals"};
+  static constexpr std::array<std::string_view, 9> kNamed{"--file",     "--language", "--currency",
+                                                          "--unit",     "--units",    "--subunit",
+                                                          "--subunits", "--kind",     "--decimals"};
+
+  static bool IsNamed(std::string_view name) {
+    return std::ranges::find(kNamed, name) != kNamed.end();
+  }
 
   // "-5" and "-,50" are amounts, "-five" is an option.
-  static bool IsAmount(StringView argument) {
-    if (!argument.starts_with(u'-')) return true;
-    const StringView next = argument.substr(1, 1);
-    return kDigits.find(next) != StringView::npos || kMarks.find(next) != StringView::npos;
+  static bool IsAmount(std::string_view argument) {
+    return !argument.starts_with('-') ||
+           (argument.size() > 1 &&
+            std::string_view("0123456789,.").find(argument[1]) != std::string_view::npos);
   }
 
-  String& ValueOf(const String& name) {
-    if (std::ranges::find(kNamed, name) == kNamed.end()) {
-      Refuse<WrongUsage>("unknown option", name);
-    }
-    return values_[name];
+  void SetValue(const std::string& name, const std::string& value) {
+    if (!IsNamed(name)) Refuse<WrongUsage>("unknown option", Utf16(name));
+    if (!values_.emplace(name, value).second) Refuse<WrongUsage>("twice:", Utf16(name));
   }
 
-  std::map<String, String> values_;
-  std::vector<String> amounts_;
+  std::map<std::string, std::string, std::less<>> values_;
+  std::vector<std::string> amounts_;
   bool help_ = false;
 };
 
 // The currency's names, unless the options bring some of their own.
 Wording WordingOf(const Options& options, const Language& language) {
   Wording wording =
-      WordingOf(NamesOf<WrongUsage>(options.Value(u"--currency", u"EUR"), language), language);
+      WordingOf(NamesOf<WrongUsage>(options.Value("--currency", u"EUR"), language), language);
   Money& money = wording.money;
-  const bool own = options.Has(u"--unit") || options.Has(u"--units") || options.Has(u"--subunit") ||
-                   options.Has(u"--subunits");
+  const bool own = options.Has("--unit") || options.Has("--units") || options.Has("--subunit") ||
+                   options.Has("--subunits");
   if (own) {
-    money.Unit = options.Value(u"--unit");
-    money.Units = options.Value(u"--units", money.Unit);
-    money.SubUnit = options.Value(u"--subunit");
-    money.SubUnits = options.Value(u"--subunits", money.SubUnit);
+    money.Unit = options.Value("--unit");
+    money.Units = options.Value("--units", money.Unit);
+    money.SubUnit = options.Value("--subunit");
+    money.SubUnits = options.Value("--subunits", money.SubUnit);
     money.UnitKind = money.SubUnitKind = 0;
     money.SubUnitRow = 2;
   }
-  if (options.Has(u"--kind")) {
-    money.UnitKind = money.SubUnitKind = options.Digit(u"--kind", u'2');
+  if (options.Has("--kind")) {
+    money.UnitKind = money.SubUnitKind = options.Digit("--kind", u'2');
   }
-  if (options.Has(u"--decimals")) money.SubUnitRow = options.Digit(u"--decimals", u'9');
-  wording.whole_only = wording.whole_only && !own && !options.Has(u"--decimals");
+  if (options.Has("--decimals")) money.SubUnitRow = options.Digit("--decimals", u'9');
+  wording.whole_only = wording.whole_only && !own && !options.Has("--decimals");
   return wording;
 }
 
 std::vector<Wording> WordingsOf(const Options& options) {
-  if (options.Has(u"--language")) {
-    return {WordingOf(options, LanguageOf<WrongUsage>(options.Value(u"--language")))};
+  if (options.Has("--language")) {
+    return {WordingOf(options, LanguageOf<WrongUsage>(options.Value("--language")))};
   }
   std::vector<Wording> wordings;
   for (const Language& language : Languages()) wordings.push_back(WordingOf(options, language));
   return wordings;
 }
 
+// Every row or, with a Problem, none.
 void PrintAmount(const std::vector<Wording>& wordings, Currency amount) {
   if (wordings.size() == 1) return Print(WordsOf(wordings[0], amount) + "\n");
+  std::string rows;
   for (const Wording& wording : wordings) {
-    const std::string words = WordsOf(wording, amount);
-    Print(Cell(wording.money.Language, kCodeWidth) +
-          Cell(FiguresOf(wording, amount), kFiguresWidth, Side::kRight) + "  " + words + "\n");
+    rows += Cell(wording.money.Language, kCodeWidth) +
+            Cell(FiguresOf(wording, amount), kFiguresWidth, Side::kRight) + "  " +
+            WordsOf(wording, amount) + "\n";
   }
+  Print(rows);
 }
 
 bool PrintAmounts(const Options& options) {
   const std::vector<Wording> wordings = WordingsOf(options);
   bool good = true;
-  for (const String& text : options.Amounts()) {
-    const std::string problem = ProblemOf([&] { PrintAmount(wordings, ReadAmount(text)); });
+  for (const std::string& text : options.Amounts()) {
+    const std::string problem = ProblemOf([&] { PrintAmount(wordings, ReadAmount(Utf16(text))); });
     if (problem.empty()) continue;
-    std::cerr << "amount_in_words: " + problem + "\n";
+    TellPerson("amount_in_words: " + problem);
     good = false;
   }
   return good;
@@ -594,7 +731,7 @@ bool Run(const Options& options) {
     Print(kHelp);
     return true;
   }
-  if (!options.Has(u"--file")) {
+  if (!options.Has("--file")) {
     if (!options.Amounts().empty()) return PrintAmounts(options);
     if (options.Count() != 0) throw WrongUsage("an amount is missing");
     return PrintFile(QUORL_INVOICES);
@@ -602,7 +739,7 @@ bool Run(const Options& options) {
   if (options.Count() != 1 || !options.Amounts().empty()) {
     throw WrongUsage("a file has its own amounts, currencies and languages");
   }
-  return PrintFile(Utf8(options.Value(u"--file")));
+  return PrintFile(options.File());
 }
 
 }  // namespace
@@ -610,15 +747,12 @@ bool Run(const Options& options) {
 int main(int count, char** values) {
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
   static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));  // for the widths of characters alone
-  std::ios::sync_with_stdio(false);
-  std::vector<String> arguments;
-  for (int at = 1; at < count; ++at) arguments.push_back(Utf16(values[at]));
   try {
-    const bool good = Run(Options(arguments));
+    const bool good = Run(Options({values + std::min(count, 1), values + count}));
     Require(std::fflush(stdout) == 0);
     return good ? 0 : 1;
   } catch (const WrongUsage& wrong) {
-    std::cerr << "amount_in_words: " << wrong.what() << "; see --help\n";
+    TellPerson("amount_in_words: " + std::string(wrong.what()) + "; see --help");
     return 2;
   }
 }

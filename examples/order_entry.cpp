@@ -5,7 +5,9 @@
 //     order_entry examples/order_entry.script
 //
 // What that prints stands in examples/order_entry.out. Settings are kept in memory and end with it.
-// Lines that fail say why and leave the desk as it was; a line that begins with "#" is a remark.
+// Lines that fail say why and leave the desk as it was; a line that begins with "#" is a remark. An
+// entry that cannot be read is refused and stays in the form until it is corrected or dropped.
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <iostream>
@@ -22,8 +24,10 @@
 #include "quorl/forms/combo_box_ex.hpp"
 #include "quorl/forms/forms.hpp"
 #include "quorl/money/money.hpp"
+#include "quorl/numeric/dates.hpp"
 #include "quorl/numeric/math.hpp"
 #include "quorl/regional/guids.hpp"
+#include "quorl/regional/regional.hpp"
 #include "quorl/registry/registry.hpp"
 #include "quorl/runtime/arithmetic.hpp"
 #include "quorl/runtime/convert.hpp"
@@ -46,9 +50,18 @@ String Trimmed(StringView text) { return Strings::LTrimEx(Strings::RTrimEx(text)
 
 constexpr Int16 kMaximised = 2;
 
-std::size_t IndexOf(Arguments arguments) { return static_cast<std::size_t>(ToInt16(arguments[0])); }
+[[noreturn]] void Refuse(StringView why) { throw RaisedError(kFailedCheck, u"Order desk", why); }
 
-// What all objects of this host are: properties with names.
+// An item of a collection of this host; failure 9 for a position that there is not.
+template <class Item>
+const Item& ItemAt(const std::vector<Item>& items, Arguments position) {
+  const Int32 index = position.size() == 1 ? ToInt32(position[0]) : -1;
+  const auto count = static_cast<Int32>(items.size());
+  if (index < 0 || index >= count) Raise(FailureNumber::kSubscriptOutOfRange);
+  return items[static_cast<std::size_t>(index)];
+}
+
+// What all objects of this host are: properties with names; failure 438 for any other name.
 class Host : public LateBound {
  public:
   explicit Host(std::map<String, Variant> properties) : properties_(std::move(properties)) {}
@@ -57,8 +70,10 @@ class Host : public LateBound {
     const auto found = properties_.find(String(name));
     return found == properties_.end() ? LateBound::Get(name, arguments) : found->second;
   }
-  void Put(StringView name, Arguments, const Variant& value) override {
-    properties_[String(name)] = value;
+  void Put(StringView name, Arguments arguments, const Variant& value) override {
+    const auto found = properties_.find(String(name));
+    if (found == properties_.end()) return LateBound::Put(name, arguments, value);
+    found->second = value;
   }
 
  private:
@@ -76,7 +91,7 @@ class Record : public Host {
     Put(u"Count", {}, static_cast<Int32>(fields_.size()));
   }
   Variant Get(StringView name, Arguments arguments) override {
-    return name.empty() ? fields_.at(IndexOf(arguments)) : Host::Get(name, arguments);
+    return name.empty() ? ItemAt(fields_, arguments) : Host::Get(name, arguments);
   }
 
  private:
@@ -93,9 +108,17 @@ class Combo : public Host {
     Put(u"ListCount", {}, static_cast<Int32>(entries_.size()));
   }
   Variant Get(StringView name, Arguments arguments) override {
-    if (name == u"List") return entries_.at(IndexOf(arguments)).first;
-    if (name == u"ItemData") return entries_.at(IndexOf(arguments)).second;
+    if (name == u"List") return ItemAt(entries_, arguments).first;
+    if (name == u"ItemData") return ItemAt(entries_, arguments).second;
     return Host::Get(name, arguments);
+  }
+  // -1 is no entry.
+  void Put(StringView name, Arguments arguments, const Variant& value) override {
+    if (name == u"ListIndex" && ToInt32(value) != -1) {
+      std::array<Variant, 1> index{value};
+      ItemAt(entries_, index);
+    }
+    Host::Put(name, arguments, value);
   }
 
  private:
@@ -117,6 +140,7 @@ class Form : public Host {
   Variant Call(StringView name, Arguments place) override {
     if (name != u"Move") return LateBound::Call(name, place);
     const std::array<StringView, 4> lengths{u"Left", u"Top", u"Width", u"Height"};
+    if (place.size() > lengths.size()) Raise(FailureNumber::kInvalidArgument);
     for (std::size_t i = 0; i < place.size(); ++i) Put(lengths.at(i), {}, place[i]);
     return {};
   }
@@ -137,9 +161,7 @@ class OrderDesk {
   void Do(StringView line) {
     const String verb = Strings::GetToken(line);
     const auto command = kCommands.find(verb);
-    if (command == kCommands.end()) {
-      throw RaisedError(kFailedCheck, u"Order desk", u"Nobody here knows how to " + verb);
-    }
+    if (command == kCommands.end()) Refuse(u"Nobody here knows how to " + verb);
     (this->*command->second)(Trimmed(line.substr(verb.size())));
   }
 
@@ -152,8 +174,9 @@ class OrderDesk {
   // "fr-BE FR": how numbers and dates are written, and the language of amounts in words.
   void Speak(StringView names) {
     const std::optional<Locale> locale = Locale::Named(Strings::GetToken(names));
-    if (!locale) throw RaisedError(kFailedCheck, u"Order desk", u"Unknown locale");
+    if (!locale) Refuse(u"Unknown locale");
     Locale::SetCurrent(*locale);
+    regional_.GetRegional();
     euros_.Language = Strings::GetToken(names, u" ", 2);
   }
 
@@ -209,48 +232,110 @@ class OrderDesk {
     Print(u"customer " + ToString(number) + u", " + ToString(combo_.Get(u"List", index)));
   }
 
-  // "reference | article | price | quantity | delivery | paid": what was typed into the form, made
-  // a record of a database whose price is a money field, and read again from there.
-  void Enter(StringView entries) {
-    const auto entry = [&](Int16 index) -> String {
-      return Trimmed(Strings::GetToken(entries, u"|", index));
-    };
-    const auto record = std::make_shared<Record>();
-    record->Add(u"Reference", DbLib::StrToField(entry(1)));
-    record->Add(u"Article", DbLib::StrToField(entry(2)));
-    record->Add(u"Price", ToCurrency(entry(3)));
-    record->Add(u"Quantity", DbLib::StrNumToField(entry(4)));
-    record->Add(u"Delivery", DbLib::StrDateToField(entry(5)));
-    record->Add(u"Paid", DbLib::TriStateToBoolField(StateOf(entry(6))));
-    ShowOrder(Object(record));
-    recent_.AddItem(entry(1));
+  // What stands in the form's entry fields, as it was typed.
+  struct Draft {
+    std::array<String, 6> entries;
+
+    const String& operator[](StringView field) const { return entries.at(PositionOf(field)); }
+    String& operator[](StringView field) { return entries.at(PositionOf(field)); }
+    static std::size_t PositionOf(StringView field) {
+      static constexpr std::array<StringView, 6> kFields{u"reference", u"article",  u"price",
+                                                         u"quantity",  u"delivery", u"paid"};
+      const auto* const found = std::ranges::find(kFields, field);
+      if (found == kFields.end()) Refuse(u"There is no field " + String(field));
+      return static_cast<std::size_t>(found - kFields.begin());
+    }
+  };
+
+  // "reference | article | price | quantity | delivery | paid": all fields of the form.
+  void Enter(StringView text) {
+    if (draft_) Refuse(u"Correct or drop the order that stands in the form");
+    if (std::ranges::count(text, u'|') != 5) Refuse(u"An order has six fields");
+    draft_.emplace();
+    for (Int16 i = 0; i < 6; ++i) {
+      draft_->entries.at(static_cast<std::size_t>(i)) =
+          Trimmed(Strings::GetToken(text, u"|", static_cast<Int16>(i + 1)));
+    }
+    Accept({});
   }
-  static Int16 StateOf(StringView answer) { return answer == u"no" ? 0 : answer == u"yes" ? 1 : 2; }
+  // "quantity 10": one field of the form again.
+  void Correct(StringView text) {
+    if (!draft_) Refuse(u"No order stands in the form");
+    const String field = Strings::GetToken(text);
+    (*draft_)[field] = Trimmed(text.substr(field.size()));
+    Accept({});
+  }
+  void Drop(StringView) { draft_.reset(); }
+
+  // The draft becomes an order, or is refused and stays.
+  void Accept(StringView) {
+    if (!draft_) Refuse(u"No order stands in the form");
+    if (Customer() == 0) Refuse(u"Pick a customer first");
+    const auto record = std::make_shared<Record>();
+    const Draft& draft = *draft_;
+    record->Add(u"Reference", DbLib::StrToField(draft[u"reference"]));
+    record->Add(u"Article", DbLib::StrToField(draft[u"article"]));
+    record->Add(u"Price", ToCurrency(Variant(NumberIn(u"price"))));
+    record->Add(u"Quantity", DbLib::StrNumToField(NumberIn(u"quantity")));
+    record->Add(u"Delivery", DbLib::StrDateToField(DateIn(u"delivery")));
+    record->Add(u"Paid", DbLib::TriStateToBoolField(StateIn(u"paid")));
+    const String order = TextOf(Object(record));
+    recent_.AddItem(draft[u"reference"]);
+    draft_.reset();
+    Print(order);
+  }
+
+  // The library's conversions to fields make Null of what they cannot read, so that a form looks at
+  // an entry before it converts it.
+  [[noreturn]] void RefuseEntry(StringView field, StringView what) const {
+    Refuse(String(field) + u": \"" + (*draft_)[field] + u"\" is no " + String(what));
+  }
+  String NumberIn(StringView field) const {
+    String number;
+    for (const char16_t typed : (*draft_)[field]) {
+      // Either key is the decimal separator, as on the numeric pad.
+      auto key = static_cast<Int16>(typed);
+      regional_.ConvertDecimalPoint(key);
+      number += static_cast<char16_t>(key);
+    }
+    if (!IsNumber(number)) RefuseEntry(field, u"number");
+    return number;
+  }
+  String DateIn(StringView field) const {
+    if (!Dates::IsDateOrEmpty((*draft_)[field])) RefuseEntry(field, u"date");
+    return (*draft_)[field];
+  }
+  Int16 StateIn(StringView field) const {
+    static const std::map<String, Int16> kStates{{u"no", 0}, {u"yes", 1}, {u"", 2}};
+    const auto state = kStates.find((*draft_)[field]);
+    if (state == kStates.end()) RefuseEntry(field, u"answer: yes, no or nothing");
+    return state->second;
+  }
+
   static Variant ValueOf(const Object& record, StringView name) {
     const Int16 position = DbLib::FieldPos(name, record);
-    if (position == 0) throw RaisedError(kFailedCheck, u"Order desk", u"No field " + String(name));
+    if (position == 0) Refuse(u"No field " + String(name));
     std::array<Variant, 1> index{static_cast<Int16>(position - 1)};
     return RequireObject(record.Get({}, index)).Get(u"Value");
   }
-  void ShowOrder(const Object& record) {
+  // What the desk shows of an order, read from its record.
+  String TextOf(const Object& record) {
     const auto text = [&](StringView name) { return DbLib::StrFieldValue(ValueOf(record, name)); };
     const auto amount = [](const Variant& value) { return FormatNumber(value, u"#,##0.00"); };
     const Variant price = ValueOf(record, u"Price");
     const Variant quantity = DbLib::NumFieldValue(ValueOf(record, u"Quantity"));
     const Variant total = Math::StdRound(Multiply(price, quantity), 2);
-    const String words = euros_.ToText(ToCurrency(total));
-    Print(u"order " + text(u"Reference") + u" of " + GUIDs::GetNumGUID(Customer()) + u": " +
-          text(u"Article"));
-    Print(u"  " + text(u"Quantity") + u" x " + text(u"Price") + u" = " + amount(total) +
-          u" EUR, in cash " + amount(Math::Round2019(total)));
-    Print(u"  " + words);
     const String day = DbLib::StrDateFieldValue(ValueOf(record, u"Delivery"));
     const std::array<String, 3> paid{u"to be paid", u"paid", u"payment unknown"};
     const Int16 state = DbLib::TriStateFieldValue(ValueOf(record, u"Paid"));
-    Print(u"  delivery " + (Strings::IsEmptyString(day) ? u"to be agreed" : day) + u", " +
-          paid.at(static_cast<std::size_t>(state)));
-    Print(u"  insert into orders values ('" + DbLib::DuplicateQuotte(text(u"Article")) + u"', " +
-          DbLib::DotStrFieldValue(price) + u")");
+    return u"order " + text(u"Reference") + u" of " + GUIDs::GetNumGUID(Customer()) + u": " +
+           text(u"Article") + u"\n  " + text(u"Quantity") + u" x " + text(u"Price") + u" = " +
+           amount(total) + u" EUR, in cash " + amount(Math::Round2019(total)) + u"\n  " +
+           euros_.ToText(ToCurrency(total)) + u"\n  delivery " +
+           (Strings::IsEmptyString(day) ? u"to be agreed" : day) + u", " +
+           paid.at(static_cast<std::size_t>(state)) + u"\n  insert into orders values ('" +
+           DbLib::DuplicateQuotte(text(u"Article")) + u"', " + DbLib::DotStrFieldValue(price) +
+           u")";
   }
 
   void Back(StringView) {
@@ -279,7 +364,9 @@ class OrderDesk {
   MemoryStore store_;
   ScopedStore in_memory_{store_};
   Registry settings_;
+  Regional regional_;
   Money euros_;
+  std::optional<Draft> draft_;
   RollBuffer recent_;
   std::shared_ptr<Combo> customers_ = std::make_shared<Combo>();
   Object combo_{customers_};
@@ -297,14 +384,19 @@ const std::map<String, OrderDesk::Command> OrderDesk::kCommands{
     {u"pick", &OrderDesk::PickByTown},
     {u"number", &OrderDesk::PickByNumber},
     {u"enter", &OrderDesk::Enter},
+    {u"accept", &OrderDesk::Accept},
+    {u"correct", &OrderDesk::Correct},
+    {u"drop", &OrderDesk::Drop},
     {u"back", &OrderDesk::Back},
     {u"forward", &OrderDesk::Forward},
 };
 
-void Play(std::istream& script) {
+// False when the script cannot be read to its end.
+bool Play(std::istream& script) {
   OrderDesk desk;
   std::string line;
   for (int number = 1; std::getline(script, line); ++number) {
+    if (line.ends_with('\r')) line.pop_back();
     if (line.empty() || line.front() == '#') continue;
     std::cout << "> " << line << '\n';
     try {
@@ -313,6 +405,7 @@ void Play(std::istream& script) {
       std::cout << "line " << number << ": " << error.what() << '\n';
     }
   }
+  return !script.bad();
 }
 
 }  // namespace
@@ -323,9 +416,12 @@ int main(int count, char** arguments) {
     return 2;
   }
   std::ifstream script(arguments[1]);
-  if (!script) {
+  if (!script || !Play(script)) {
     std::cerr << "order_entry: cannot read " << arguments[1] << '\n';
     return 1;
   }
-  Play(script);
+  if (!std::cout.flush()) {
+    std::cerr << "order_entry: standard output cannot be written\n";
+    return 1;
+  }
 }

@@ -1,13 +1,16 @@
 // A host in one file: looks at the settings that programs keep in the registry, and repairs them.
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
-#include <filesystem>
-#include <fstream>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <span>
@@ -41,7 +44,6 @@ constexpr std::string_view kHelp =
     R"(usage: settings COMMAND ARGUMENTS
 
 Looks at the settings that programs keep in the registry, and repairs them.
-
   list KEY                     the values and subkeys of a key
   get KEY NAME                 one value
   set KEY NAME VALUE [TYPE]    writes a value; TYPE is sz, dword or binary
@@ -56,7 +58,9 @@ HKLM, HKU, HKCC and their full names. '' is the NAME of the value without one.
 A dword is decimal or 0x and hexadecimal, a binary is pairs of hex digits. The
 FILE - is standard output or input; files are in the registry text format,
 UTF-16 unless --utf8 is given. With --replace, characters that the registry has
-no place for become '?'; without it, they make the file a bad one.
+no place for become '?'; without it, they make the file a bad one. An import is
+one durable change of each root, from HKCR to HKCC; only if the disk breaks or
+the program is killed between two roots, the later ones are left: import again.
 
 Exit status: 0 done, 1 refused, absent or damaged, 2 wrong command line.
 )";
@@ -240,18 +244,41 @@ int Copy(Arguments arguments) {
   return kSuccess;
 }
 
-// Written beside the file and renamed, so that a former one is replaced as a whole or not at all.
-void WriteFile(const std::string& path, const std::string& bytes) {
-  const std::string fresh = path + ".new-" + std::to_string(getpid());
-  std::ofstream file(fresh, std::ios::binary);
-  file << bytes << std::flush;
-  file.close();
-  std::error_code error;
-  if (file) std::filesystem::rename(fresh, path, error);
-  if (!file || error) {
-    std::filesystem::remove(fresh, error);
-    throw Refusal("'" + path + "' cannot be written");
+[[noreturn]] void RefuseFile(const std::string& path, const char* what, int error) {
+  throw Refusal("'" + path + "' cannot be " + what + ": " + std::strerror(error));
+}
+
+// 0 or an errno value, as below.
+int WriteAll(int file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(file, bytes.data(), bytes.size());
+    if (written < 0 && errno != EINTR) return errno;
+    bytes.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
   }
+  return fsync(file) == 0 ? 0 : errno;
+}
+
+// Settings may be secrets: a new file is for its owner alone, a former one keeps its mode.
+int KeepMode(int file, const std::string& path) {
+  struct stat former {};
+  if (lstat(path.c_str(), &former) != 0 || S_ISLNK(former.st_mode)) return 0;
+  if (!S_ISREG(former.st_mode)) return EEXIST;
+  return fchmod(file, former.st_mode & 0777) == 0 ? 0 : errno;
+}
+
+// Written beside the file and renamed, so that a former one is replaced as a whole or not at all.
+// The name beside it is new and nobody can guess it: no link that stands there is followed.
+void WriteFile(const std::string& path, const std::string& bytes) {
+  std::string fresh = path + ".XXXXXX";
+  const int file = mkostemp(fresh.data(), O_CLOEXEC | O_NOFOLLOW);
+  if (file < 0) RefuseFile(path, "written", errno);
+  int error = KeepMode(file, path);
+  if (error == 0) error = WriteAll(file, bytes);
+  if (close(file) != 0 && error == 0) error = errno;
+  if (error == 0 && rename(fresh.c_str(), path.c_str()) != 0) error = errno;
+  if (error == 0) return;
+  unlink(fresh.c_str());
+  RefuseFile(path, "written", error);
 }
 
 int Export(Arguments arguments) {
@@ -267,17 +294,22 @@ int Export(Arguments arguments) {
   return kSuccess;
 }
 
-std::string ReadAll(std::istream& file, const std::string& path) {
-  std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  if (file.bad() || !file) throw Refusal("'" + path + "' cannot be read");
+std::string ReadAll(std::FILE* file, const std::string& path) {
+  std::string bytes;
+  std::array<char, 65536> buffer;
+  while (const std::size_t read = std::fread(buffer.data(), 1, buffer.size(), file)) {
+    bytes.append(buffer.data(), read);
+  }
+  if (std::ferror(file) != 0) RefuseFile(path, "read", errno);
   return bytes;
 }
 
 std::string ReadFile(const std::string& path) {
-  if (path == "-") return ReadAll(std::cin, "standard input");
-  std::ifstream file(path, std::ios::binary);
-  if (!file || std::filesystem::is_directory(path)) throw Refusal("'" + path + "' cannot be read");
-  return ReadAll(file, path);
+  if (path == "-") return ReadAll(stdin, "standard input");
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rbe"),
+                                                             std::fclose);
+  if (file == nullptr) RefuseFile(path, "read", errno);
+  return ReadAll(file.get(), path);
 }
 
 RegistryText Understood(const std::string& bytes, const std::string& path,
@@ -317,21 +349,26 @@ void Tell(std::ostream& out, const JournalLoss& loss) {
   out << '\n';
 }
 
+// In the store's words, without their line end.
+std::string Sentence(Int32 code) {
+  const StringView sentence = SentenceOf(code);
+  return Utf8(sentence.substr(0, sentence.find(u'\r')));
+}
+
 void Tell(std::ostream& out, const JournalReport& report) {
   out << report.path << ": ";
   if (report.status != kDone) {
-    out << Utf8(SentenceOf(report.status).substr(0, SentenceOf(report.status).find(u'\r'))) << '\n';
+    out << Sentence(report.status) << '\n';
     return;
   }
   out << report.records << " intact records, " << (report.Damaged() ? "DAMAGED" : "no damage")
       << '\n';
   for (const JournalLoss& loss : report.losses) Tell(out, loss);
   if (report.rewriting != kDone) {
-    out << "  it grows because it cannot be written afresh: "
-        << Utf8(SentenceOf(report.rewriting).substr(0, SentenceOf(report.rewriting).find(u'\r')))
-        << '\n';
+    out << "  it grows because it cannot be written afresh: " << Sentence(report.rewriting) << '\n';
   }
-  if (!report.kept_as.empty()) out << "  the damaged file is kept as " << report.kept_as << '\n';
+  if (report.kept_as.empty()) return;
+  out << "  the damaged file is quarantined as " << report.kept_as << '\n';
 }
 
 bool Verify(const PersistentStore& store, StoreRoot root) {
@@ -339,7 +376,7 @@ bool Verify(const PersistentStore& store, StoreRoot root) {
   const bool is_there = report.status != kAbsent;
   if (is_there) Tell(std::cout, report);
   for (const JournalReport& kept : store.VerifyQuarantined(root)) {
-    std::cout << "kept aside: ";
+    std::cout << "quarantined: ";
     Tell(std::cout, kept);
   }
   return !is_there || (report.status == kDone && !report.Damaged());
@@ -419,7 +456,7 @@ int main(int count, char** values) {
   ChooseStore(std::move(store));
   const std::vector<std::string> arguments(values + std::min(count, 1), values + count);
   const int status = RunReported(arguments);
-  // Damage that the command came upon was repaired as far as possible; the person is to know.
+  // Damage that the command found was repaired as far as possible; the person is to know.
   for (const JournalReport& report : persistent_store->TakeReports()) Tell(std::cerr, report);
   return status;
 }

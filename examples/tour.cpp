@@ -87,14 +87,21 @@ void TourGUIDs() {
   Say("from a number", GUIDs::GetNumGUID(42));
 }
 
-// A host's window, known to the library by the names of its members.
+// A host's window, known to the library by the names of its members. What it lacks is failure 438,
+// which the base class raises.
 class Window : public LateBound {
  public:
-  Variant Get(StringView name, std::span<Variant>) override { return properties_[String(name)]; }
-  void Put(StringView name, std::span<Variant>, const Variant& value) override {
-    properties_[String(name)] = value;
+  Variant Get(StringView name, std::span<Variant> arguments) override {
+    const auto found = properties_.find(String(name));
+    return found == properties_.end() ? LateBound::Get(name, arguments) : found->second;
   }
-  Variant Call(StringView, std::span<Variant> arguments) override {  // Move
+  void Put(StringView name, std::span<Variant> arguments, const Variant& value) override {
+    const auto found = properties_.find(String(name));
+    if (found == properties_.end()) return LateBound::Put(name, arguments, value);
+    found->second = value;
+  }
+  Variant Call(StringView name, std::span<Variant> arguments) override {
+    if (name != u"Move" || arguments.size() < 2) return LateBound::Call(name, arguments);
     properties_[u"Left"] = arguments[0];
     properties_[u"Top"] = arguments[1];
     return Empty;
@@ -119,15 +126,23 @@ void TourForms() {
   Say("restored at", window.Get(u"Left"));
 }
 
-// A host's combo box.
+// A host's combo box. A bad index is failure 9.
 class Customers : public LateBound {
  public:
   Variant Get(StringView name, std::span<Variant> arguments) override {
     if (name == u"ListCount") return static_cast<Int32>(entries_.size());
     if (name == u"ListIndex") return index_;
-    return entries_.at(static_cast<std::size_t>(ToInt32(arguments[0])));  // List
+    if (name != u"List" || arguments.empty()) return LateBound::Get(name, arguments);
+    const Int32 index = ToInt32(arguments[0]);
+    if (index < 0 || index >= static_cast<Int32>(entries_.size())) {
+      Raise(FailureNumber::kSubscriptOutOfRange);
+    }
+    return entries_[static_cast<std::size_t>(index)];
   }
-  void Put(StringView, std::span<Variant>, const Variant& value) override { index_ = value; }
+  void Put(StringView name, std::span<Variant> arguments, const Variant& value) override {
+    if (name != u"ListIndex") return LateBound::Put(name, arguments, value);
+    index_ = value;
+  }
 
  private:
   std::vector<String> entries_{u"1001 Anna", u"1002 Bruno", u"1003 Chloé"};

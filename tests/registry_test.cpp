@@ -175,6 +175,15 @@ TEST_F(RegistryTest, AbsentValuesGiveTheDefaultAndLongTextsHaveALimit) {
     const CallOutcome all = OutcomeOf([&] { return registry_.GetAllValues(u"K"); });
     EXPECT_EQ(all.first, length == 32767 ? 0 : kOverflow);
   }
+  Array table(VariantType::kVariant, {{0, 2}, {0, 3}});
+  for (const Int32 row : {0, 1}) {
+    table.Set({row, 0}, row == 0 ? u"b" : u"A");
+    table.Set({row, 1}, row + 5);
+    table.Set({row, 2}, Int32{REG_DWORD});
+    SetRaw("T", row == 0 ? "b" : "A", 4, std::string(1, static_cast<char>(row + 5)) + "\0\0\0"s);
+  }
+  EXPECT_EQ(registry_.GetAllValues(u"T"), Variant(table));
+  EXPECT_EQ(registry_.GetAllValues(u""), Variant());
   for (const Variant& otherwise : std::vector<Variant>{Null, Empty, 5, BytesOf("ab")}) {
     EXPECT_EQ(registry_.GetValue(u"K", u"v", otherwise), otherwise);
     EXPECT_EQ(registry_.GetValue(u"L", u"v", otherwise), otherwise);

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <iterator>
+#include <array>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,13 +12,15 @@
 #include "quorl/registry/text/reader.hpp"
 #include "quorl/registry/text/writer.hpp"
 #include "quorl/runtime/ansi.hpp"
-#include "quorl/runtime/text_case.hpp"
+#include "quorl/runtime/internal/utf16_bytes.hpp"
 #include "quorl/runtime/utf.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
+#include "quorl/store/persistent_store.hpp"
 #include "tests/support/raises.hpp"
 #include "tests/support/random.hpp"
-#include "tests/support/recording_store.hpp"
+#include "tests/support/store_content.hpp"
+#include "tests/support/store_simulated_files.hpp"
 
 namespace quorl {
 
@@ -28,14 +30,7 @@ using namespace std::string_literals;
 
 const std::string kHeader = "Windows Registry Editor Version 5.00\r\n";
 
-std::string AsUtf16(const std::string& text) {
-  std::string bytes = "\xFF\xFE";
-  for (const char16_t unit : Utf16(text)) {
-    bytes += static_cast<char>(unit & 0xFF);
-    bytes += static_cast<char>(unit >> 8);
-  }
-  return bytes;
-}
+std::string AsUtf16(const std::string& text) { return "\xFF\xFE" + internal::BytesOf(Utf16(text)); }
 
 // The text with its apostrophes made quotes, which are easier to read in a literal.
 std::string Quoted(std::string text) {
@@ -48,34 +43,27 @@ Failure FormatFailure(const String& description) {
 }
 
 TEST(RegistryTextReader, EveryConstruct) {
-  const std::string file =
-      kHeader +
-      "; a comment\r\n\r\n"
-      "  [HKEY_CURRENT_USER\\Software\\Été]  \r\n"
-      "@=\"sans nom\"\r\n\"Chemin\" = \"C:\\\\a\\\"b\\\"\" ; behind a value\r\n\t\"€\"=\"\"\r\n"
-      "\"a\nb\"=\"two\r\nlines\"\n"
+  // clang-format off
+  const std::string file = kHeader +
+      "; a comment\r\n\r\n  [HKEY_CURRENT_USER\\Software\\Été]  \r\n@=\"sans nom\"\r\n"
+      "\"Chemin\" = \"C:\\\\a\\\"b\\\"\" ; after a value\r\n\t\"€\"=\"\"\r\n\"a\nb\"=\"two\r\nlines\"\n"
       "\"n\\\"\"=dword:1\r\n\"m\"=DWORD:fffffFFE;x\r\n\"b\"=hex:\r\n"
       "\"l\"=hex:5,5,5,5,5,5,5,5,5,5,5,5,5,5,5,5,5,5,5,5,5,5,5,5,5\r\n"
       "\"c\"=hex:0,1f, FF ,\\\r\n  ; between\r\n  a\r\n\"x\"=-\r\n"
-      "[-hkey_local_machine\\A]b;c]\r\n"
-      "[HKCR]\r\n"
-      "\"w\"=hex(2):41,00,ac,20,\\  ; here too\r\n  00,\\\r\n00\r\n"
-      "\"z\"=hex(7):\r\n\"u\"=hex(1):e9,00\r\n\"q\"=hex(b):01,02\r\n\"0\"=hex(0):00\r\n"
-      "\"f\"=hex(ffff0012):01,02,03\r\n\"4\"=hex(4):01\r\n@=-";
-  const std::string written =
-      kHeader +
+      "[-hkey_local_machine\\A]b;c]\r\n[HKCR]\r\n"
+      "\"w\"=hex(2):41,00,ac,20,\\  ; here too\r\n  00,\\\r\n00\r\n\"z\"=hex(7):\r\n\"u\"=hex(1):e9,00\r\n"
+      "\"q\"=hex(b):01,02\r\n\"0\"=hex(0):00\r\n\"f\"=hex(ffff0012):01,02,03\r\n\"4\"=hex(4):01\r\n@=-";
+  const std::string written = kHeader +
       "; Complete only if the last line is \"; end\".\r\n\r\n[HKEY_CURRENT_USER\\Software\\Été]\r\n"
       "@=\"sans nom\"\r\n\"Chemin\"=\"C:\\\\a\\\"b\\\"\"\r\n\"€\"=\"\"\r\n"
       "\"a\nb\"=hex(1):74,00,77,00,6f,00,0d,00,0a,00,6c,00,69,00,6e,00,65,00,73,00,00,00\r\n"
       "\"n\\\"\"=dword:00000001\r\n\"m\"=dword:fffffffe\r\n\"b\"=hex:\r\n"
       "\"l\"=hex:05,05,05,05,05,05,05,05,05,05,05,05,05,05,05,05,05,05,05,05,05,05,05,\\\r\n"
-      "  05,05\r\n"
-      "\"c\"=hex:00,1f,ff,0a\r\n\"x\"=-\r\n"
-      "\r\n[-HKEY_LOCAL_MACHINE\\A]b;c]\r\n"
-      "\r\n[HKEY_CLASSES_ROOT]\r\n"
-      "\"w\"=hex(2):41,00,ac,20,00,00\r\n\"z\"=hex(7):\r\n\"u\"=hex(1):e9,00\r\n"
-      "\"q\"=hex(b):01,02\r\n\"0\"=hex(0):00\r\n\"f\"=hex(ffff0012):01,02,03\r\n"
-      "\"4\"=hex(4):01\r\n@=-\r\n\r\n; end\r\n";
+      "  05,05\r\n\"c\"=hex:00,1f,ff,0a\r\n\"x\"=-\r\n"
+      "\r\n[-HKEY_LOCAL_MACHINE\\A]b;c]\r\n\r\n[HKEY_CLASSES_ROOT]\r\n"
+      "\"w\"=hex(2):41,00,ac,20,00,00\r\n\"z\"=hex(7):\r\n\"u\"=hex(1):e9,00\r\n\"q\"=hex(b):01,02\r\n"
+      "\"0\"=hex(0):00\r\n\"f\"=hex(ffff0012):01,02,03\r\n\"4\"=hex(4):01\r\n@=-\r\n\r\n; end\r\n";
+  // clang-format on
   for (const std::string& bytes : {file, "\xEF\xBB\xBF" + file, AsUtf16(file), written}) {
     const RegistryText text = ReadRegistryText(bytes, u"f");
     EXPECT_EQ(WriteRegistryText(text, RegistryTextEncoding::kUtf8), written);
@@ -88,11 +76,10 @@ TEST(RegistryTextReader, EveryConstruct) {
     EXPECT_TRUE(text[1].is_deletion && text[2].values[0].data == "A\x80\0"s);
   }
   // One that was cut off is refused, wherever; only the last line break may be missing.
-  for (std::size_t size = 0; size < written.size() - 2; ++size) {
-    EXPECT_NE(FailureOf([&] { ReadRegistryText(written.substr(0, size), u"f"); }), Failure{})
-        << size;
+  for (std::size_t size = 0; size <= written.size(); ++size) {
+    const auto failure = FailureOf([&] { ReadRegistryText(written.substr(0, size), u"f"); });
+    EXPECT_EQ(failure == Failure{}, size + 2 >= written.size()) << size;
   }
-  EXPECT_EQ(ReadRegistryText(written.substr(0, written.size() - 2), u"f").size(), 3U);
   EXPECT_RAISES(WriteRegistryText({{{HKEY_CURRENT_USER, u"a\nb"}, false, {}}}),
                 FormatFailure(u"Une clé dont le nom contient une fin de ligne ne peut pas être "
                               u"écrite : HKEY_CURRENT_USER\\a\nb"));
@@ -120,13 +107,11 @@ void ExpectRefused(const std::string& file, Int32 line, StringView what) {
 }
 
 TEST(RegistryTextReader, BadFilesNameTheLine) {
-  // Of each body after the header and the key, which take three lines, the line where it goes
-  // wrong.
-  struct Case {
+  // Of each body after the header and the key, which take three lines, where it goes wrong.
+  const struct {
     StringView what;
     std::vector<std::pair<Int32, std::string>> bodies;
-  };
-  const Case cases[] = {
+  } cases[] = {
       // clang-format off
       {u"la ligne n'est ni une clé, ni une valeur, ni un commentaire", {{4, "nonsense"}}},
       {u"la clé n'est pas fermée par un crochet", {{4, "[HKEY_CURRENT_USER\\A] x"}}},
@@ -154,7 +139,7 @@ TEST(RegistryTextReader, BadFilesNameTheLine) {
        {{4, "'a'=hex:00,"}, {5, "'a'=hex:00,\\\n'b'='c'"}, {4, "'a'=hex:00,\\"}}},
       {u"les octets du texte s'arrêtent dans un caractère", {{4, "'a'=hex(2):41"}}}};
   // clang-format on
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     for (const auto& [line, body] : c.bodies) {
       const std::string file = kHeader + "\n[HKEY_CURRENT_USER\\A]\n" + Quoted(body);
       ExpectRefused(file, line, c.what);
@@ -162,11 +147,9 @@ TEST(RegistryTextReader, BadFilesNameTheLine) {
     }
   }
 
-  const StringView header = u"l'en-tête n'est ni celui de la version 5.00 ni celui de la version 4";
   for (const std::string& file : {""s, "\n" + kHeader, "Windows Registry Editor Version 6.00\n"s,
-                                  "REGEDIT5\n"s, AsUtf16(kHeader).substr(2)}) {
-    ExpectRefused(file, 1, header);
-  }
+                                  "REGEDIT5\n"s, AsUtf16(kHeader).substr(2)})
+    ExpectRefused(file, 1, u"l'en-tête n'est ni celui de la version 5.00 ni celui de la version 4");
   ExpectRefused(AsUtf16(kHeader) + "x", 1, u"le fichier s'arrête au milieu d'un caractère");
   const StringView order = u"le texte UTF-16 doit avoir l'octet de poids faible en premier";
   ExpectRefused("\xFE\xFF\0W"s, 1, order);
@@ -195,36 +178,28 @@ TEST(RegistryTextReader, DamagedFilesAreReadOrRefused) {
   EXPECT_TRUE(refused > 1000 && refused < 5000) << refused;
 }
 
-// A tree of random names and values, of every byte that they may hold.
-RegistryText RandomTree(Random& random, int values) {
+// Random names and values, of every byte that they may hold, in a tree of keys.
+TEST(RegistryText, ExportedTreeIsImportedTheSame) {
+  Random random(20240229);
   const auto bytes = [&](std::int64_t shortest, std::int64_t longest, std::int64_t least) {
     std::string text(static_cast<std::size_t>(random.Whole(shortest, longest)), '\0');
     for (char& byte : text) byte = static_cast<char>(random.Whole(least, 255));
     return text;
   };
   RegistryText tree{{{HKEY_CURRENT_USER, u"R"}, false, {}}};
-  for (int i = 0; i < values; ++i) {
+  for (int i = 0; i < 10000; ++i) {
     if (random.Whole(0, 9) == 0) {
-      std::string level = bytes(1, 8, 1);
-      std::erase_if(level, [](char unit) { return unit == '\\' || unit == '\r' || unit == '\n'; });
-      const std::size_t parent = random.Bits() % tree.size();
-      const String path = tree[parent].place.path + u"\\k" + FromAnsi(level);
-      tree.push_back({{HKEY_CURRENT_USER, path}, false, {}});
+      const String parent = tree[random.Bits() % tree.size()].place.path;
+      const String level = FromAnsi(bytes(0, 8, '\\' + 1));
+      tree.push_back({{HKEY_CURRENT_USER, parent + u"\\k\1\t[" + level}, false, {}});
     }
-    constexpr Int32 kTypes[] = {0, 1, 1, 1, 2, 3, 4, 4, 5, 7, 11, -1};
-    const Int32 type = kTypes[random.Bits() % std::size(kTypes)];
+    const Int32 type = std::array{0, 1, 1, 1, 2, 3, 4, 4, 5, 7, 11, -1}.at(random.Bits() % 12);
     std::string data = bytes(0, 60, 0);
     if (type == 4 && random.Whole(0, 3) > 0) data.resize(4, '\7');
     if (type == 1 && random.Whole(0, 3) > 0) data = bytes(1, 60, 1) + '\0';
-    tree.back().values.push_back(
-        {FromAnsi(bytes(random.Whole(0, 50) > 0, 20, 1)), false, type, data});
+    const String name = FromAnsi(bytes(random.Whole(0, 50) > 0, 20, 1));
+    tree.back().values.push_back({name, false, type, data});
   }
-  return tree;
-}
-
-TEST(RegistryText, ExportedTreeIsImportedTheSame) {
-  Random random(20240229);
-  const RegistryText tree = RandomTree(random, 10000);
   const auto imported = [](const RegistryText& text) {
     MemoryStore store;
     const ScopedStore guard(store);
@@ -232,101 +207,119 @@ TEST(RegistryText, ExportedTreeIsImportedTheSame) {
     return ExportRegistry({HKEY_CURRENT_USER, u"\\R\\"});
   };
   const RegistryText exported = imported(tree);
-  std::size_t values = 0;
-  for (const RegistryTextKey& key : exported) values += key.values.size();
-  EXPECT_GT(values, 9900U);
+  EXPECT_TRUE(exported.size() > 900 && exported.front().place.path == u"R");
   for (const auto encoding : {RegistryTextEncoding::kUtf16, RegistryTextEncoding::kUtf8}) {
     const RegistryText read = ReadRegistryText(WriteRegistryText(exported, encoding), u"f");
-    EXPECT_TRUE(read == exported);
-    EXPECT_TRUE(imported(read) == exported);
+    EXPECT_TRUE(read == exported && imported(read) == exported);
   }
 }
 
-// Everything in the store but what is in memory only, with the values of each key sorted and in
-// lower case: neither the order of values nor the case of names is put back.
-std::string Content() {
-  std::string content;
-  for (const HKeyEnum root : {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-    RegistryText text = ExportRegistry({root, u""});
-    for (RegistryTextKey& key : text) {
-      for (RegistryTextValue& value : key.values) MakeLowerCase(value.name);
-      MakeLowerCase(key.place.path);
-      std::ranges::sort(key.values, {}, &RegistryTextValue::name);
-    }
-    content += WriteRegistryText(text, RegistryTextEncoding::kUtf8);
-  }
-  return content;
-}
-
-RegistryText Text(const std::string& body) {
+// A file whose body has / for a backslash, ' for a quote and | for a line end.
+RegistryText Text(std::string body) {
+  std::ranges::replace(body, '/', '\\');
+  std::ranges::replace(body, '|', '\n');
   return body.empty() ? RegistryText() : ReadRegistryText(kHeader + Quoted(body), u"f");
 }
 
-struct ImportCase {
-  std::string before;
-  std::string change;
-  std::string after;
-  bool is_one_change = false;
-};
+constexpr HKeyEnum kRoots[] = {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE,
+                               HKEY_CURRENT_CONFIG};
 
-const std::vector<ImportCase>& ImportCases() {
-  static const std::vector<ImportCase> cases{
-      {"", "[HKCU\\A\\B]\n'x'='1'", "[HKCU\\A\\B]\n'x'='1'", true},
-      {"[HKCU\\A]\n'x'='0'\n'y'='0'", "[HKCU\\a]\n'X'='1'\n@='2'\n[HKCU\\C\\D]",
-       "[HKCU\\A]\n'x'='1'\n'y'='0'\n@='2'\n[HKCU\\C\\D]", true},
-      {"[HKCU\\A]\n'x'='0'\n'y'='0'", "[HKCU\\A]\n'X'=-\n'z'=-\n[HKCU\\B]\n'q'=-",
-       "[HKCU\\A]\n'y'='0'\n[HKCU\\B]"},
-      {"[HKCU\\A\\B]\n'x'='0'\n[HKCU\\C]", "[-HKCU\\a]\n[-HKCU\\absent\\key]", "[HKCU\\C]"},
-      {"[HKCU\\A\\B]\n'x'='0'", "[-HKCU\\A]\n[HKCU\\A\\B]\n'y'='1'", "[HKCU\\A\\B]\n'y'='1'"},
-      {"[HKCU\\A\\B]\n'x'='0'", "[HKCU\\A\\C]\n'y'='1'\n[-HKCU\\A\\C]", "[HKCU\\A\\B]\n'x'='0'"},
-      {"[HKCU\\A]\n'x'='0'", "[HKCU\\A]\n'x'='1'\n'x'=-\n'y'=-\n'y'='1'", "[HKCU\\A]\n'y'='1'"},
-      {"[HKCU\\A]\n'x'='0'\n[HKCU\\D]\n'o'='0'\n[HKLM\\A]\n'x'='0'\n[HKLM\\B\\C]\n'v'='0'",
-       "[HKCU\\A]\n'x'='1'\n'y'='1'\n[HKLM\\A]\n'x'=-\n'n'='1'\n[-HKLM\\B]\n[HKLM\\B\\D\\E]\n'v'='"
-       "1'\n[HKCR]\n@='1'\n[HKCR\\N\\K]\n[-HKCU\\D]\n[HKCU\\D]\n'n'='1'",
-       "[HKCR]\n@='1'\n[HKCR\\N\\K]\n[HKCU\\A]\n'x'='1'\n'y'='1'\n[HKCU\\D]\n'n'='1'\n[HKLM\\A]\n'"
-       "n'='1'\n[HKLM\\B\\D\\E]\n'v'='1'"},
-  };
-  return cases;
+// What each of the roots holds.
+std::vector<std::string> Contents() {
+  std::vector<std::string> contents;
+  for (const HKeyEnum root : kRoots) {
+    contents.push_back(WriteRegistryText(ExportRegistry({root, u""}), RegistryTextEncoding::kUtf8));
+  }
+  return contents;
 }
 
-std::string ContentOf(const std::string& body) {
+std::vector<std::string> ContentsAfter(const std::vector<RegistryText>& texts) {
   MemoryStore store;
   const ScopedStore guard(store);
-  ImportRegistry(Text(body));
-  return Content();
+  for (const RegistryText& text : texts) ImportRegistry(text);
+  return Contents();
 }
 
-// The n-th call of the store fails, for every n, once and from then on, up to the whole import.
+enum class Fault { kOnce, kFromThenOn, kKill, kRoom };
+
+// Imports `change` with a fault at the `n`-th call, or with room for so much more; false when that
+// does not matter any more. Whatever another process finds then is the old content or, as far as
+// roots were reached, the new one; where room is short, the old one.
+bool ImportWith(Fault fault, std::int64_t n, const SimulatedFiles& disk, const RegistryText& change,
+                const std::vector<std::string>& before, const std::vector<std::string>& after) {
+  SimulatedFiles files(disk);
+  files.CutPowerAt(fault == Fault::kKill ? n : INT64_MAX);
+  if (fault == Fault::kRoom) files.LimitRoom(static_cast<std::uint64_t>(40 * n));
+  if (fault < Fault::kKill) files.Fail(n, ENOSPC, fault == Fault::kFromThenOn);
+  PersistentStore store(SimulatedFolders(), files);
+  const ScopedStore guard(store);
+  const Failure failure = FailureOf([&] { ImportRegistry(change); });
+  const bool matters = fault == Fault::kRoom
+                           ? failure != Failure{}
+                           : n < (fault == Fault::kKill ? files.Changes() : files.Calls());
+  EXPECT_TRUE(failure == Failure{} || (matters && failure.source == u"qlWinRegistry"));
+  SimulatedFiles left(files);
+  PersistentStore other(SimulatedFolders(), left);
+  const ScopedStore other_guard(other);
+  const std::vector<std::string> found = Contents();
+  EXPECT_TRUE(failure != Failure{} || found == after);
+  bool may_be_new = fault != Fault::kRoom || failure == Failure{};
+  for (std::size_t i = 0; i < found.size(); ++i) {
+    EXPECT_TRUE(found[i] == before[i] || (may_be_new && found[i] == after[i])) << found[i];
+    may_be_new = may_be_new && found[i] == after[i];
+  }
+  return matters;
+}
+
+// How many imports that was.
+std::int64_t ImportWithEveryFault(const RegistryText& former, const RegistryText& change) {
+  const std::vector<std::string> before = ContentsAfter({former});
+  const std::vector<std::string> after = ContentsAfter({former, change});
+  SimulatedFiles disk;
+  PersistentStore store(SimulatedFolders(), disk);
+  const ScopedStore guard(store);
+  ImportRegistry(former);
+  std::int64_t imports = 0;
+  for (const Fault fault : {Fault::kOnce, Fault::kFromThenOn, Fault::kKill, Fault::kRoom}) {
+    std::int64_t n = 0;
+    while (ImportWith(fault, n, disk, change, before, after) && !testing::Test::HasFailure()) ++n;
+    EXPECT_FALSE(testing::Test::HasFailure()) << "fault " << int(fault) << " at " << n;
+    imports += n;
+  }
+  return imports;
+}
+
 TEST(RegistryImport, IsAppliedWholeOrLeavesTheFormerContent) {
-  for (const ImportCase& c : ImportCases()) {
-    const std::string before = ContentOf(c.before);
-    const std::string after = ContentOf(c.after);
-    for (const bool lasting : {false, true}) {
-      bool is_done = false;
-      for (std::size_t n = 0; !is_done; ++n) {
-        MemoryStore memory;
-        RecordingStore store(memory);
-        const ScopedStore guard(store);
-        ImportRegistry(Text(c.before));
-        lasting ? store.FailFrom(n, kDiskFull) : store.FailAt(n, kDiskFull);
-        const Failure failure = FailureOf([&] { ImportRegistry(Text(c.change)); });
-        is_done = store.Calls().size() <= n;
-        store.FailNever();
-        const std::string where = c.change + "\nat " + std::to_string(n) + (lasting ? " on" : "");
-        EXPECT_EQ(memory.OpenKeyCount(), 0) << where;
-        const bool is_told = failure.description.find(u"n'a pas pu être remis") != String::npos;
-        EXPECT_TRUE(lasting || !is_told) << where;
-        EXPECT_TRUE(failure == Failure{} ||
-                    (failure.number == kDiskFull && failure.source == u"qlWinRegistry"))
-            << where;
-        if (is_told && !c.is_one_change) continue;
-        EXPECT_EQ(Content(), failure == Failure{} ? after : before) << where;
-        if (!is_done) continue;
-        EXPECT_EQ(failure, Failure{}) << where;
-        EXPECT_EQ(ExportRegistry({HKEY_DYN_DATA, u"Quorl\\Import"}).size(), 1U) << where;
-      }
+  const struct {
+    std::string before, change, after;
+  } cases[] = {
+      // clang-format off
+      {"", "[HKCU/A/B]|'x'='1'", "[HKCU/A/B]|'x'='1'"},
+      {"[HKCU/A]|'x'='0'|'y'='0'", "[HKCU/a]|'X'='1'|@='2'|[HKCU/C/D]",
+       "[HKCU/A]|'x'='1'|'y'='0'|@='2'|[HKCU/C/D]"},
+      {"[HKCU/A]|'x'='0'|'y'='0'", "[HKCU/A]|'X'=-|'z'=-|[HKCU/B]|'q'=-",
+       "[HKCU/A]|'y'='0'|[HKCU/B]"},
+      {"[HKCU/A/B]|'x'='0'|[HKCU/C]", "[-HKCU/a]|[-HKCU/absent/key]", "[HKCU/C]"},
+      {"[HKCU/A/B]|'x'='0'", "[-HKCU/A]|[HKCU/A/B]|'y'='1'", "[HKCU/A/B]|'y'='1'"},
+      {"[HKCU/A/B]|'x'='0'", "[HKCU/A/C]|'y'='1'|[-HKCU/A/C]", "[HKCU/A/B]|'x'='0'"},
+      {"[HKCU/A]|'x'='0'", "[HKCU/A]|'x'='1'|'x'=-|'y'=-|'y'='1'", "[HKCU/A]|'y'='1'"},
+      {"[HKCU/V]", "[-HKCU/V]|[HKCU/N]|'n'='1'|[-HKEY_DYN_DATA/Quorl]", "[HKCU/N]|'n'='1'"},
+      {"[HKCU/A]|'x'='0'|[HKCU/D]|'o'='0'|[HKLM/A]|'x'='0'|[HKLM/B/C]|'v'='0'|[HKCC/A]",
+       "[HKCU/A]|'x'='1'|'y'='1'|[HKLM/A]|'x'=-|'n'='1'|[-HKLM/B]|[HKLM/B/D/E]|'v'='1'|[HKCR]|@='1'|"
+       "[HKCR/N/K]|[-HKCU/D]|[HKCU/D]|'n'='1'|[-HKCC/A]|[HKCC/B]",
+       "[HKCR]|@='1'|[HKCR/N/K]|[HKCU/A]|'x'='1'|'y'='1'|[HKCU/D]|'n'='1'|[HKLM/A]|'n'='1'|"
+       "[HKLM/B/D/E]|'v'='1'|[HKCC/B]"}};
+  // clang-format on
+  std::int64_t imports = 0;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.change);
+    EXPECT_EQ(ContentsAfter({Text(c.before), Text(c.change)}), ContentsAfter({Text(c.after)}));
+    for (const auto& former : cases) {  // in a long run each change over each content
+      if (LongSweeps() || &former == &c)
+        imports += ImportWithEveryFault(Text(former.before), Text(c.change));
     }
   }
+  RecordProperty("imports", std::to_string(imports));
 }
 
 }  // namespace

@@ -6,20 +6,17 @@
 
 namespace quorl {
 
-/// Makes every change that `text` asks for, or none. Deleting what is absent is no failure.
+/// Makes every change that `text` asks for, in its order, or none: a key or value that is absent
+/// needs no deletion, and to delete a root key is to delete all that is in it.
 ///
-/// What is new is put together in memory first (below HKEY_DYN_DATA) and reaches each root key as
-/// one lasting change. So a text for one root key without deletions is there whole or not at all
-/// for every other process, and after the kill of this one or the loss of power too. Deletions are
-/// made before that, one by one, and root keys follow one another: when one of these steps fails,
-/// the former content is put back before the failure is raised; a process that is killed among them
-/// leaves the rest to be done, which importing again does.
+/// Each root key gets its part as one durable change. Whatever can fail but the disk itself is done
+/// for all root keys before the first gets its part, so that after a failure nothing has changed,
+/// with one exception: when writing for a later root key fails, or the process is killed between
+/// two of them, the earlier ones have theirs (in the order HKCR, HKCU, HKLM, HKU, HKCC). To import
+/// the same again does the rest.
 ///
-/// Failures are the store's, as those of `Registry`. Where the former content could not be put back
-/// either, because the disk failed or the like, the Description says so in a line at its end. A key
-/// or value that was deleted and put back has its name in the case in which `text` has it, and may
-/// stand behind other values of its key. May be called from any thread; while it runs, nobody else
-/// should write to the same keys.
+/// Failures are the store's, as those of `Registry`; the call in the Description names the root
+/// keys. Failure 7 where memory does not suffice. May be called from any thread.
 void ImportRegistry(const RegistryText& text);
 
 }  // namespace quorl
