@@ -442,6 +442,8 @@ TEST(ComponentFiles, GeneratedTextsAreUpToDate) {
   const std::string root = QUORL_SOURCE_DIR;
   EXPECT_EQ(FileText(root + "/docs/quorl.idl"), tools::TypeDescription())
       << "run tools/update_generated.sh";
+  EXPECT_EQ(FileText(root + "/docs/quorl.json"), tools::CatalogueJson())
+      << "run tools/update_generated.sh";
   const std::string header = FileText(root + "/quorl/abi/quorl.h");
   const std::string begin = "/* begin generated */\n";
   const std::size_t from = header.find(begin) + begin.size();
