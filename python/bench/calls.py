@@ -12,12 +12,12 @@ sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
 
 import quorl  # noqa: E402
 
-COUNT = 1000
+COUNT = 200
 
 
 def microseconds(statement, names):
     """The best of many short rounds, so that what else runs on the machine counts little."""
-    return min(repeat(statement, globals=names, number=COUNT, repeat=60)) / COUNT * 1e6
+    return min(repeat(statement, globals=names, number=COUNT, repeat=300)) / COUNT * 1e6
 
 
 def main():

@@ -85,7 +85,7 @@ def text_of(units: bytes) -> str:
 
 def wide(text: str) -> bytes:
     """A zero-ended text of 16-bit units."""
-    return units_of(text + "\0")
+    return utf_16_le_encode(text + "\0", "surrogatepass")[0]
 
 
 def narrow(pointer: int) -> str:

@@ -7,6 +7,8 @@ written here owns what it holds: its receiver ends it with VariantClear.
 from __future__ import annotations
 
 import ctypes
+from codecs import utf_16_le_decode
+from ctypes import string_at
 from datetime import date, datetime, time, timedelta
 from decimal import Decimal
 from operator import index
@@ -105,15 +107,14 @@ def new_text(text: str) -> int:
 def read_text(pointer: int) -> str:
     if not pointer:
         return ""
-    return text_of(ctypes.string_at(pointer, 2 * runtime.SysStringLen(pointer)))
+    return text_of(string_at(pointer, 2 * runtime.SysStringLen(pointer)))
 
 
 def take_text(pointer: int) -> str:
     """Reads a text and frees it."""
-    try:
-        return read_text(pointer)
-    finally:
-        runtime.SysFreeString(pointer)
+    units = string_at(pointer, 2 * runtime.SysStringLen(pointer)) if pointer else b""
+    runtime.SysFreeString(pointer)
+    return utf_16_le_decode(units, "surrogatepass", True)[0]
 
 
 def ten_thousandths(amount: Any) -> int:
@@ -311,7 +312,7 @@ def _create(vt: int, counts: Sequence[int], lower: Sequence[int]) -> tuple[int, 
     array = runtime.SafeArrayCreate(vt, len(counts), bounds)
     if not array:
         raise MemoryError
-    return int(array), int(_HEADER.unpack(ctypes.string_at(array, _HEADER.size))[4])
+    return int(array), int(_HEADER.unpack(string_at(array, _HEADER.size))[4])
 
 
 def _new_bytes(value: bytes) -> int:
@@ -363,14 +364,14 @@ def renamed(error: Exception, where: str) -> Exception:
 
 
 def _read_array(vt: int, pointer: int) -> Any:
-    dimensions, _, size, _, data = _HEADER.unpack(ctypes.string_at(pointer, _HEADER.size))
-    known = ctypes.string_at(pointer + _HEADER.size, _BOUND.size * dimensions)
+    dimensions, _, size, _, data = _HEADER.unpack(string_at(pointer, _HEADER.size))
+    known = string_at(pointer + _HEADER.size, _BOUND.size * dimensions)
     bounds = [_BOUND.unpack_from(known, 8 * place) for place in reversed(range(dimensions))]
     counts, lower = [bound[0] for bound in bounds], [bound[1] for bound in bounds]
     total = 1
     for count in counts:
         total *= count
-    content = ctypes.string_at(data, size * total) if total else b""
+    content = string_at(data, size * total) if total else b""
     if vt == BYTE and lower == [0]:
         return content
     elements = [_read_element(vt, content, size * place) for place in range(total)]
@@ -419,8 +420,8 @@ def _pointer(buffer: Any, offset: int) -> int:
 
 def _read_reference(vt: int, place: int) -> Any:
     if vt == VARIANT:
-        return read(ctypes.string_at(place, SIZE), 0)
+        return read(string_at(place, SIZE), 0)
     if vt & ARRAY:
-        return _read_array(vt & ~ARRAY, POINTER_FORM.unpack(ctypes.string_at(place, 8))[0])
+        return _read_array(vt & ~ARRAY, POINTER_FORM.unpack(string_at(place, 8))[0])
     single = SINGLES[vt]
-    return single.read(*single.form.unpack(ctypes.string_at(place, single.form.size)))
+    return single.read(*single.form.unpack(string_at(place, single.form.size)))
