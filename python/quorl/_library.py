@@ -31,7 +31,7 @@ def candidates(folder: str | None) -> Iterator[str]:
     if named:
         yield os.path.dirname(os.path.abspath(named)) if os.path.isfile(named) else named
         return
-    for prefix in dict.fromkeys((sys.prefix, "/usr/local", "/usr")):
+    for prefix in dict.fromkeys((sys.prefix, os.path.expanduser("~/.local"), "/usr/local", "/usr")):
         for name in ("lib", "lib64", f"lib/{os.uname().machine}-linux-gnu"):
             yield os.path.join(prefix, name)
 

@@ -76,23 +76,23 @@ class Frame:
         at, size = self.text_end, len(units)
         end = at + 4 + size
         if end > _FRAME_SIZE:
-            return self.own(offset, text)
+            self.own(offset, text)
+            return
         buffer = self.buffer
         _length(buffer, at, size - 2)
         buffer[at + 4:end] = units
         self.text_end = (end + 7) & ~7
-        return _write_pointer(buffer, offset, values.STRING, self.address + at + 4)
+        _write_pointer(buffer, offset, values.STRING, self.address + at + 4)
 
     def own(self, offset: int, value: Any) -> None:
         """Writes an argument that has to be ended behind the call."""
         if isinstance(value, ByRef):
             place = offset + _REFERENCES - _ARGUMENTS
-            self.own(place, value.value)
             vt = contract.BY_REFERENCE | values.VARIANT
-            return _write_pointer(self.buffer, offset, vt, self.address + place)
+            _write_pointer(self.buffer, offset, vt, self.address + place)
+            offset, value = place, value.value
         values.write(self.buffer, offset, value)
         self.owned.append(offset)
-        return None
 
     def clear(self) -> None:
         for offset in self.owned:
