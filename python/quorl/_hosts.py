@@ -25,33 +25,34 @@ _INFO = Struct("<H6xQQQI4xQQI4x")
 _INFO_SIZE = 64
 
 
-class _Names:
-    """The names of a class's attributes, as they are and in lower case."""
+# By class: the names of its attributes by the same in lower case.
+_names: WeakKeyDictionary[type, dict[str, str]] = WeakKeyDictionary()
 
-    _known: "WeakKeyDictionary[type, _Names]" = WeakKeyDictionary()
 
-    def __init__(self, kind: type) -> None:
-        self.exact = frozenset(dir(kind))
-        self.lower = {name.lower(): name for name in self.exact}
+def _class_has(kind: type, name: str) -> bool:
+    return any(name in vars(one) for one in kind.__mro__)
 
-    @classmethod
-    def of(cls, kind: type) -> "_Names":
-        if kind not in cls._known:
-            cls._known[kind] = cls(kind)
-        return cls._known[kind]
+
+def _class_attribute(kind: type, lower: str) -> str | None:
+    if kind not in _names:
+        _names[kind] = {name.lower(): name for name in dir(kind)}
+    found = _names[kind].get(lower)
+    return found if found is not None and _class_has(kind, found) else None
 
 
 def attribute_named(target: Any, name: str) -> str | None:
     """The attribute of that name, ignoring case; it is looked up, not read."""
-    own = getattr(target, "__dict__", {})
-    names = _Names.of(type(target))
-    if name in own or name in names.exact:
+    own, kind, lower = getattr(target, "__dict__", {}), type(target), name.lower()
+    if name in own or _class_has(kind, name):
         return name
-    lower = name.lower()
-    found = next((one for one in own if one.lower() == lower), None) or names.lower.get(lower)
-    if found is None and hasattr(type(target), "__getattr__") and hasattr(target, name):
+    found = (_class_attribute(kind, lower)
+             or next((one for one in own if one.lower() == lower), None))
+    if found is not None:
+        return found
+    if _class_has(kind, "__getattr__") and hasattr(target, name):
         return name
-    return found
+    # A class may have got it since, and has names of its own when it is lent itself.
+    return next((one for one in dir(target) if one.lower() == lower), None)
 
 
 def _index(arguments: list[Any]) -> Any:

@@ -241,6 +241,10 @@ class HostObjects(unittest.TestCase):
                 return Field(["Code", "Prix"][place])
         self.assertEqual(library.DbLib.FieldPos("Prix", Fields()), 2)
         self.assertEqual(library.DbLib.StrFieldValue(Field("Prix", "12 ")), "12")
+        del Fields.Count
+        self.assertEqual(exception_of(library.DbLib.FieldPos, "Prix", Fields()).number, 438)
+        Fields.Count = 1
+        self.assertEqual(library.DbLib.FieldPos("Code", Fields()), 1)
 
     def test_threads_keep_their_exceptions_apart(self):
         seen = []
