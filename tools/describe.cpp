@@ -1,6 +1,7 @@
 // Writes what is generated from the catalogue to standard output.
 //
 //   describe idl      the type description, docs/quorl.idl
+//   describe json     the catalogue for machines, docs/quorl.json
 //   describe tables   the class tables of quorl/abi/quorl.h, between its two marks
 #include <iostream>
 #include <string_view>
@@ -11,10 +12,12 @@ int main(int count, char** arguments) {
   const std::string_view what = count == 2 ? arguments[1] : "";
   if (what == "idl") {
     std::cout << quorl::tools::TypeDescription();
+  } else if (what == "json") {
+    std::cout << quorl::tools::CatalogueJson();
   } else if (what == "tables") {
     std::cout << quorl::tools::HeaderTables();
   } else {
-    std::cerr << "describe idl | tables\n";
+    std::cerr << "describe idl | json | tables\n";
     return 2;
   }
   return 0;

@@ -1,4 +1,5 @@
-// Texts generated from the catalogue: the type description and the class tables of the C header.
+// Texts generated from the catalogue: the type description, the class tables of the C header and
+// the catalogue for machines.
 #pragma once
 
 #include <string>
@@ -10,5 +11,8 @@ std::string TypeDescription();
 
 /// Enumerations, identifiers and tables of all classes as plain C.
 std::string HeaderTables();
+
+/// Everything that a generator of bindings needs, as JSON; docs/catalogue.md describes its form.
+std::string CatalogueJson();
 
 }  // namespace quorl::tools

@@ -13,31 +13,39 @@ namespace {
 
 struct Names {
   VariantType type;
+  StringView value;
   std::string_view described;
   std::string_view argument;
   std::string_view result;
 };
 
 constexpr std::array kNames{
-    Names{VariantType::kInt16, "short", "int32_t ", "int16_t"},
-    Names{VariantType::kInt32, "long", "int32_t ", "int32_t"},
-    Names{VariantType::kDouble, "double", "double ", "double"},
-    Names{VariantType::kCurrency, "CURRENCY", "int64_t ", "int64_t"},
-    Names{VariantType::kDate, "DATE", "double ", "double"},
-    Names{VariantType::kString, "BSTR", "BSTR ", "BSTR"},
-    Names{VariantType::kObject, "IDispatch*", "QuorlDispatch* ", "QuorlDispatch*"},
-    Names{VariantType::kBoolean, "VARIANT_BOOL", "int16_t ", "int16_t"},
-    Names{VariantType::kVariant, "VARIANT", "VARIANT ", "VARIANT"},
+    Names{VariantType::kInt16, u"Int16", "short", "int32_t ", "int16_t"},
+    Names{VariantType::kInt32, u"Int32", "long", "int32_t ", "int32_t"},
+    Names{VariantType::kDouble, u"Double", "double", "double ", "double"},
+    Names{VariantType::kCurrency, u"Currency", "CURRENCY", "int64_t ", "int64_t"},
+    Names{VariantType::kDate, u"Date", "DATE", "double ", "double"},
+    Names{VariantType::kString, u"String", "BSTR", "BSTR ", "BSTR"},
+    Names{VariantType::kObject, u"Object", "IDispatch*", "QuorlDispatch* ", "QuorlDispatch*"},
+    Names{VariantType::kBoolean, u"Boolean", "VARIANT_BOOL", "int16_t ", "int16_t"},
+    Names{VariantType::kVariant, u"Variant", "VARIANT", "VARIANT ", "VARIANT"},
 };
 
-const Names& NamesOf(const TypeRow& type) {
-  return *std::ranges::find(kNames, type.type, &Names::type);
-}
+const Names& NamesOf(VariantType type) { return *std::ranges::find(kNames, type, &Names::type); }
 
 }  // namespace
 
+std::vector<VariantType> ValueTypes() {
+  std::vector<VariantType> types;
+  for (const Names& names : kNames) types.push_back(names.type);
+  return types;
+}
+
+StringView ValueTypeName(VariantType type) { return NamesOf(type).value; }
+
 std::string DescribedType(const TypeRow& type) {
-  std::string name = type.name.empty() ? std::string(NamesOf(type).described) : Utf8(type.name);
+  std::string name =
+      type.name.empty() ? std::string(NamesOf(type.type).described) : Utf8(type.name);
   if (!type.name.empty() && type.type == VariantType::kObject) name = "_" + name + "*";
   return type.by_reference ? name + "*" : name;
 }
@@ -47,9 +55,9 @@ std::string SlotArgumentType(const TypeRow& type) {
   if (!type.name.empty() && type.type == VariantType::kObject) {
     return "Quorl" + Utf8(type.name) + "* ";
   }
-  return std::string(NamesOf(type).argument);
+  return std::string(NamesOf(type.type).argument);
 }
 
-std::string SlotResultType(const TypeRow& type) { return std::string(NamesOf(type).result); }
+std::string SlotResultType(const TypeRow& type) { return std::string(NamesOf(type.type).result); }
 
 }  // namespace quorl::tools

@@ -2,10 +2,15 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "quorl/frame/internal/member_row.hpp"
 
 namespace quorl::tools {
+
+/// The types of arguments and results, and what each is called in the catalogue for machines.
+std::vector<VariantType> ValueTypes();
+StringView ValueTypeName(VariantType type);
 
 /// In interface-definition text.
 std::string DescribedType(const frame::TypeRow& type);

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Writes anew what is generated from the catalogue: docs/quorl.idl and the class tables of
-# quorl/abi/quorl.h. Argument: the program describe as built.
+# Writes anew what is generated from the catalogue: docs/quorl.idl, docs/quorl.json and from it the
+# classes of python/quorl, and the class tables of quorl/abi/quorl.h. Argument: the program describe
+# as built.
 #
 #   tools/update_generated.sh build/test/tools/describe
 set -euo pipefail
@@ -8,6 +9,8 @@ describe=$(realpath -- "$1")
 cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.."
 
 "$describe" idl > docs/quorl.idl
+"$describe" json > docs/quorl.json
+tools/generate_python.py
 
 header=quorl/abi/quorl.h
 tables=$(mktemp)

@@ -1,11 +1,10 @@
-"""Shows what quorl.py does: python3 demo.py FOLDER-OF-THE-LIBRARIES"""
+"""Shows what the package quorl does: python3 demo.py, with QUORL_LIBRARY set or Quorl installed."""
 
-import sys
 from decimal import Decimal
 
 import quorl
 
-library = quorl.Quorl(sys.argv[1], in_memory=True, locale="fr-BE")
+library = quorl.Quorl(in_memory=True, locale="fr-BE")
 
 # A global class, without creating anything; arguments by position and by name.
 print(library.Math.RoundSup(1.21, 1))
@@ -13,17 +12,17 @@ print(library.Strings.GetToken(Index=2, Text="un deux trois"))
 print(library.Math.Min(None, 3), library.Math.Min("a", 3))
 
 # A class that hosts create; properties are attributes.
-money = library.Money
+money = library.Money()
 money.Unit, money.Units, money.SubUnit, money.SubUnits = "euro", "euros", "cent", "cents"
 money.Language, money.SubUnitRow = "FR", 2
 print(money.ToText(Decimal("1280.21")))
 money.Value = Decimal("12.5")
 print(repr(money.Value))
 
-buffer = library.RollBuffer
+buffer = library.RollBuffer()
 for item in ("un", 2, None, [1.5, "deux"], b"\x01\x02"):
     buffer.AddItem(item)
-print(buffer.Count, [buffer.Items(place) for place in range(buffer.Count)])
+print(len(buffer), list(buffer))
 
 # An argument that is written back.
 key = quorl.ByRef(ord("."))
@@ -39,7 +38,7 @@ for attempt in (lambda: library.Math.RoundSup(1.21, -1), lambda: library.Math.Ro
     except quorl.QuorlError as error:
         print(error.number, error.source, error.description)
     except (AttributeError, TypeError) as error:
-        print(type(error).__name__, error)
+        print(type(error).__name__)
 
 
 # Objects of Python that the library calls back.
@@ -93,4 +92,3 @@ class Collection:
 
 
 print(library.DbLib.FieldPos("Prix", Collection("Code", "Prix")))
-print(len(quorl._Host._alive), "host objects left")
