@@ -536,9 +536,9 @@ TEST_F(Component, AHostsFailureReachesTheCallerAsItIs) {
        {DISP_E_BADPARAMCOUNT, String(kRuntimeSource), u"L'objet appelé a signalé un échec."}},
       {[](VARIANT* result, EXCEPINFO*) { return *result = Raw(99), S_OK; }, RuntimeFailure(13)},
       // As the object in C++ itself fails.
-      {nullptr, {7, u"Host", u"No"}},
+      {nullptr, {438, u"Host", u"No"}},
   };
-  host.target->WithFailure(u"ListCount", 7);
+  host.target->WithFailure(u"ListCount", 438);
   const auto combo = library_.Make(u"ComboBoxEx");
   const MemberRow& member = Member(u"ComboBoxEx", u"CmbSelectItemData");
   for (const Case& known : cases) {
