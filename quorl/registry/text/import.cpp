@@ -1,6 +1,6 @@
 #include "quorl/registry/text/import.hpp"
 
-#include <algorithm>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -36,11 +36,8 @@ std::vector<StoreChange> ChangesOf(const RegistryText& text) {
 
 // "ImportRegistry(HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE)": the root keys that `text` names.
 String CallTextOf(const RegistryText& text) {
-  std::vector<String> roots;
-  for (const RegistryTextKey& key : text) roots.push_back(NameOf({key.place.root, {}}));
-  std::ranges::sort(roots);
-  const auto repeated = std::ranges::unique(roots);
-  roots.erase(repeated.begin(), repeated.end());
+  std::set<String> roots;
+  for (const RegistryTextKey& key : text) roots.insert(NameOf({key.place.root, {}}));
   return internal::CallTextOf(u"ImportRegistry",
                               std::vector<CallArgument>(roots.begin(), roots.end()));
 }
