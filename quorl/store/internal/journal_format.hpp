@@ -37,10 +37,14 @@
 // is known by its key and name, and `body check` that of word and data. Each transaction repeats
 // the identity of the record before its first one (`former`, by the name's hash, see
 // name_hash.hpp): where that record is lost, the value that it replaced or deleted is known, and
-// does not come back. A confirmation says that everything up to the record `last` was acknowledged.
-// It is written after the sync, where the next transaction will be, and is not synced itself: it
-// only helps to tell damage to the last transaction from one that was cut off. What no trace is
-// left of, like transactions at the end of a file that was cut short, the journal cannot know.
+// does not come back.
+//
+// A confirmation says that everything up to the record `last` was synced. It is written after the
+// sync, where the next transaction will be, and is not synced itself. By it, damage to the last
+// transaction is told from one that was cut off; and a last transaction without it, which a process
+// may have read although its sync had failed, is written again before the next one follows. What no
+// trace is left of, like transactions at the end of a file that was cut short, the journal cannot
+// know.
 //
 // A fresh journal is written beside the old one under a name with ".new-" and a random number,
 // synced, and renamed over it. Who writes holds a lock on the journal that the path names.

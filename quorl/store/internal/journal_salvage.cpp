@@ -91,8 +91,10 @@ class Survey {
       return left.is_whole && !right.is_whole;
     };
     std::ranges::stable_sort(found_, is_less);
-    const auto same = std::ranges::unique(found_, {}, &Finding::number);
-    found_.erase(same.begin(), same.end());
+    const auto is_same = [](const Finding& left, const Finding& right) {
+      return left.number == right.number;
+    };
+    found_.erase(std::unique(found_.begin(), found_.end(), is_same), found_.end());
     return std::move(found_);
   }
 
