@@ -574,6 +574,28 @@ TEST(Damage, OfTheWholeFileIsNoFirstRun) {
   }
 }
 
+TEST(Damage, IsQuarantinedForGoodBeforeTheFileIsReplaced) {
+  SmallStore small(2);
+  const int file = small.files.Open(kSimulatedHive, OpenFor::kWriting, 0);
+  ASSERT_EQ(small.files.WriteAt(file, "X", 1, 3), 1);
+  ASSERT_EQ(small.files.Sync(file), 0);
+  Random random(5);
+  for (std::int64_t cut = 0; cut < 24; ++cut) {
+    SimulatedFiles files(small.files);
+    files.CutPowerAt(cut);
+    PersistentStore store(SimulatedFolders(), files);
+    Load(store, kCurrentUser, "Key0", "Name");
+    for (int way = 0; way < 8; ++way) {
+      SimulatedFiles after = files.AfterPowerLoss(random);
+      if (after.Bytes() == small.Bytes()) continue;
+      std::vector<std::string> names;
+      ASSERT_EQ(after.List(SimulatedFolders().user, names), 0);
+      ASSERT_EQ(std::ranges::count(names, "HKEY_CURRENT_USER.journal.damaged-1"), 1) << cut;
+      EXPECT_EQ(after.Bytes(kSimulatedHive + ".damaged-1"), small.Bytes());
+    }
+  }
+}
+
 TEST(Damage, InANewerFormatIsNone) {
   SmallStore small(1);
   small.Bytes().replace(0, internal::kHeaderBytes,
