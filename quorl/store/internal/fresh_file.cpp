@@ -46,15 +46,18 @@ StoreStatus FreshFile::Make(unsigned mode, const FileInfo* former) {
 }
 
 StoreStatus FreshFile::Open(unsigned mode) {
-  int descriptor = -EEXIST;
-  for (int attempt = 0; attempt < kAttempts && descriptor == -EEXIST; ++attempt) {
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
     fresh_path_ = path_ + std::string(kMark) + RandomDigits();
-    descriptor = files_.Open(fresh_path_, OpenFor::kCreating, mode);
+    const int descriptor = files_.Open(fresh_path_, OpenFor::kCreating, mode);
+    if (descriptor == -EEXIST) continue;
+    if (descriptor < 0) return CodeOfResult(descriptor);
+    is_made_ = true;
+    file_ = OpenFile(files_, descriptor);
+    const int result = files_.TryLock(descriptor);
+    if (result != -EAGAIN) return CodeOfResult(result);
+    // Another process takes it for an abandoned one, and removes it.
   }
-  if (descriptor < 0) return CodeOfResult(descriptor);
-  is_made_ = true;
-  file_ = OpenFile(files_, descriptor);
-  return CodeOfResult(files_.TryLock(descriptor));
+  return kLocked;
 }
 
 // A group that the file cannot be given must not be replaced by another one with the same rights.
