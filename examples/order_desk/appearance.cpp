@@ -32,6 +32,8 @@ constexpr char16_t kStyleSheet[] =
   QPushButton:disabled { color: #9aa4b0; background: #f2f4f7; }
   QPushButton#save { background: #2a6fb0; color: white; border-color: #2a6fb0; }
   QPushButton#save:focus { border-color: #1d3557; }
+  QComboBox::drop-down { border: none; width: 22px; }
+  QTableView::item { padding: 0 6px; }
   QTableView { border: 1px solid #d5dbe3; border-radius: 4px; background: white;
                alternate-background-color: #f5f8fb; }
   QHeaderView::section { background: #f2f4f7; border: none; border-bottom: 1px solid #d5dbe3;

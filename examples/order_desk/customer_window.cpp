@@ -27,6 +27,7 @@ CustomerWindow::CustomerWindow(QWidget* parent)
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(20, 18, 20, 18);
   name_->setObjectName(u"title"_s);
+  name_->setIndent(0);
   details_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   details_->setAlignment(Qt::AlignTop);
   layout->addWidget(name_);
@@ -40,7 +41,7 @@ void CustomerWindow::Show(const Customer& customer) {
     return details_->setText(u"The order at hand has none yet."_s);
   }
   name_->setText(customer.name);
-  details_->setText(u"%1\nNumber %2\nAmounts in %3\n%4"_s.arg(
+  details_->setText(u"%1\nNumber %2\nAmounts in %3\nRecord %4"_s.arg(
       customer.town, QString::number(customer.number), LanguageName(customer.language),
       quorl::qt::ToQString(quorl::GUIDs::GetNumGUID(customer.number))));
 }

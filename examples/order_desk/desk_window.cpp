@@ -59,6 +59,7 @@ DeskWindow::DeskWindow(const QString& file)
   splitter->addWidget(BuildList());
   splitter->setStretchFactor(0, 2);
   splitter->setStretchFactor(1, 3);
+  splitter->setSizes({400, 600});
   setCentralWidget(splitter);
   BuildMenus();
   Say({});
@@ -72,6 +73,7 @@ QWidget* DeskWindow::BuildOrder() {
   auto* lines = new QVBoxLayout(pane);
   lines->setContentsMargins(20, 16, 20, 16);
   title_->setObjectName(u"title"_s);
+  title_->setIndent(0);
   alert_->setObjectName(u"alert"_s);
   alert_->setAccessibleName(u"Message"_s);
   alert_->setWordWrap(true);
@@ -114,7 +116,7 @@ QWidget* DeskWindow::BuildList() {
   table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 10);
   QHeaderView* header = table_->horizontalHeader();
   header->setHighlightSections(false);
-  for (const auto& [column, width] : {std::pair{0, 64}, {1, 150}, {3, 100}, {4, 96}, {5, 48}}) {
+  for (const auto& [column, width] : {std::pair{0, 56}, {1, 160}, {3, 100}, {4, 100}, {5, 52}}) {
     header->resizeSection(column, width);
   }
   header->setSectionResizeMode(2, QHeaderView::Stretch);

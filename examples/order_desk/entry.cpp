@@ -70,7 +70,7 @@ QString QuantityFault(const Entry& entry) {
 QString DeliveryFault(const QString& text) {
   if (Dates::IsDateOrEmpty(Lend(text)) && IsDay(text)) return {};
   const String sample = WriteDate(DateOf({2026, 12, 24}));
-  return u"A day such as %1, or nothing"_s.arg(ToQString(sample));
+  return u"A day such as %1"_s.arg(ToQString(sample));
 }
 
 Money Euros() {

@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QCompleter>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -80,7 +81,8 @@ void EntryForm::Add(EntryField field, QWidget* widget, const char16_t* name,
   auto* note = new QLabel(this);
   title->setBuddy(widget);
   note->setProperty("fault", true);
-  note->setWordWrap(true);
+  note->setIndent(0);
+  note->setContentsMargins(0, 0, 0, 6);
   widget->setObjectName(QString::fromUtf16(name));
   widget->setAccessibleName(title->text().remove(u'&'));
   auto* grid = static_cast<QGridLayout*>(layout());
@@ -108,8 +110,24 @@ void EntryForm::BuildCustomers() {
   completer->setCompletionMode(QCompleter::PopupCompletion);
   completer->setFilterMode(Qt::MatchContains);
   completer->setCaseSensitivity(Qt::CaseInsensitive);
+  completer->popup()->installEventFilter(this);
   connect(customer_, &QComboBox::editTextChanged, this, &EntryForm::Changed);
   connect(customer_->lineEdit(), &QLineEdit::editingFinished, this, &EntryForm::PickCustomer);
+}
+
+// While names are offered the keys go to their list, where Tab would only close it: it picks the
+// customer and goes on to the next field, as it does everywhere else.
+bool EntryForm::eventFilter(QObject* popup, QEvent* event) {
+  if (event->type() != QEvent::KeyPress) return false;
+  const int key = static_cast<const QKeyEvent*>(event)->key();
+  if (key != Qt::Key_Tab && key != Qt::Key_Backtab) return false;
+  auto& names = static_cast<QAbstractItemView&>(*popup);
+  const QModelIndex chosen = names.currentIndex();
+  if (chosen.isValid()) customer_->setEditText(chosen.data().toString());
+  names.hide();
+  PickCustomer();
+  focusNextPrevChild(key == Qt::Key_Tab);
+  return true;
 }
 
 void EntryForm::BuildTotal() {

@@ -39,6 +39,8 @@ class EntryForm : public QWidget {
   /// Called after every change of a field.
   std::function<void()> on_change;
 
+  bool eventFilter(QObject* popup, QEvent* event) override;
+
  private:
   static constexpr std::size_t kFields = 5;
   struct Marked {

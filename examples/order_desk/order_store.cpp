@@ -40,12 +40,13 @@ constexpr std::array kExplanations{
   throw StoreFailure(error.text());
 }
 
+// A price is kept as digits: of a number SQLite would keep no more than 15 of them.
 constexpr std::array kSchema{
     u"create table if not exists customers (number integer primary key, name text not null,"
     u" town text not null, language text not null)",
     u"create table if not exists orders (number integer primary key,"
     u" customer integer not null references customers, article text not null,"
-    u" price decimal(19,4) not null, quantity real not null, delivery date, paid boolean)",
+    u" price text not null, quantity real not null, delivery date, paid boolean)",
 };
 
 const std::vector<Customer>& FirstCustomers() {

@@ -40,7 +40,7 @@ void TakeAll(const QDir& folder, const QString& orders) {
   regional.SetRegional(quorl::riMonDecimalChar, u",");
   regional.SetRegional(quorl::riMonThousandChar, u" ");
   DeskWindow window(orders);
-  window.resize(1060, 600);
+  window.resize(1100, 580);
   window.Form().Show(
       {u""_s, 101, u"Oak table, 2,40 m"_s, u"1 289,50"_s, u"3"_s, u"2026-12-24"_s, 0});
   Take(window, folder.filePath(u"order_desk.png"_s));

@@ -12,7 +12,9 @@
 // field declared as a truth value is a Boolean; a decimal is a Currency where its value has at most
 // four decimals and lies in range, else a Double. A value counts as a decimal when the driver gives
 // it digit by digit, when it is a number of a field declared DECIMAL in SQLite, and when the field
-// is named in `decimals`, whatever the driver makes of it.
+// is named in `decimals`, whatever the driver makes of it. SQLite itself keeps 15 digits of a field
+// declared DECIMAL or NUMERIC, and every digit of one declared TEXT: name such a field in
+// `decimals`.
 #pragma once
 
 #include <QSqlQuery>
