@@ -22,6 +22,12 @@ namespace {
 
 QString ListedAs(const Customer& customer) { return u"%1, %2"_s.arg(customer.name, customer.town); }
 
+EntryForm::TotalTexts TextsOf(const Entry& entry, const QString& language) {
+  const std::optional<Currency> total = TotalOf(entry);
+  if (!total) return {};
+  return {AmountText(*total) + u" EUR"_s, AmountInWords(*total, language)};
+}
+
 // A style sheet that depends on a property is applied again only when asked to.
 void SetFlag(QWidget& widget, const char* name, bool value) {
   if (widget.property(name).toBool() == value) return;
@@ -34,6 +40,7 @@ void SetFlag(QWidget& widget, const char* name, bool value) {
 
 EntryForm::EntryForm(QWidget* parent)
     : QWidget(parent),
+      total_texts(TextsOf),
       customer_(new QComboBox(this)),
       paid_(new QComboBox(this)),
       total_(new QLabel(this)),
@@ -231,14 +238,14 @@ void EntryForm::Mark(const std::vector<Fault>& faults) {
 }
 
 void EntryForm::ShowTotal() {
-  const std::optional<Currency> total = TotalOf(Typed());
-  total_->setText(total ? AmountText(*total) + u" EUR"_s : QString());
   QString language = u"UK"_s;
-  const int number = CustomerNumber();
+  const Entry entry = Typed();
   for (const Customer& customer : customers_) {
-    if (customer.number == number) language = customer.language;
+    if (customer.number == entry.customer) language = customer.language;
   }
-  words_->setText(total ? AmountInWords(*total, language) : QString());
+  const TotalTexts texts = total_texts(entry, language);
+  total_->setText(texts.figures);
+  words_->setText(texts.words);
 }
 
 void EntryForm::Changed() {

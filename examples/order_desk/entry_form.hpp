@@ -39,6 +39,14 @@ class EntryForm : public QWidget {
   /// Called after every change of a field.
   std::function<void()> on_change;
 
+  /// The total in figures and in words.
+  struct TotalTexts {
+    QString figures;
+    QString words;
+  };
+  /// What they are for an entry, in a customer's language. May be replaced, to compare.
+  std::function<TotalTexts(const Entry&, const QString&)> total_texts;
+
   bool eventFilter(QObject* popup, QEvent* event) override;
 
  private:
