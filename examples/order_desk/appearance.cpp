@@ -17,12 +17,13 @@ constexpr char16_t kStyleSheet[] =
   QLabel#alert { background: #fff3e0; border: 1px solid #e8a33d; border-radius: 4px;
                  padding: 7px; color: #6b3d00; }
   QLabel[fault="true"] { color: #b3261e; font-size: 12px; }
-  QLineEdit, QComboBox { padding: 5px; border: 1px solid #b8c0cc; border-radius: 4px;
-                         background: white; min-height: 18px; }
-  QLineEdit:focus, QComboBox:focus { border: 2px solid #2a6fb0; padding: 4px; }
-  QComboBox QLineEdit, QComboBox QLineEdit:focus { border: none; padding: 0; min-height: 0; }
-  QLineEdit[fault="true"], QComboBox[fault="true"] { border: 2px solid #b3261e; padding: 4px;
-                                                     background: #fdecea; }
+  QLineEdit { padding: 5px; border: 1px solid #b8c0cc; border-radius: 4px; background: white;
+              min-height: 18px; }
+  QLineEdit:focus { border: 2px solid #2a6fb0; padding: 4px; }
+  QLineEdit[fault="true"] { border: 2px solid #b3261e; padding: 4px; background: #fdecea; }
+  QComboBox { min-height: 24px; }
+  QComboBox[fault="true"] { border: 2px solid #b3261e; border-radius: 4px; background: #fdecea; }
+  QComboBox[fault="true"]::drop-down { border: none; }
   QWidget#totalPanel { background: #eaf1f8; border-radius: 6px; }
   QLabel#total { font-size: 21px; font-weight: 600; color: #1d3557; }
   QLabel#words { color: #33475b; font-style: italic; }
@@ -32,7 +33,6 @@ constexpr char16_t kStyleSheet[] =
   QPushButton:disabled { color: #9aa4b0; background: #f2f4f7; }
   QPushButton#save { background: #2a6fb0; color: white; border-color: #2a6fb0; }
   QPushButton#save:focus { border-color: #1d3557; }
-  QComboBox::drop-down { border: none; width: 22px; }
   QTableView::item { padding: 0 6px; }
   QTableView { border: 1px solid #d5dbe3; border-radius: 4px; background: white;
                alternate-background-color: #f5f8fb; }

@@ -44,7 +44,7 @@ void TakeAll(const QDir& folder, const QString& orders) {
   window.Form().Show(
       {u""_s, 101, u"Oak table, 2,40 m"_s, u"1 289,50"_s, u"3"_s, u"2026-12-24"_s, 0});
   Take(window, folder.filePath(u"order_desk.png"_s));
-  window.Form().Show({u"Pont"_s, 0, u""_s, u"12..5"_s, u"0"_s, u"2026-02-30"_s, 2});
+  window.Form().Show({u"nobody"_s, 0, u""_s, u"12..5"_s, u"0"_s, u"2026-02-30"_s, 2});
   window.Save();
   Take(window, folder.filePath(u"order_desk_faults.png"_s));
   window.Discard();
