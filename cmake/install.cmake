@@ -8,7 +8,12 @@ install(FILES docs/quorl.idl docs/quorl.json DESTINATION ${CMAKE_INSTALL_DATADIR
 install(EXPORT QuorlTargets NAMESPACE Quorl:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Quorl)
 
 write_basic_package_version_file(QuorlConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-file(WRITE ${PROJECT_BINARY_DIR}/QuorlConfig.cmake
-     "include(\${CMAKE_CURRENT_LIST_DIR}/QuorlTargets.cmake)\n")
-install(FILES ${PROJECT_BINARY_DIR}/QuorlConfig.cmake ${PROJECT_BINARY_DIR}/QuorlConfigVersion.cmake
+install(FILES cmake/QuorlConfig.cmake ${PROJECT_BINARY_DIR}/QuorlConfigVersion.cmake
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Quorl)
+
+# The component `qt` of the package, where it was built.
+if(TARGET quorl_qt)
+  install(TARGETS quorl_qt EXPORT QuorlQtTargets FILE_SET HEADERS
+          ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(EXPORT QuorlQtTargets NAMESPACE Quorl:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Quorl)
+endif()

@@ -1,0 +1,16 @@
+# find_package(Quorl 1.0 REQUIRED) gives Quorl::quorl, Quorl::runtime and Quorl::component;
+# find_package(Quorl 1.0 REQUIRED COMPONENTS qt) gives Quorl::qt too, and finds Qt 6 for it.
+include(${CMAKE_CURRENT_LIST_DIR}/QuorlTargets.cmake)
+foreach(component IN LISTS Quorl_FIND_COMPONENTS)
+  set(Quorl_${component}_FOUND FALSE)
+  if(component STREQUAL "qt" AND EXISTS ${CMAKE_CURRENT_LIST_DIR}/QuorlQtTargets.cmake)
+    include(CMakeFindDependencyMacro)
+    find_dependency(Qt6 6.4 COMPONENTS Widgets Sql)
+    include(${CMAKE_CURRENT_LIST_DIR}/QuorlQtTargets.cmake)
+    set(Quorl_qt_FOUND TRUE)
+  endif()
+  if(Quorl_FIND_REQUIRED_${component} AND NOT Quorl_${component}_FOUND)
+    set(Quorl_FOUND FALSE)
+    set(Quorl_NOT_FOUND_MESSAGE "Quorl was installed without its component ${component}")
+  endif()
+endforeach()

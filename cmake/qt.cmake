@@ -1,0 +1,12 @@
+# The optional adapter for Qt 6. Whoever builds on it asks whether the target quorl_qt is there.
+if(QUORL_QT STREQUAL "AUTO")
+  find_package(Qt6 6.4 QUIET COMPONENTS Widgets Sql Test)
+  if(NOT Qt6_FOUND)
+    message(STATUS "Quorl::qt, the order desk and their tests are left out: Qt 6 is not installed")
+  endif()
+elseif(QUORL_QT)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Sql Test)
+endif()
+if(QUORL_QT AND Qt6_FOUND)
+  add_subdirectory(adapters/qt)
+endif()

@@ -1,0 +1,28 @@
+# Installs BINARY_DIR and builds a consumer that includes each header of the component `qt` first.
+set(work ${BINARY_DIR}/installed_qt)
+file(REMOVE_RECURSE ${work})
+function(run)
+  execute_process(COMMAND ${ARGN} OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+run(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${work}/prefix)
+file(GLOB headers RELATIVE ${work}/prefix/include ${work}/prefix/include/quorl/qt/*.hpp)
+if(headers STREQUAL "")
+  message(FATAL_ERROR "no header of the component is installed")
+endif()
+foreach(header ${headers})
+  string(MAKE_C_IDENTIFIER ${header} unit)
+  file(WRITE ${work}/source/${unit}.cpp "#include \"${header}\"\n")
+endforeach()
+file(WRITE ${work}/source/main.cpp "#include \"quorl/qt/form.hpp\"
+int main() { return quorl::qt::FormOf(nullptr).IsEmpty() ? 0 : 1; }\n")
+file(WRITE ${work}/source/CMakeLists.txt "cmake_minimum_required(VERSION 3.25)
+project(QtConsumer LANGUAGES CXX)
+find_package(Quorl 1.0 REQUIRED COMPONENTS qt)
+file(GLOB sources *.cpp)
+add_executable(consumer \${sources})
+target_link_libraries(consumer PRIVATE Quorl::qt)\n")
+run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${work}/source -B ${work}/build
+    -DCMAKE_PREFIX_PATH=${work}/prefix)
+run(${CMAKE_COMMAND} --build ${work}/build)
+run(${work}/build/consumer)
