@@ -9,8 +9,9 @@ namespace quorl::frame {
 /// change. After a failure nothing has changed; the code is 0x80070000 plus the store's.
 HRESULT RegisterLibrary() noexcept;
 
-/// Removes the registration as one durable change, and with it the keys CLSID, Interface and TypeLib
-/// when nothing else is in them. What is not there is no failure. Fails as `RegisterLibrary`.
+/// Removes the registration as one durable change, and with it the keys CLSID, Interface and
+/// TypeLib when nothing else is in them. What is not there is no failure. Fails as
+/// `RegisterLibrary`.
 HRESULT UnregisterLibrary() noexcept;
 
 }  // namespace quorl::frame

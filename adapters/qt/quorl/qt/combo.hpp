@@ -1,12 +1,10 @@
 // A combo box of the toolkit as the object that `ComboBoxEx` works with.
 //
-// | member      | access     | what it is |
-// |-------------|------------|---------------------------------------------------------------------|
-// | `ListCount` | read       | the number of entries; a model that fetches on demand is fetched |
-// |             |            | whole first | | `List`      | read       | the text of the entry at
-// an index from 0                            | | `ItemData`  | read       | what is stored with it
-// under Qt::UserRole; 0 where nothing is       | | `ListIndex` | read/write | the selected entry;
-// -1 for none                                     |
+// - `ListCount`, read: the number of entries; a model that fetches on demand is fetched whole
+// first.
+// - `List`, read: the text of the entry at an index from 0.
+// - `ItemData`, read: what is stored with it under Qt::UserRole; 0 where nothing is.
+// - `ListIndex`, read and written: the selected entry; -1 for none.
 //
 // Other names are properties and methods of the combo box (object.hpp). Called from the thread of
 // the widgets.

@@ -1,12 +1,11 @@
 // Records of SQL as the collection of fields that `DbLib` reads, and what `DbLib` gives back bound
 // as parameters of a query.
 //
-// | object     | member           | what it gives |
-// |------------|------------------|----------------------------------------------------------------|
-// | collection | `Count`          | the number of fields, an Int32 | | collection | default, `Item`
-// | the field at an index from 0, or of that name without case     | | field      | `Name` | its
-// name                                                       | | field      | default, `Value` |
-// its value                                                      |
+// - Of the collection, `Count`: the number of fields, an Int32.
+// - Of the collection, the default member and `Item`: the field at an index from 0, or of that name
+//   without case.
+// - Of a field, `Name`: its name.
+// - Of a field, the default member and `Value`: its value.
 //
 // Values pass by values.hpp, with what SQL declares on top: NULL is Null; a whole number of a
 // field declared as a truth value is a Boolean; a decimal is a Currency where its value has at most

@@ -6,18 +6,16 @@
 // form's place counts from the upper left corner of the screen on which it stands, a subwindow's
 // from that of its area.
 //
-// | member                     | access     | what it is |
-// |----------------------------|------------|------------------------------------------------------|
-// | `Name`                     | read       | objectName, or without one the name of its class | |
-// `Left`, `Top`              | read/write | place of the frame's upper left corner               |
-// | `Width`, `Height`          | read/write | size with the frame | | `ScaleWidth`, `ScaleHeight`|
-// read       | size of what it can hold: of the area where it has a | | |            | QMdiArea as
-// central widget, else without the frame   | | `WindowState`              | read/write | 0 normal,
-// 1 minimised, 2 maximised or full screen    | | `BorderStyle`              | read       | 0 none,
-// 1 fixed, 2 sizable, 3 fixed dialog, 4 fixed  | |                            |            | tool
-// window, 5 sizable tool window                   | | `MDIChild`                 | read       |
-// whether it is a QMdiSubWindow                        | | `Move`                     | call |
-// left; then, where given, top, width, height          |
+// - `Name`, read: objectName, or without one the name of its class.
+// - `Left`, `Top`, read and written: place of the frame's upper left corner.
+// - `Width`, `Height`, read and written: size with the frame.
+// - `ScaleWidth`, `ScaleHeight`, read: size of what it can hold: of the QMdiArea where that is its
+//   central widget, else without the frame.
+// - `WindowState`, read and written: 0 normal, 1 minimised, 2 maximised or full screen.
+// - `BorderStyle`, read: 0 none, 1 fixed, 2 sizable, 3 fixed dialog, 4 fixed tool window, 5 sizable
+//   tool window.
+// - `MDIChild`, read: whether it is a QMdiSubWindow.
+// - `Move`, call: left; then, where given, top, width, height.
 //
 // Other names are properties and methods of the widget (object.hpp). Called from the thread of the
 // widgets.
