@@ -54,7 +54,9 @@ StoreStatus FreshFile::Open(unsigned mode) {
   if (descriptor < 0) return CodeOfResult(descriptor);
   is_made_ = true;
   file_ = OpenFile(files_, descriptor);
-  return CodeOfResult(files_.TryLock(descriptor));
+  // Somebody may have taken it for abandoned before it was locked.
+  const int locked = files_.TryLock(descriptor);
+  return locked == -EAGAIN ? kLocked : CodeOfResult(locked);
 }
 
 // A group that the file cannot be given must not be replaced by another one with the same rights.
