@@ -24,7 +24,6 @@ struct FileInfo {
   unsigned owner = 0;
   unsigned group = 0;
   bool regular = false;  ///< Neither folder nor pipe nor device.
-  bool foreign = false;  ///< Of another user than the process's, unless that may do everything.
 
   bool SameFile(const FileInfo& other) const noexcept {
     return device == other.device && inode == other.inode;
@@ -63,6 +62,8 @@ class QUORL_API FileSystem {
   virtual int TryLock(int file) = 0;
   virtual int SetMode(int file, unsigned mode) = 0;
   virtual int SetOwner(int file, unsigned owner, unsigned group) = 0;
+  /// Whether a file belongs to another user than the process's, unless that may do everything.
+  virtual bool IsForeign(const FileInfo& info) = 0;
   /// Replaces what `to` names in one step.
   virtual int Rename(const std::string& from, const std::string& to) = 0;
   /// Renames a file; -EEXIST when `to` is taken.

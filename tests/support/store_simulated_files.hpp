@@ -168,6 +168,7 @@ class SimulatedFiles : public FileSystem {
     return 0;
   }
   int SetOwner(int, unsigned, unsigned) override { return Called(); }
+  bool IsForeign(const FileInfo&) override { return foreign_; }
 
   int Rename(const std::string& from, const std::string& to) override {
     if (const int error = CalledToChange()) return error;
@@ -312,7 +313,7 @@ class SimulatedFiles : public FileSystem {
 
   File& FileOf(int file) { return disk_.files.at(open_.at(file)); }
   FileInfo InfoOf(std::uint64_t inode) const {
-    FileInfo info{.device = 1, .inode = inode, .regular = inode != 0, .foreign = foreign_};
+    FileInfo info{.device = 1, .inode = inode, .regular = inode != 0};
     if (info.regular) info.size = disk_.files.at(inode).content.size();
     if (info.regular) info.mode = disk_.files.at(inode).mode;
     return info;

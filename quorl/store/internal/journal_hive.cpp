@@ -232,8 +232,8 @@ void JournalHive::Detach() {
   damage_.reset();
 }
 
-bool JournalHive::MayWrite(const FileInfo& info) const noexcept {
-  return !place_.is_private || !info.foreign;
+bool JournalHive::MayWrite(const FileInfo& info) const {
+  return !place_.is_private || !files_.IsForeign(info);
 }
 
 StoreStatus JournalHive::Load(Lock lock) {

@@ -44,7 +44,7 @@ class JournalHive final : public Hive {
   StoreStatus ReadOn(const OpenFile& file, const FileInfo& info, Following& following);
   enum class Lock : std::uint8_t { kHeld, kNotHeld };
   StoreStatus Load(Lock lock);
-  bool MayWrite(const FileInfo& info) const noexcept;
+  bool MayWrite(const FileInfo& info) const;
   void CloseFile() noexcept;
   void Detach();
   void Adopt(OpenFile file, const FileInfo& info, LoadedJournal& loaded);

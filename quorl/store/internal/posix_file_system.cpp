@@ -64,8 +64,7 @@ FileInfo InfoOf(const struct stat& status) noexcept {
           .mode = status.st_mode & kPermissionBits,
           .owner = status.st_uid,
           .group = status.st_gid,
-          .regular = S_ISREG(status.st_mode),
-          .foreign = geteuid() != 0 && status.st_uid != geteuid()};
+          .regular = S_ISREG(status.st_mode)};
 }
 
 class PosixFileSystem final : public FileSystem {
@@ -121,6 +120,11 @@ class PosixFileSystem final : public FileSystem {
 
   int SetOwner(int file, unsigned owner, unsigned group) override {
     return OrError(fchown(file, uid_t{owner}, gid_t{group}));
+  }
+
+  bool IsForeign(const FileInfo& info) override {
+    const uid_t user = geteuid();
+    return user != 0 && user != info.owner;
   }
 
   int Rename(const std::string& from, const std::string& to) override {
