@@ -2,6 +2,7 @@
 
 #include <QSqlField>
 #include <array>
+#include <utility>
 
 #include "internal/host_object.hpp"
 #include "quorl/runtime/convert.hpp"
@@ -73,8 +74,8 @@ const Member<Field> Field::kMembers[3] = {
 
 class Fields final : public WithMembers<Fields, LateBound> {
  public:
-  Fields(const QSqlRecord& record, const QStringList& decimals)
-      : record_(record), decimals_(decimals) {}
+  Fields(QSqlRecord record, QStringList decimals)
+      : record_(std::move(record)), decimals_(std::move(decimals)) {}
 
   Variant Count(Arguments) { return Int32{record_.count()}; }
   Variant Item(Arguments arguments) {

@@ -1,6 +1,8 @@
 #include "quorl/runtime/screen.hpp"
 
 #include <atomic>
+#include <bit>
+#include <cstdint>
 
 #include "quorl/runtime/convert.hpp"
 
@@ -12,16 +14,18 @@ struct Size {
   Single height = 0;
 };
 
-constinit std::atomic<Size> current{Size{}};
-static_assert(decltype(current)::is_always_lock_free);
+// Both lengths in one word, so that nobody reads the width of one size and the height of another.
+constinit std::atomic<std::uint64_t> current{std::bit_cast<std::uint64_t>(Size{})};
+
+Size CurrentSize() noexcept { return std::bit_cast<Size>(current.load()); }
 
 }  // namespace
 
-Single Screen::Width() noexcept { return current.load().width; }
-Single Screen::Height() noexcept { return current.load().height; }
+Single Screen::Width() noexcept { return CurrentSize().width; }
+Single Screen::Height() noexcept { return CurrentSize().height; }
 
 void Screen::SetSize(Double width, Double height) {
-  current.store(Size{ToSingle(width), ToSingle(height)});
+  current.store(std::bit_cast<std::uint64_t>(Size{ToSingle(width), ToSingle(height)}));
 }
 
 }  // namespace quorl
