@@ -48,7 +48,8 @@ Variant Math::StdTruncate(const Variant& Nombre, Int16 Nombredecimales) {
   const Variant product = Multiply(Nombre, Variant(factor));
   // A Currency has its 4 decimals already, and more digits than a Double holds.
   if (const Currency* amount = product.If<Currency>()) {
-    return Over(static_cast<Double>(amount->TenThousandths() / Currency::kScale), factor);
+    const std::int64_t whole = amount->TenThousandths() / Currency::kScale;
+    return Over(static_cast<Double>(whole), factor);
   }
   return Over(std::trunc(RoundToDecimals(ToDouble(product), kCleanDecimals)), factor);
 }

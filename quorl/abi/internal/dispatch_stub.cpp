@@ -1,6 +1,7 @@
 #include "quorl/abi/internal/dispatch_stub.hpp"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "quorl/abi/internal/errors.hpp"
@@ -18,7 +19,7 @@ namespace {
 
 class LocalDispatch final : public Counted<LocalDispatch, QuorlDispatch> {
  public:
-  explicit LocalDispatch(const Object& object) : Counted(kTable), object_(object) {}
+  explicit LocalDispatch(Object object) : Counted(kTable), object_(std::move(object)) {}
 
   static bool Answers(const GUID& identifier) { return identifier == IID_IDispatch; }
   static bool IsOne(const QuorlDispatch* dispatch) { return dispatch->table == &kTable; }

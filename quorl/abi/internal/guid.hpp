@@ -6,11 +6,14 @@
 #include "quorl/abi/quorl.h"
 #include "quorl/runtime/types.hpp"
 
-namespace quorl::abi {
-
+// Beside the type, where every use of == finds it.
 inline bool operator==(const GUID& a, const GUID& b) noexcept {
   return std::memcmp(&a, &b, sizeof(GUID)) == 0;
 }
+
+namespace quorl::abi {
+
+using ::operator==;
 
 /// "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}" in capitals.
 QUORL_API String GuidText(const GUID& guid);

@@ -11,8 +11,6 @@
 namespace quorl::frame {
 namespace {
 
-using abi::operator==;
-
 // Guards the places of the hidden instances. Sound before any code of the library runs and until
 // its memory is gone, as these places are.
 constinit std::mutex hidden_guard;

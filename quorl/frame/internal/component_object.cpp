@@ -13,8 +13,6 @@
 namespace quorl::frame {
 namespace {
 
-using abi::operator==;
-
 std::atomic<std::int64_t> uses{0};
 
 ComponentObject& At(QuorlDispatch* self) { return *static_cast<ComponentObject*>(self); }

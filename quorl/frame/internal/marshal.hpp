@@ -40,7 +40,7 @@ struct Marshal {
   using Out = int;
   struct FromSlot {
     template <class Source>
-    explicit FromSlot(Source&&) {}
+    explicit FromSlot(const Source&) {}
     operator Type() const;
   };
   using FromVariant = FromSlot;

@@ -45,9 +45,9 @@ String OwnPath() {
   Dl_info info{};
   if (dladdr(reinterpret_cast<const void*>(&OwnPath), &info) == 0) abi::RequireDone(kAbsent);
   char* resolved = realpath(info.dli_fname, nullptr);
-  if (resolved == nullptr) abi::RequireDone(kAbsent);
-  const std::string path(resolved);
+  const std::string path(resolved == nullptr ? "" : resolved);
   std::free(resolved);
+  if (path.empty()) abi::RequireDone(kAbsent);
   return FromAnsi(abi::PercentEscaped(path));
 }
 
