@@ -26,6 +26,38 @@ TEST(BinaryValues, TextsKnowTheirLength) {
   EXPECT_EQ(SysAllocStringLen(nullptr, UINT32_MAX), nullptr);
 }
 
+TEST(BinaryValues, TextsComeFromUtf8AndGoBack) {
+  using namespace std::string_literals;
+  const std::tuple<std::string, String, HRESULT> cases[] = {
+      {"", u"", S_OK},
+      {"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", u"\u00E9\u20AC\U0001F600", S_OK},
+      {"a\0b"s, u"a\0b"s, S_OK},
+      {"a\xFFz", u"a\uFFFDz", S_FALSE},
+  };
+  BSTR text = nullptr;
+  char* bytes = nullptr;
+  std::size_t length = 0;
+  for (const auto& [utf8, utf16, code] : cases) {
+    EXPECT_EQ(QuorlFromUtf8Len(utf8.data(), utf8.size(), &text), code);
+    EXPECT_EQ(QuorlToUtf8(text, &bytes, &length), S_OK);
+    EXPECT_EQ(Taken(text), utf16);
+    EXPECT_EQ(std::string(bytes, length + 1), Utf8(utf16) + '\0');
+    QuorlFreeUtf8(bytes);
+  }
+  EXPECT_EQ(QuorlFromUtf8("z", &text), S_OK);
+  text[0] = 0xD800;
+  EXPECT_EQ(QuorlToUtf8(text, &bytes, nullptr), S_FALSE);
+  EXPECT_STREQ(bytes, "\xEF\xBF\xBD");
+  QuorlFreeUtf8(bytes);
+  SysFreeString(text);
+  EXPECT_EQ(QuorlFromUtf8(nullptr, &text), S_OK);
+  EXPECT_EQ(Taken(text), u"");
+  EXPECT_EQ(QuorlFromUtf8Len(nullptr, 1, &text), E_POINTER);
+  EXPECT_EQ(text, nullptr);
+  EXPECT_EQ(QuorlToUtf8(text, nullptr, &length), E_POINTER);
+  EXPECT_EQ(QuorlFromUtf8("", nullptr), E_POINTER);
+}
+
 TEST(BinaryValues, ArraysRunLeftmostSubscriptFirst) {
   const QuorlBound bounds[] = {{2, 1}, {3, -1}};
   SAFEARRAY* array = SafeArrayCreate(VT_I4, 2, bounds);

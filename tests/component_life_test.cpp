@@ -30,6 +30,18 @@ std::string OutputOf(const std::string& command) {
   return result.output;
 }
 
+Reference<QuorlTypeInfo> TypeInfoOf(const Reference<QuorlDispatch>& object) {
+  Reference<QuorlTypeInfo> info;
+  EXPECT_EQ(object.Get()->table->GetTypeInfo(object.Get(), 0, 0, info.Receive()), S_OK);
+  return info;
+}
+
+Reference<QuorlLibraryInfo> LibraryOf(const Reference<QuorlTypeInfo>& info) {
+  QuorlLibraryInfo* library = nullptr;
+  EXPECT_EQ(info.Get()->table->GetLibrary(info.Get(), &library), S_OK);
+  return Reference<QuorlLibraryInfo>::Adopt(library);
+}
+
 // ------------------------------------------------------------------------- objects and their life
 
 TEST_F(Component, EveryIdentifierOfAClassGivesItsTable) {
@@ -133,14 +145,17 @@ TEST_F(Component, StaysLoadedAsLongAsAHostUsesIt) {
     EXPECT_EQ(factory.Get()->table->LockServer(factory.Get(), 0), S_OK);
   }
   EXPECT_TRUE(can_unload());
-  void* type_info = nullptr;
+  Reference<QuorlTypeInfo> info;
   {
     auto object = library_.Make(u"RollBuffer");
-    EXPECT_EQ(object.Get()->table->GetTypeInfo(object.Get(), 0, 0, &type_info), S_OK);
+    info = TypeInfoOf(object);
     std::thread([&] { Reference<QuorlDispatch>::Adopt(object.Detach()); }).join();
   }
   EXPECT_FALSE(can_unload());
-  static_cast<QuorlTypeInfo*>(type_info)->table->Release(static_cast<QuorlTypeInfo*>(type_info));
+  {
+    const auto library = LibraryOf(std::exchange(info, {}));
+    EXPECT_FALSE(can_unload());
+  }
   EXPECT_TRUE(can_unload());
 }
 
@@ -367,68 +382,70 @@ TEST(ComponentProcess, TheStoreIsChosenBeforeItsFirstUse) {
 
 // ------------------------------------------------------------------------------ look-up
 
-std::vector<std::int64_t> Numbers(auto... numbers) {
-  return {static_cast<std::int64_t>(numbers)...};
-}
-
-TEST_F(Component, TypeInfoTellsTheCatalogue) {
+// The type description is written from what type information tells, so what it has is told.
+TEST_F(Component, TypeInfoTellsTheTypeDescription) {
+  const std::string described = FileText(QUORL_SOURCE_DIR "/docs/quorl.idl");
   for (const ClassRow& row : frame::Catalogue()) {
     const auto object = library_.Make(row, IID_IDispatch);
     std::uint32_t count = 0;
     EXPECT_EQ(object.Get()->table->GetTypeInfoCount(object.Get(), &count), S_OK);
-    Reference<QuorlTypeInfo> info;
-    EXPECT_EQ(object.Get()->table->GetTypeInfo(object.Get(), count, 0, info.Receive()),
-              DISP_E_BADINDEX);
-    ASSERT_EQ(object.Get()->table->GetTypeInfo(object.Get(), 0, 0, info.Receive()), S_OK);
-    const auto& table = *info.Get()->table;
+    void* none = nullptr;
+    EXPECT_EQ(object.Get()->table->GetTypeInfo(object.Get(), count, 0, &none), DISP_E_BADINDEX);
+    const auto info = TypeInfoOf(object);
     QuorlTypeAttributes attributes{};
-    EXPECT_EQ(table.GetTypeAttributes(info.Get(), &attributes), S_OK);
+    EXPECT_EQ(info.Get()->table->GetTypeAttributes(info.Get(), &attributes), S_OK);
     EXPECT_TRUE(attributes.class_identifier == row.identifier);
-    EXPECT_TRUE(attributes.interface_identifier == row.CurrentInterface());
-    const bool is_global = row.kind == frame::ClassKind::kGlobal;
-    EXPECT_EQ(
-        Numbers(attributes.minor_version, attributes.class_flags, attributes.interface_flags,
-                attributes.functions),
-        Numbers(row.interfaces.size() - 1, is_global ? 0xB : 0x2, 0x11D0, row.members.size()));
-    for (std::uint32_t i = 0; i < attributes.functions; ++i) {
-      const MemberRow& member = row.members[i];
-      QuorlFunction function{};
-      EXPECT_EQ(table.GetFunction(info.Get(), i, &function), S_OK);
-      EXPECT_EQ(Numbers(function.id, function.invoke_kind, function.table_slot,
-                        function.listing_place, function.argument_count),
-                Numbers(IdentifierOf(row, member), FlagOf(member.kind), 7 + i,
-                        ListingPlaceOf(row, member), member.arguments.count));
-      BSTR texts[2] = {};
+    for (const MemberRow& member : row.members) {
       const char16_t* name = member.name.data();
       std::int32_t id = 0;
-      EXPECT_EQ(table.GetIDsOfNames(info.Get(), &name, 1, &id), S_OK);
-      EXPECT_EQ(id, function.id);
-      EXPECT_EQ(table.GetDocumentation(info.Get(), id, &texts[0], &texts[1]), S_OK);
-      EXPECT_EQ(Taken(texts[0]), member.name);
-      EXPECT_EQ(Taken(texts[1]), member.help);
-      QuorlArgument argument{};
-      for (std::uint32_t k = 0; k < function.argument_count; ++k) {
-        EXPECT_EQ(table.GetArgument(info.Get(), i, k, &argument), S_OK);
-        EXPECT_EQ(Taken(argument.name), member.arguments.elements[k].name);
-        EXPECT_EQ(argument.optional != 0, member.arguments.elements[k].IsOptional());
-        VariantClear(&argument.default_value);
-      }
-      EXPECT_EQ(table.GetArgument(info.Get(), i, function.argument_count, &argument),
-                DISP_E_BADINDEX);
+      EXPECT_EQ(info.Get()->table->GetIDsOfNames(info.Get(), &name, 1, &id), S_OK);
+      EXPECT_EQ(id, IdentifierOf(row, member));
     }
-    QuorlFunction none{};
-    EXPECT_EQ(table.GetFunction(info.Get(), attributes.functions, &none), DISP_E_BADINDEX);
-    EXPECT_EQ(table.GetDocumentation(info.Get(), 99, nullptr, nullptr), DISP_E_MEMBERNOTFOUND);
-    BSTR name = nullptr;
-    EXPECT_EQ(table.GetDocumentation(info.Get(), -1, &name, nullptr), S_OK);
-    EXPECT_EQ(Taken(name), row.name);
+    for (std::uint32_t version = 0; version <= attributes.minor_version; ++version) {
+      QuorlInterface known{};
+      EXPECT_EQ(info.Get()->table->GetInterface(info.Get(), version, &known), S_OK);
+      EXPECT_EQ(known.members, row.interfaces[version].members) << Utf8(Taken(known.name));
+    }
+    EXPECT_EQ(tools::TypeDescription(*LibraryOf(info).Get()), described)
+        << "run tools/update_generated.sh";
   }
+}
+
+TEST_F(Component, TypeInfoRefusesWhatItHasNot) {
+  const auto info = TypeInfoOf(library_.Make(u"Math"));
+  const auto library = LibraryOf(info);
+  const auto refused = [](const auto& from, auto slot, auto out, auto... places) {
+    std::memset(&out, 0xFF, sizeof(out));
+    EXPECT_EQ(slot(from.Get(), places..., &out), DISP_E_BADINDEX);
+    EXPECT_EQ(std::memcmp(&out, "\0\0\0", 4), 0);
+    EXPECT_EQ(slot(from.Get(), places..., nullptr), E_POINTER);
+  };
+  const QuorlTypeInfoTable& table = *info.Get()->table;
+  Reference<QuorlTypeInfo> same;
+  EXPECT_EQ(table.QueryInterface(info.Get(), &QUORL_IID_TYPE_INFO_2, same.Receive()), S_OK);
+  EXPECT_EQ(same.Get(), info.Get());
+  refused(info, table.GetFunction, QuorlFunction{}, 12);
+  refused(info, table.GetArgument, QuorlArgument{}, 12, 0);
+  refused(info, table.GetArgument, QuorlArgument{}, 0, 2);
+  refused(info, table.GetTypeName, BSTR{}, 12, QUORL_RESULT);
+  refused(info, table.GetTypeName, BSTR{}, 0, 2);
+  refused(info, table.GetInterface, QuorlInterface{}, 5);
+  EXPECT_EQ(table.GetDocumentation(info.Get(), 99, nullptr, nullptr), DISP_E_MEMBERNOTFOUND);
+  const QuorlLibraryInfoTable& known = *library.Get()->table;
+  refused(library, known.GetClass, info.Get(), 12);
+  refused(library, known.GetEnumeration, QuorlEnumeration{}, 5);
+  refused(library, known.GetEnumerator, QuorlEnumerator{}, 5, 0);
+  refused(library, known.GetEnumerator, QuorlEnumerator{}, 0, 4);
+  std::int32_t value = 0;
+  EXPECT_EQ(known.FindEnumerator(library.Get(), u"hkey_current_USER", &value), S_OK);
+  EXPECT_EQ(value, HKEY_CURRENT_USER);
+  EXPECT_EQ(known.FindEnumerator(library.Get(), u"HKeyEnum", &value), DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(known.FindEnumerator(library.Get(), nullptr, &value), E_POINTER);
+  EXPECT_EQ(known.FindEnumerator(library.Get(), u"REG_SZ", nullptr), E_POINTER);
 }
 
 TEST(ComponentFiles, GeneratedTextsAreUpToDate) {
   const std::string root = QUORL_SOURCE_DIR;
-  EXPECT_EQ(FileText(root + "/docs/quorl.idl"), tools::TypeDescription())
-      << "run tools/update_generated.sh";
   EXPECT_EQ(FileText(root + "/docs/quorl.json"), tools::CatalogueJson())
       << "run tools/update_generated.sh";
   const std::string header = FileText(root + "/quorl/abi/quorl.h");

@@ -6,12 +6,16 @@
 #include <iostream>
 #include <string_view>
 
+#include "quorl/abi/internal/ref_counted.hpp"
+#include "quorl/frame/internal/library_info.hpp"
 #include "tools/description.hpp"
 
 int main(int count, char** arguments) {
   const std::string_view what = count == 2 ? arguments[1] : "";
   if (what == "idl") {
-    std::cout << quorl::tools::TypeDescription();
+    const auto library =
+        quorl::abi::Reference<QuorlLibraryInfo>::Adopt(quorl::frame::NewLibraryInfo());
+    std::cout << quorl::tools::TypeDescription(*library.Get());
   } else if (what == "json") {
     std::cout << quorl::tools::CatalogueJson();
   } else if (what == "tables") {

@@ -4,10 +4,12 @@
 
 #include <string>
 
+#include "quorl/abi/quorl.h"
+
 namespace quorl::tools {
 
-/// The library as interface-definition text, UTF-8.
-std::string TypeDescription();
+/// The library as interface-definition text, UTF-8, from what it tells at run time alone.
+std::string TypeDescription(QuorlLibraryInfo& library);
 
 /// Enumerations, identifiers and tables of all classes as plain C.
 std::string HeaderTables();

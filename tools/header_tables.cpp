@@ -3,6 +3,7 @@
 
 #include "quorl/frame/internal/catalogue.hpp"
 #include "quorl/frame/internal/enumerations.hpp"
+#include "quorl/frame/internal/identifiers.hpp"
 #include "quorl/runtime/utf.hpp"
 #include "tools/description.hpp"
 #include "tools/type_names.hpp"
@@ -42,15 +43,27 @@ void WriteSlot(std::ostream& out, const std::string& self, const MemberRow& memb
   out << ");\n";
 }
 
+void WriteIdentifier(std::ostream& out, const std::string& symbol, const GUID& guid) {
+  out << "static const GUID QUORL_" << symbol << " = " << Initialiser(guid) << ";\n";
+}
+
+// QUORL_IID_Math is the current interface, QUORL_IID_Math_v0 the oldest former one.
+void WriteIdentifiers(std::ostream& out, const ClassRow& row) {
+  WriteIdentifier(out, "CLSID_" + Utf8(row.name), row.identifier);
+  const std::string current = "IID_" + Utf8(row.name);
+  WriteIdentifier(out, current, row.CurrentInterface());
+  for (std::size_t version = 0; version < row.MinorVersion(); ++version) {
+    WriteIdentifier(out, current + "_v" + std::to_string(version),
+                    row.interfaces[version].identifier);
+  }
+}
+
 void WriteClass(std::ostream& out, const ClassRow& row) {
   const std::string self = "Quorl" + Utf8(row.name);
   out << "\n/* Quorl." << Utf8(row.name)
-      << (row.kind == ClassKind::kGlobal ? ", a global class */\n" : ", made by its hosts */\n")
-      << "static const GUID QUORL_CLSID_" << Utf8(row.name) << " = " << Initialiser(row.identifier)
-      << ";\n"
-      << "static const GUID QUORL_IID_" << Utf8(row.name) << " = "
-      << Initialiser(row.CurrentInterface()) << ";\n"
-      << "struct " << self << "Table {\n  QUORL_DISPATCH_SLOTS(" << self << ");\n";
+      << (row.kind == ClassKind::kGlobal ? ", a global class */\n" : ", made by its hosts */\n");
+  WriteIdentifiers(out, row);
+  out << "struct " << self << "Table {\n  QUORL_DISPATCH_SLOTS(" << self << ");\n";
   for (const MemberRow& member : row.members) WriteSlot(out, self, member);
   out << "};\n";
 }
@@ -94,6 +107,8 @@ std::string HeaderTables() {
   std::ostringstream out;
   out << "/* clang-format off */\n";
   WriteEnumerations(out);
+  out << "\n";
+  WriteIdentifier(out, "LIBID", kLibraryIdentifier);
   out << "\n";
   // All names first: one class's table may name another's.
   for (const ClassRow& row : Catalogue()) out << "QUORL_OBJECT(Quorl" << Utf8(row.name) << ");\n";

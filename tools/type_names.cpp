@@ -43,11 +43,10 @@ std::vector<VariantType> ValueTypes() {
 
 StringView ValueTypeName(VariantType type) { return NamesOf(type).value; }
 
-std::string DescribedType(const TypeRow& type) {
-  std::string name =
-      type.name.empty() ? std::string(NamesOf(type.type).described) : Utf8(type.name);
-  if (!type.name.empty() && type.type == VariantType::kObject) name = "_" + name + "*";
-  return type.by_reference ? name + "*" : name;
+std::string DescribedType(VariantType type, const std::string& published, bool by_reference) {
+  std::string name = published.empty() ? std::string(NamesOf(type).described) : published;
+  if (!published.empty() && type == VariantType::kObject) name += "*";
+  return by_reference ? name + "*" : name;
 }
 
 std::string SlotArgumentType(const TypeRow& type) {

@@ -12,8 +12,8 @@ namespace quorl::tools {
 std::vector<VariantType> ValueTypes();
 StringView ValueTypeName(VariantType type);
 
-/// In interface-definition text.
-std::string DescribedType(const frame::TypeRow& type);
+/// In interface-definition text. `published` is the type's published name, or empty.
+std::string DescribedType(VariantType type, const std::string& published, bool by_reference);
 
 /// In plain C: as an argument of a slot, and as what a slot's result pointer points to.
 std::string SlotArgumentType(const frame::TypeRow& type);

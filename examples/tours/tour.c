@@ -19,20 +19,12 @@ static void Require(HRESULT code, const char* what) {
   exit(1);
 }
 
-/* Prints a text in UTF-8 and ends it; the tour's texts have no character beyond the 16-bit ones. */
+/* Prints a text in UTF-8 and frees it. */
 static void PrintOwned(BSTR text, const char* after) {
-  for (uint32_t i = 0; i < SysStringLen(text); ++i) {
-    const unsigned unit = text[i];
-    if (unit < 0x80) {
-      putchar((int)unit);
-    } else if (unit < 0x800) {
-      printf("%c%c", (char)(0xC0 | unit >> 6), (char)(0x80 | (unit & 0x3F)));
-    } else {
-      printf("%c%c%c", (char)(0xE0 | unit >> 12), (char)(0x80 | (unit >> 6 & 0x3F)),
-             (char)(0x80 | (unit & 0x3F)));
-    }
-  }
-  printf("%s", after);
+  char* shown = NULL;
+  Require(QuorlToUtf8(text, &shown, NULL), "QuorlToUtf8");
+  printf("%s%s", shown, after);
+  QuorlFreeUtf8(shown);
   SysFreeString(text);
 }
 
@@ -324,23 +316,17 @@ static void ShowFailure(HRESULT code) {
   info->table->Release(info);
 }
 
-/* The path's bytes as 16-bit units; this host is given a path in ASCII. */
-static void Widen(const char* text, char16_t* out, size_t capacity) {
-  size_t i = 0;
-  for (; text[i] != 0 && i + 1 < capacity; ++i) out[i] = (unsigned char)text[i];
-  out[i] = 0;
-}
-
 int main(int count, char** arguments) {
-  char16_t path[4096];
+  BSTR path = NULL;
   if (count != 2) {
     fprintf(stderr, "usage: tour_c libquorl.so\n");
     return 2;
   }
-  Widen(arguments[1], path, sizeof path / sizeof *path);
+  Require(QuorlFromUtf8(arguments[1], &path), "QuorlFromUtf8");
   /* Settings in memory: the tour leaves nothing behind. */
   Require(QuorlSetStore(NULL, NULL), "QuorlSetStore");
   Require(QuorlRegister(path), "QuorlRegister");
+  SysFreeString(path);
   Require(QuorlSetLocale(u"fr-BE"), "QuorlSetLocale");
   Require(QuorlSetScreen(1800, 1600), "QuorlSetScreen");
   QuorlMath* math = Global(u"Quorl.Math");

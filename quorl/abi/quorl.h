@@ -76,7 +76,10 @@ typedef struct GUID {
 } GUID;
 
 /* A text: UTF-16 units, their number of bytes in the uint32 just before them, a zero unit after
- * them. A null pointer is the empty text. Made and freed only by the Sys functions. */
+ * them. A null pointer is the empty text. Made by SysAllocString, SysAllocStringLen, QuorlFromUtf8
+ * and QuorlFromUtf8Len of this library, freed by its SysFreeString. Warning: a text from malloc, a
+ * literal or one of another library with functions of the same names is none; it brings the process
+ * down when it is read or freed, and so does a text of this library when another frees it. */
 typedef char16_t* BSTR;
 
 struct VARIANT;
@@ -258,7 +261,12 @@ struct QuorlSupportErrorInfoTable {
   HRESULT (*InterfaceSupportsErrorInfo)(QuorlSupportErrorInfo* self, const GUID* identifier);
 };
 
-/* What GetTypeInfo(0, ...) gives: the class as its catalogue describes it. */
+/* Type information: what docs/quorl.idl tells, at run time. GetTypeInfo(0, ...) gives that of the
+ * object's class, and from there GetLibrary that of the library: all classes, made or not, and the
+ * enumerations. Each function writes over what `out` points to, without freeing it; after a failure
+ * it is zero. Texts in it are the caller's to free. They give E_POINTER for a null `out`,
+ * DISP_E_BADINDEX for a place after the last, and 0x800A0007 when memory ran out (E_OUTOFMEMORY
+ * where an object is made). */
 
 typedef struct QuorlTypeAttributes {
   GUID class_identifier;
@@ -287,7 +295,38 @@ typedef struct QuorlArgument {
   VARIANT default_value; /* the caller's to free; Missing where there is none */
 } QuorlArgument;
 
+/* A version of the class's interface. */
+typedef struct QuorlInterface {
+  GUID identifier;
+  BSTR name;        /* "_Math" for the current one, "Math___v0" for a former one; to free */
+  uint32_t members; /* how many entries of the table it knows: the first so many */
+} QuorlInterface;
+
+typedef struct QuorlLibraryAttributes {
+  GUID identifier;
+  BSTR name; /* "Quorl": with a point and a class's name, what CLSIDFromProgID reads; to free */
+  uint16_t major_version;
+  uint16_t minor_version;
+  uint32_t classes;
+  uint32_t enumerations;
+} QuorlLibraryAttributes;
+
+typedef struct QuorlEnumeration {
+  BSTR name; /* "HKeyEnum"; to free */
+  uint32_t members;
+} QuorlEnumeration;
+
+typedef struct QuorlEnumerator {
+  BSTR name; /* "HKEY_CURRENT_USER"; to free */
+  int32_t value;
+} QuorlEnumerator;
+
 QUORL_OBJECT(QuorlTypeInfo);
+QUORL_OBJECT(QuorlLibraryInfo);
+
+/* For GetTypeName: the result in place of an argument. */
+#define QUORL_RESULT UINT32_MAX
+
 struct QuorlTypeInfoTable {
   QUORL_UNKNOWN_SLOTS(QuorlTypeInfo);
   HRESULT (*GetTypeAttributes)(QuorlTypeInfo* self, QuorlTypeAttributes* out);
@@ -301,6 +340,34 @@ struct QuorlTypeInfoTable {
   /* As the object's own GetIDsOfNames. */
   HRESULT(*GetIDsOfNames)
   (QuorlTypeInfo* self, const char16_t** names, uint32_t count, int32_t* ids);
+
+  /* From here on under QUORL_IID_TYPE_INFO_2: QueryInterface for it tells a host that may meet an
+   * older library whether it has them. */
+
+  /* The published name of an argument's type, or of the result's for QUORL_RESULT: "HKeyEnum", an
+   * enumeration, or "_Registry", the interface of a class. Null for a type that has none. */
+  HRESULT(*GetTypeName)
+  (QuorlTypeInfo* self, uint32_t index, uint32_t argument, BSTR* out);
+  /* Version 1.k of the interface for k from 0 to minor_version, the current one. */
+  HRESULT (*GetInterface)(QuorlTypeInfo* self, uint32_t version, QuorlInterface* out);
+  HRESULT (*GetLibrary)(QuorlTypeInfo* self, QuorlLibraryInfo** out); /* the caller's to release */
+};
+
+/* The library. An enumeration's member stands for its value by its own name alone:
+ *
+ *     int32_t root = 0;
+ *     library->table->FindEnumerator(library, u"HKEY_CURRENT_USER", &root);      -2147483647 */
+struct QuorlLibraryInfoTable {
+  QUORL_UNKNOWN_SLOTS(QuorlLibraryInfo);
+  HRESULT (*GetLibraryAttributes)(QuorlLibraryInfo* self, QuorlLibraryAttributes* out);
+  /* A class's type information, without an instance of it; the caller's to release. */
+  HRESULT (*GetClass)(QuorlLibraryInfo* self, uint32_t index, QuorlTypeInfo** out);
+  HRESULT (*GetEnumeration)(QuorlLibraryInfo* self, uint32_t index, QuorlEnumeration* out);
+  HRESULT(*GetEnumerator)
+  (QuorlLibraryInfo* self, uint32_t index, uint32_t member, QuorlEnumerator* out);
+  /* Case does not count. DISP_E_UNKNOWNNAME when no enumeration has such a member; E_POINTER also
+   * for a null name. */
+  HRESULT (*FindEnumerator)(QuorlLibraryInfo* self, const char16_t* name, int32_t* out);
 };
 
 #define QUORL_SYSTEM_GUID(first)                  \
@@ -319,6 +386,10 @@ static const GUID QUORL_IID_GLOBAL_FACTORY = {
     0x8F1D6A02, 0x3B5E, 0x4C47, {0x9A, 0x61, 0x52, 0x0E, 0xD7, 0x44, 0xB3, 0x01}};
 static const GUID QUORL_IID_TYPE_INFO = {
     0x8F1D6A02, 0x3B5E, 0x4C47, {0x9A, 0x61, 0x52, 0x0E, 0xD7, 0x44, 0xB3, 0x02}};
+static const GUID QUORL_IID_TYPE_INFO_2 = {
+    0x8F1D6A02, 0x3B5E, 0x4C47, {0x9A, 0x61, 0x52, 0x0E, 0xD7, 0x44, 0xB3, 0x03}};
+static const GUID QUORL_IID_LIBRARY_INFO = {
+    0x8F1D6A02, 0x3B5E, 0x4C47, {0x9A, 0x61, 0x52, 0x0E, 0xD7, 0x44, 0xB3, 0x04}};
 
 /* ------------------------------------------------------------- functions of libquorl_runtime -- */
 
@@ -328,6 +399,29 @@ QUORL_API BSTR SysAllocString(const char16_t* text);
 QUORL_API BSTR SysAllocStringLen(const char16_t* text, uint32_t length);
 QUORL_API void SysFreeString(BSTR text);
 QUORL_API uint32_t SysStringLen(BSTR text);
+
+/* Texts from and to UTF-8. What is not well-formed (a stray byte, a surrogate without its partner)
+ * becomes U+FFFD each, and the code is then S_FALSE. `out` is written over, not freed, and null
+ * after a failure: E_POINTER without `out`, E_OUTOFMEMORY. A null text converts as the empty one.
+ *
+ *     BSTR word = NULL;
+ *     char* shown = NULL;
+ *     QuorlFromUtf8("d\xC3\xA9j\xC3\xA0", &word);
+ *     QuorlToUtf8(word, &shown, NULL);
+ *     puts(shown);
+ *     QuorlFreeUtf8(shown);
+ *     SysFreeString(word);
+ */
+/* Up to the zero byte. The text is the caller's, who frees it with SysFreeString. */
+QUORL_API HRESULT QuorlFromUtf8(const char* text, BSTR* out);
+/* The same for so many bytes, zeros among them; E_POINTER for a null text of more than none. */
+QUORL_API HRESULT QuorlFromUtf8Len(const char* text, size_t length, BSTR* out);
+/* The bytes with a zero byte after them are the caller's, who frees them with QuorlFreeUtf8, never
+ * with free. `length` gets their number without that zero, 0 after a failure; it may be null. A
+ * text with a zero unit inside has a zero byte there. */
+QUORL_API HRESULT QuorlToUtf8(BSTR text, char** out, size_t* length);
+/* Takes null. */
+QUORL_API void QuorlFreeUtf8(char* text);
 
 /* Variants. VariantClear frees what the Variant owns and leaves it Empty; what it holds by
  * reference belongs to someone else. VariantCopy clears the destination first and copies deep; an
@@ -402,7 +496,11 @@ QUORL_API HRESULT QuorlUnregister(const char16_t* path);
 
 /* ---------------------------------------------------- the classes, from libquorl's catalogue -- */
 
-/* Generated by the program describe ("describe tables"); do not edit between the two marks. */
+/* Of each class: QUORL_CLSID_Math, its identifier; QUORL_IID_Math, its current interface's; and
+ * QUORL_IID_Math_v0, _v1 and so on, those of its former versions 1.0, 1.1 and so on. QUORL_LIBID is
+ * the library's.
+ *
+ * Generated by the program describe ("describe tables"); do not edit between the two marks. */
 /* begin generated */
 /* clang-format off */
 #ifdef __cplusplus
@@ -478,6 +576,9 @@ enum QuorlRegModeEnum {
 
 #endif
 
+static const GUID QUORL_LIBID = {
+    0xF9B439FC, 0x91D9, 0x4814, {0x8F, 0xA0, 0x62, 0xAB, 0x9D, 0x09, 0x0F, 0xA0}};
+
 QUORL_OBJECT(QuorlMath);
 QUORL_OBJECT(QuorlDates);
 QUORL_OBJECT(QuorlStrings);
@@ -496,6 +597,14 @@ static const GUID QUORL_CLSID_Math = {
     0x6301BBFC, 0xCDDE, 0x4047, {0x8A, 0x6F, 0x7F, 0xB7, 0x7E, 0x3A, 0xA1, 0x5C}};
 static const GUID QUORL_IID_Math = {
     0x7323691B, 0xC1B8, 0x4582, {0x9D, 0x2F, 0x2E, 0x8D, 0x4C, 0xC2, 0xAC, 0xEA}};
+static const GUID QUORL_IID_Math_v0 = {
+    0x4C96D8E2, 0x6608, 0x4873, {0x90, 0xF0, 0xB1, 0xB4, 0xCE, 0x84, 0x78, 0xE8}};
+static const GUID QUORL_IID_Math_v1 = {
+    0x48668D77, 0x562A, 0x4233, {0xB7, 0xE3, 0x64, 0xC1, 0x84, 0xF0, 0x5E, 0x9A}};
+static const GUID QUORL_IID_Math_v2 = {
+    0xB12E9EED, 0xF6A7, 0x46FB, {0xA6, 0x39, 0xC5, 0xA2, 0x8D, 0x47, 0x95, 0x38}};
+static const GUID QUORL_IID_Math_v3 = {
+    0xF3194A3B, 0x7F00, 0x4DAF, {0x8D, 0xC4, 0x9B, 0x67, 0x43, 0xAB, 0x0F, 0x19}};
 struct QuorlMathTable {
   QUORL_DISPATCH_SLOTS(QuorlMath);
   HRESULT (*StdRound)(QuorlMath* self, VARIANT Nombre, int32_t Nombredecimales, VARIANT* result);
@@ -527,6 +636,18 @@ static const GUID QUORL_CLSID_Strings = {
     0x98DAA4BF, 0x9001, 0x4DA6, {0x97, 0xB6, 0xCB, 0xDB, 0x5E, 0x6A, 0xEA, 0x04}};
 static const GUID QUORL_IID_Strings = {
     0xA40F8266, 0x96AA, 0x4AED, {0xB7, 0xE1, 0xED, 0x68, 0xED, 0xB5, 0xA5, 0x0E}};
+static const GUID QUORL_IID_Strings_v0 = {
+    0x6659B554, 0x365B, 0x46F0, {0xAB, 0x29, 0x23, 0x47, 0x6B, 0x18, 0x48, 0xC4}};
+static const GUID QUORL_IID_Strings_v1 = {
+    0xA3003324, 0x1F1E, 0x4614, {0x8B, 0xF6, 0x7D, 0xE9, 0x48, 0x35, 0xD9, 0xDF}};
+static const GUID QUORL_IID_Strings_v2 = {
+    0x777A5BBB, 0xB394, 0x43CE, {0xBC, 0x2B, 0xBF, 0x67, 0x27, 0x2E, 0xFE, 0x23}};
+static const GUID QUORL_IID_Strings_v3 = {
+    0x90237DE7, 0x7A98, 0x4D64, {0xAA, 0x52, 0x14, 0x1D, 0xA8, 0x9E, 0x6D, 0xF7}};
+static const GUID QUORL_IID_Strings_v4 = {
+    0x47E37C09, 0x13D3, 0x4391, {0x92, 0x16, 0x1E, 0x63, 0x3E, 0x37, 0xC5, 0x96}};
+static const GUID QUORL_IID_Strings_v5 = {
+    0x76428C7A, 0x378B, 0x4F0C, {0xAC, 0xF7, 0x59, 0xA7, 0x9C, 0xF8, 0xC3, 0x2A}};
 struct QuorlStringsTable {
   QUORL_DISPATCH_SLOTS(QuorlStrings);
   HRESULT (*IsEmptyString)(QuorlStrings* self, BSTR Text, int16_t* result);
@@ -648,6 +769,10 @@ static const GUID QUORL_CLSID_Regional = {
     0xE60E8228, 0xF086, 0x4E47, {0x98, 0x9B, 0x00, 0xE9, 0x7C, 0x56, 0xE1, 0x34}};
 static const GUID QUORL_IID_Regional = {
     0x9F592C2F, 0x6699, 0x4520, {0xA7, 0x81, 0x44, 0xB5, 0x7C, 0x1C, 0x5F, 0x1E}};
+static const GUID QUORL_IID_Regional_v0 = {
+    0x1BBE009C, 0x0AB9, 0x4BF7, {0x8D, 0xB3, 0xA2, 0x19, 0x48, 0xAC, 0xF3, 0x51}};
+static const GUID QUORL_IID_Regional_v1 = {
+    0xAA581D9B, 0xCA48, 0x4512, {0xB2, 0xF2, 0x73, 0x49, 0x4D, 0xA9, 0xB7, 0x50}};
 struct QuorlRegionalTable {
   QUORL_DISPATCH_SLOTS(QuorlRegional);
   HRESULT (*get_DecimalChar)(QuorlRegional* self, BSTR* result);
@@ -680,6 +805,10 @@ static const GUID QUORL_CLSID_Registry = {
     0x39C5FA8F, 0x7236, 0x4C1C, {0xAF, 0x82, 0xA4, 0x41, 0x05, 0xA9, 0xB7, 0x1D}};
 static const GUID QUORL_IID_Registry = {
     0x4323591E, 0x72F8, 0x48A5, {0xBD, 0x24, 0x4A, 0x2D, 0xEA, 0xA3, 0xBA, 0x33}};
+static const GUID QUORL_IID_Registry_v0 = {
+    0xF984C753, 0xE2A0, 0x4770, {0xA9, 0x0A, 0xB6, 0xF1, 0xE7, 0xD2, 0x04, 0x1D}};
+static const GUID QUORL_IID_Registry_v1 = {
+    0x1FA05674, 0x1C71, 0x43FB, {0x96, 0x0F, 0x31, 0x34, 0x51, 0xE3, 0x97, 0x7A}};
 struct QuorlRegistryTable {
   QUORL_DISPATCH_SLOTS(QuorlRegistry);
   HRESULT (*put_HKey)(QuorlRegistry* self, int32_t New_HKey);

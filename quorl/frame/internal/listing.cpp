@@ -19,6 +19,8 @@ bool StandsBefore(const MemberRow& first, const MemberRow& second) {
   return &first < &second;
 }
 
+String CurrentInterfaceName(StringView class_name) { return Joined({u"_", class_name}); }
+
 String Digits(std::size_t number) { return Utf16(std::to_string(number)); }
 
 }  // namespace
@@ -26,8 +28,13 @@ String Digits(std::size_t number) { return Utf16(std::to_string(number)); }
 String VersionText(std::size_t minor) { return Joined({u"1.", Digits(minor)}); }
 
 String InterfaceName(const ClassRow& row, std::size_t version) {
-  if (version + 1 == row.interfaces.size()) return Joined({u"_", row.name});
+  if (version + 1 == row.interfaces.size()) return CurrentInterfaceName(row.name);
   return Joined({row.name, u"___v", Digits(version)});
+}
+
+String PublishedName(const TypeRow& type) {
+  const bool is_class = type.type == VariantType::kObject && !type.name.empty();
+  return is_class ? CurrentInterfaceName(type.name) : String(type.name);
 }
 
 std::size_t ListingPlaceOf(const ClassRow& row, const MemberRow& member) noexcept {

@@ -24,6 +24,10 @@ String VersionText(std::size_t minor);
 /// The name of the interface's version 1.k: "Math___v0" for a former one, "_Math" for the current.
 String InterfaceName(const ClassRow& row, std::size_t version);
 
+/// The name of a type as it is published: an enumeration's own, "_Registry" for a class; empty for
+/// a type that has none.
+String PublishedName(const TypeRow& type);
+
 /// The place, from 0, of a member in the listing: those with a place of their own first, the others
 /// in table order.
 std::size_t ListingPlaceOf(const ClassRow& row, const MemberRow& member) noexcept;

@@ -9,6 +9,7 @@
 #include "quorl/abi/internal/values.hpp"
 #include "quorl/frame/internal/class_row.hpp"
 #include "quorl/frame/internal/invoke.hpp"
+#include "quorl/frame/internal/library_info.hpp"
 #include "quorl/frame/internal/listing.hpp"
 
 namespace quorl::frame {
@@ -27,13 +28,22 @@ std::uint16_t InvokeKindOf(MemberKind kind) {
   }
 }
 
+// That of an argument, or of the result for QUORL_RESULT; null for a place after the last.
+const TypeRow* FindType(const ClassRow& row, std::uint32_t index, std::uint32_t argument) {
+  if (index >= row.members.size()) return nullptr;
+  const MemberRow& member = row.members[index];
+  if (argument == QUORL_RESULT) return &member.result;
+  return argument < member.types.count ? &member.types.elements[argument] : nullptr;
+}
+
 class TypeInfo final : public abi::Counted<TypeInfo, QuorlTypeInfo> {
  public:
   explicit TypeInfo(const ClassRow& row) noexcept : Counted(kTable), row_(row) { CountUse(+1); }
   ~TypeInfo() { CountUse(-1); }
 
   static bool Answers(const GUID& identifier) {
-    return abi::operator==(identifier, QUORL_IID_TYPE_INFO);
+    return abi::operator==(identifier, QUORL_IID_TYPE_INFO) ||
+           abi::operator==(identifier, QUORL_IID_TYPE_INFO_2);
   }
 
   static HRESULT GetTypeAttributes(QuorlTypeInfo* self, QuorlTypeAttributes* out) {
@@ -51,6 +61,7 @@ class TypeInfo final : public abi::Counted<TypeInfo, QuorlTypeInfo> {
 
   static HRESULT GetFunction(QuorlTypeInfo* self, std::uint32_t index, QuorlFunction* out) {
     if (out == nullptr) return E_POINTER;
+    *out = {};
     const ClassRow& row = From(self)->row_;
     if (index >= row.members.size()) return DISP_E_BADINDEX;
     const MemberRow& member = row.members[index];
@@ -109,15 +120,46 @@ class TypeInfo final : public abi::Counted<TypeInfo, QuorlTypeInfo> {
     return IdentifiersOf(From(self)->row_, names, count, ids);
   }
 
+  static HRESULT GetTypeName(QuorlTypeInfo* self, std::uint32_t index, std::uint32_t argument,
+                             BSTR* out) {
+    if (out == nullptr) return E_POINTER;
+    *out = nullptr;
+    const TypeRow* type = FindType(From(self)->row_, index, argument);
+    if (type == nullptr) return DISP_E_BADINDEX;
+    return abi::GuardedSlot([&] {
+      if (!type->name.empty()) *out = abi::NewBstr(PublishedName(*type));
+      return S_OK;
+    });
+  }
+
+  static HRESULT GetInterface(QuorlTypeInfo* self, std::uint32_t version, QuorlInterface* out) {
+    if (out == nullptr) return E_POINTER;
+    *out = {};
+    const ClassRow& row = From(self)->row_;
+    if (version >= row.interfaces.size()) return DISP_E_BADINDEX;
+    return abi::GuardedSlot([&] {
+      const InterfaceRow& known = row.interfaces[version];
+      *out = {known.identifier, abi::NewBstr(InterfaceName(row, version)),
+              static_cast<std::uint32_t>(known.members)};
+      return S_OK;
+    });
+  }
+
+  static HRESULT GetLibrary(QuorlTypeInfo*, QuorlLibraryInfo** out) {
+    if (out == nullptr) return E_POINTER;
+    *out = NewLibraryInfo();
+    return *out == nullptr ? E_OUTOFMEMORY : S_OK;
+  }
+
  private:
   static const QuorlTypeInfoTable kTable;
 
   const ClassRow& row_;
 };
 
-const QuorlTypeInfoTable TypeInfo::kTable{QueryInterface,    AddRef,       Release,
-                                          GetTypeAttributes, GetFunction,  GetArgument,
-                                          GetDocumentation,  GetIDsOfNames};
+const QuorlTypeInfoTable TypeInfo::kTable{
+    QueryInterface,   AddRef,        Release,     GetTypeAttributes, GetFunction, GetArgument,
+    GetDocumentation, GetIDsOfNames, GetTypeName, GetInterface,      GetLibrary};
 
 }  // namespace
 
