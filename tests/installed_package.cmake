@@ -17,7 +17,8 @@ function(run)
 endfunction()
 
 run(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${work}/prefix)
-run(${SOURCE_DIR}/tests/doors.sh ${work}/prefix/include ${BINARY_DIR}/libquorl_runtime.so)
+run(${SOURCE_DIR}/tests/doors.sh ${work}/prefix/include ${BINARY_DIR}/libquorl_runtime.so
+    ${BINARY_DIR}/libquorl.so)
 file(READ ${SOURCE_DIR}/tests/doors.txt doors)
 if(NOT output STREQUAL doors)
   file(WRITE ${work}/doors.txt "${output}")

@@ -384,6 +384,9 @@ inline VARIANT Raw(int vt, const void* content) {
 inline const MemberRow& Member(StringView class_name, StringView name) {
   return *frame::FindByName(*frame::FindClass(class_name), name);
 }
+inline std::int32_t IdOf(StringView class_name, StringView name) {
+  return IdentifierOf(*frame::FindClass(class_name), Member(class_name, name));
+}
 
 /// The component over a store of its own, in Belgian French.
 class Component : public testing::Test {

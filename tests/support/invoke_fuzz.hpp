@@ -3,7 +3,6 @@
 // everything else is as the bytes have it.
 #pragma once
 
-#include <algorithm>
 #include <deque>
 
 #include "quorl/abi/internal/errors.hpp"
@@ -82,14 +81,9 @@ inline void FuzzCall(const Pick& pick, const ClassRow& row, QuorlDispatch* objec
   const HRESULT code = object->table->Invoke(
       object, id, nullptr, 0, flags, &parameters, pick(8) == 0 ? nullptr : result.Address(),
       pick(8) == 0 ? nullptr : &info, pick(8) == 0 ? nullptr : &wrong);
-  constexpr HRESULT kCodes[] = {S_OK,
-                                E_POINTER,
-                                DISP_E_MEMBERNOTFOUND,
-                                DISP_E_PARAMNOTFOUND,
-                                DISP_E_EXCEPTION,
-                                DISP_E_BADPARAMCOUNT,
-                                DISP_E_PARAMNOTOPTIONAL};
-  EXPECT_NE(std::ranges::find(kCodes, code), std::end(kCodes)) << std::hex << code;
+  EXPECT_TRUE(code == S_OK || code == E_POINTER ||
+              (code >= DISP_E_MEMBERNOTFOUND && code <= DISP_E_PARAMNOTOPTIONAL))
+      << std::hex << code;
   EXPECT_TRUE(code == S_OK || result.Get().vt == VT_EMPTY) << Utf8(row.name) << ' ' << id;
   abi::FreeRecord(info);
 }
