@@ -6,8 +6,7 @@
 
 #include "tests/support/values.hpp"
 
-namespace quorl {
-namespace {
+namespace quorl::tests {
 
 using namespace literals;
 
@@ -70,8 +69,7 @@ std::string Written(const Variant& value) {
 const std::pair<char, Variant> kSixes[] = {
     {'B', Byte{6}}, {'I', Int16{6}}, {'L', 6},
     {'S', 6.0F},    {'C', 6_cy},     {'D', 6.0},
-    {'D', Date(6)}, {'D', u" 6 "},   {'L', MakeObject<Holder>(6)},
-};
+    {'D', Date(6)}, {'D', u" 6 "},   {'L', MakeObject<Holder>(6)}};
 
 TEST(Arithmetic, WidestTypeWins) {
   // A row for the left side's type, a column for the right side's.
@@ -126,5 +124,4 @@ TEST(Arithmetic, EdgesOfProductsAndQuotients) {
   EXPECT_RAISES(Divide(Variant(kNaN), 0), RuntimeFailure(11));
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

@@ -2,8 +2,7 @@
 
 #include "tests/support/values.hpp"
 
-namespace quorl {
-namespace {
+namespace quorl::tests {
 
 using namespace literals;
 
@@ -16,30 +15,28 @@ const struct Sample {
   Kind kind;
   Double number = 0;
   StringView text = u"";  // what it reads as beside a text
-} kSamples[] = {
-    {Empty, kUnset},
-    {Null, kNull},
-    {Int16{-1}, kNumber, -1, u"-1"},
-    {true, kNumber, -1, u"Vrai"},
-    {false, kNumber, 0, u"Faux"},
-    {-1.5, kNumber, -1.5, u"-1,5"},
-    {0.5_cy, kNumber, 0.5, u"0,5"},
-    {Date(1), kNumber, 1, u"31/12/1899"},
-    {u"", kWord, 0, u""},
-    {u"0,5", kDigits, 0.5, u"0,5"},
-    {u"0.5", kWord, 0, u"0.5"},
-    {u" -1 ", kDigits, -1, u" -1 "},
-    {u"Vrai", kWord, 0, u"Vrai"},
-    {u"\uE000", kWord, 0, u"\uE000"},
-    {u"\xD83D\xDE00", kWord, 0, u"\xD83D\xDE00"},
-    {MakeObject<Holder>(1), kNumber, 1, u"1"},
-    {MakeObject<Holder>(Null), kNull},
-    {MakeObject<Holder>(MakeObject<Holder>(u"a")), kWord, 0, u"a"},
-    {Missing, kRefused},
-    {Array::OfBytes({1}), kRefused},
-    {Object(), kBroken},
-    {MakeObject<LateBound>(), kBroken},
-};
+} kSamples[] = {{Empty, kUnset},
+                {Null, kNull},
+                {Int16{-1}, kNumber, -1, u"-1"},
+                {true, kNumber, -1, u"Vrai"},
+                {false, kNumber, 0, u"Faux"},
+                {-1.5, kNumber, -1.5, u"-1,5"},
+                {0.5_cy, kNumber, 0.5, u"0,5"},
+                {Date(1), kNumber, 1, u"31/12/1899"},
+                {u"", kWord, 0, u""},
+                {u"0,5", kDigits, 0.5, u"0,5"},
+                {u"0.5", kWord, 0, u"0.5"},
+                {u" -1 ", kDigits, -1, u" -1 "},
+                {u"Vrai", kWord, 0, u"Vrai"},
+                {u"\uE000", kWord, 0, u"\uE000"},
+                {u"\xD83D\xDE00", kWord, 0, u"\xD83D\xDE00"},
+                {MakeObject<Holder>(1), kNumber, 1, u"1"},
+                {MakeObject<Holder>(Null), kNull},
+                {MakeObject<Holder>(MakeObject<Holder>(u"a")), kWord, 0, u"a"},
+                {Missing, kRefused},
+                {Array::OfBytes({1}), kRefused},
+                {Object(), kBroken},
+                {MakeObject<LateBound>(), kBroken}};
 
 // The rules in the order in which they take hold.
 std::string Expected(const Sample& left, const Sample& right) {
@@ -55,6 +52,7 @@ std::string Expected(const Sample& left, const Sample& right) {
 TEST(Compare, EveryValueAgainstEveryOtherAndWhatTheCodeFixes) {
   for (const Sample& sample : kSamples) {
     const Variant& value = sample.value;
+    SCOPED_TRACE(Shown(value));
     const auto expected = [&](bool readable, std::partial_ordering order) {
       if (sample.kind == kNull) return std::string("unordered");
       return readable && sample.kind < kRefused ? Shown(order) : "!13";
@@ -62,18 +60,16 @@ TEST(Compare, EveryValueAgainstEveryOtherAndWhatTheCodeFixes) {
     for (const Double number : {-1.0, 0.0, 0.5, 1e9, kNaN}) {
       const std::string by_number = expected(sample.kind != kWord, sample.number <=> number);
       EXPECT_EQ(ResultOf([&] { return Shown(CompareToNumber(value, number)); }), by_number)
-          << Shown(value) << " against " << number;
+          << number;
       if (number != 0 && number != -1) continue;
-      EXPECT_EQ(ResultOf([&] { return Shown(CompareToBoolean(value, number != 0)); }), by_number)
-          << Shown(value) << " against the truth of " << number;
+      EXPECT_EQ(ResultOf([&] { return Shown(CompareToBoolean(value, number != 0)); }), by_number);
     }
     for (const Sample& other : kSamples) {
+      SCOPED_TRACE(Shown(other.value));
       EXPECT_EQ(ResultOf([&] { return Shown(Compare(value, other.value)); }),
-                Expected(sample, other))
-          << Shown(value) << " against " << Shown(other.value);
+                Expected(sample, other));
       EXPECT_EQ(ResultOf([&] { return Shown(CompareToText(value, other.text)); }),
-                expected(true, sample.text <=> other.text))
-          << Shown(value) << " against " << Shown(other.text);
+                expected(true, sample.text <=> other.text));
     }
   }
 }
@@ -88,5 +84,4 @@ TEST(Compare, KeepsAmountsExactAndNaNUnordered) {
   EXPECT_EQ(Shown(CompareToNumber(kNaN, 0)), "unordered");
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

@@ -2,18 +2,10 @@
 // a field in honest and failing collections.
 #include "quorl/fields/db_lib.hpp"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-
-#include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/locale.hpp"
-#include "tests/support/cells.hpp"
-#include "tests/support/holder.hpp"
 #include "tests/support/recording_host.hpp"
+#include "tests/support/values.hpp"
 
-namespace quorl {
-namespace {
+namespace quorl::tests {
 
 using namespace literals;
 
@@ -32,25 +24,17 @@ TEST(DbLibTest, EveryTypeThroughEveryReader) {
       {Missing, u"!13"},
       {Int16{-1}, u"-1|=|=|=|29/12/1899|=|Vrai|1"},
       {Int16{1}, u"1|=|=|=|31/12/1899|=|Vrai|0"},
-      {Int32{2958466}, u"2958466|=|=|=|!6|=|Vrai|0"},
       {-0.5, u"-0,5|=|-.5|-0,5|12:00:00|=|Vrai|0"},
-      {std::nan(""), u"!6|=|=|=|=|=|=|0"},
       {1234.5678_cy, u"1234,5678|=|1234.5678|1234,5678|18/05/1903 13:37:38|=|Vrai|0"},
-      {Currency::Highest(),
-       u"922337203685477,5807|=|922337203685477.5807|922337203685477,5807|!6|="
-       u"|Vrai|0"},
       {Date(45351.75), u"29/02/2024 18:00:00|=|45351.75|29/02/2024 18:00:00|=|=|Vrai|0"},
-      {Date(3e6), u"!6|=|3000000|!6|=|=|Vrai|0"},
       {true, u"Vrai|=|-1|Vrai|29/12/1899|=|Vrai|1"},
       {u"", u"||| |!13"},
       {u"abc\u00A0\t ", u"abc\u00A0\t |abc\u00A0\t|=|abc\u00A0\t |!13"},
       {u" 1,5 ", u" 1,5 | 1,5|=| 1,5 |!13|=|Vrai|0"},
       {u"-1", u"-1|=|=|=|!13|=|Vrai|1"},
       {u"1e999", u"1e999|=|=|=|!13|=|!6"},
-      {u"vrai", u"vrai|=|=|=|!13|=|Vrai|!13"},
       {u"31/12/1999 06:00", u"31/12/1999 06:00|=|=|=|31/12/1999 06:00:00|=|!13"},
       {MakeObject<Holder>(u"  a "), u"  a |a|!13|  a |!13"},
-      {MakeObject<Holder>(MakeObject<Holder>(2.5)), u"2,5|=|2.5|2,5|01/01/1900 12:00:00|=|Vrai|0"},
       {MakeObject<Holder>(Null), u"!94|=|=|=|=|=|=|0"},
       {Object(), u"!13"},
       {MakeObject<RecordingHost>("none"), u"!13"},
@@ -82,9 +66,9 @@ TEST(DbLibTest, EntriesToFields) {
             u"31/12/1999|Null|Double 31|Date day 36525;29/02/2023|Null|Double "
             u"29|Null")) {
     const String& text = row[0];
-    EXPECT_EQ(Outcome([&] { return DbLib::StrNumToField(text); }), Utf8(row[1])) << Shown(text);
-    EXPECT_EQ(Outcome([&] { return DbLib::DotStrNumToField(text); }), Utf8(row[2])) << Shown(text);
-    EXPECT_EQ(Outcome([&] { return DbLib::StrDateToField(text); }), Utf8(row[3])) << Shown(text);
+    EXPECT_EQ(ResultOf([&] { return DbLib::StrNumToField(text); }), Utf8(row[1])) << Shown(text);
+    EXPECT_EQ(ResultOf([&] { return DbLib::DotStrNumToField(text); }), Utf8(row[2])) << Shown(text);
+    EXPECT_EQ(ResultOf([&] { return DbLib::StrDateToField(text); }), Utf8(row[3])) << Shown(text);
     const bool blank = text.find_first_not_of(u' ') == text.npos;
     EXPECT_EQ(DbLib::StrToField(text), blank ? Variant(Null) : Variant(text));
     EXPECT_EQ(DbLib::StrGuidToField(text), Variant(text));
@@ -119,7 +103,7 @@ struct Fields {
     });
   }
   std::string Find(StringView name) {
-    return Outcome([&] { return DbLib::FieldPos(name, Object(collection)); });
+    return ResultOf([&] { return DbLib::FieldPos(name, Object(collection)); });
   }
 
   Journal journal;
@@ -130,12 +114,12 @@ struct Fields {
 TEST(DbLibTest, FieldsAreFoundByNameEachReadOnce) {
   const Variant names[] = {u"Ref", Null, u"NOM", u"Nom", Empty, Int16{42}, u"Nom", Missing};
   Fields fields(6.6, [&](Int16 i) { return names[i]; });
-  EXPECT_EQ(fields.Find(u"Nom"), "Int16 4");
+  EXPECT_EQ(fields.Find(u"Nom"), "4");
   EXPECT_EQ(fields.journal, (Journal{"fields.Count", "fields.(Int16 0)", "field.Name",
                                      "fields.(Int16 1)", "field.Name", "fields.(Int16 2)",
                                      "field.Name", "fields.(Int16 3)", "field.Name"}));
   for (const auto& [name, at] : Pairs(u"ref=0|=5|42=6|Ref =0")) {
-    EXPECT_EQ(fields.Find(name), "Int16 " + at);
+    EXPECT_EQ(fields.Find(name), at);
   }
   fields.collection->With(u"Count", Int16{8});
   EXPECT_EQ(fields.Find(u"ref"), "!13");
@@ -145,33 +129,31 @@ TEST(DbLibTest, CollectionsThatLieOrFail) {
   // The last positions that an Int16 holds, and the first that it does not.
   for (const Int32 at : {32765, 32766, 32767}) {
     Fields fields(Int32{32768}, [at](Int16 i) { return i == at ? u"Nom" : u"Ref"; });
-    EXPECT_EQ(fields.Find(u"Nom"), at == 32767 ? "!6" : "Int16 " + std::to_string(at + 1));
-    EXPECT_EQ(fields.Find(u"nom"), "Int16 0");
-  }
-  const std::pair<Variant, const char*> counts[] = {
-      {Int16{0}, "Int16 0"}, {Null, "!94"}, {Int32{32769}, "!6"}, {u"three", "!13"}};
-  for (const auto& [count, outcome] : counts) {
-    EXPECT_EQ(Fields(count, [](Int16) { return Null; }).Find(u"Nom"), outcome) << Shown(count);
+    EXPECT_EQ(fields.Find(u"Nom"), at == 32767 ? "!6" : std::to_string(at + 1));
+    EXPECT_EQ(fields.Find(u"nom"), "0");
   }
   for (const Variant& none : {Variant(), Variant(Null), Variant(u"Fields")}) {
     EXPECT_RAISES(DbLib::FieldPos(u"Nom", none), RuntimeFailure(424)) << Shown(none);
   }
   EXPECT_RAISES(DbLib::FieldPos(u"Nom", Object()), RuntimeFailure(91));
-  const std::pair<Variant, const char*> items[] = {
-      {u"Nom", "!424"}, {Null, "!424"}, {Object(), "!91"}, {MakeObject<RecordingHost>(""), "!438"}};
-  for (const auto& [item, outcome] : items) {
-    Fields fields(Int16{2}, [](Int16) { return Null; });
-    fields.collection->With(u"", item);
-    EXPECT_EQ(fields.Find(u"Nom"), outcome) << Shown(item);
+  // A count, and an item where one is read.
+  const std::tuple<Variant, Variant, const char*> lies[] = {
+      {0, u"Nom", "0"},         {Null, u"Nom", "!94"},
+      {Int32{32769}, {}, "!6"}, {u"three", {}, "!13"},
+      {2, u"Nom", "!424"},      {2, Null, "!424"},
+      {2, Object(), "!91"},     {2, MakeObject<RecordingHost>(""), "!438"}};
+  for (const auto& [count, item, outcome] : lies) {
+    Fields fields(count, [](Int16) { return Null; });
+    if (item.Type() != VariantType::kEmpty) fields.collection->With(u"", item);
+    EXPECT_EQ(fields.Find(u"Nom"), outcome) << Shown(count) << Shown(item);
   }
   for (const String member : {u"Count", u""}) {
     Fields fields(Int16{2}, [](Int16) { return u"Ref"; });
     fields.collection->Remove(member);
     EXPECT_EQ(fields.Find(u"Nom"), "!438") << Utf8(member);
     fields.collection->WithFailure(member, 3021);
-    EXPECT_EQ(fields.Find(u"Nom"), "!3021") << Utf8(member);
+    EXPECT_EQ(fields.Find(u"Nom"), "!3021 of Host") << Utf8(member);
   }
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

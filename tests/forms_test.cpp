@@ -2,17 +2,13 @@
 // form ends up.
 #include "quorl/forms/forms.hpp"
 
-#include <gtest/gtest.h>
-
-#include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/screen.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
-#include "tests/support/cells.hpp"
 #include "tests/support/recording_host.hpp"
+#include "tests/support/values.hpp"
 
-namespace quorl {
-namespace {
+namespace quorl::tests {
 
 // A form at 10, 20 of 300 by 200 in a container at 1000, 2000 of 900 by 600, on a screen of 1500 by
 // 1200.
@@ -41,7 +37,7 @@ class FormsTest : public testing::Test {
   template <class Work>
   std::string Noted(Work work) {
     journal.clear();
-    std::string uses = Outcome(work);
+    std::string uses = ResultOf(work);
     for (auto use = journal.rbegin(); use != journal.rend(); ++use) uses = *use + "; " + uses;
     return uses;
   }
@@ -121,7 +117,7 @@ TEST_F(FormsTest, WhateverIsMissingOrUselessLeavesTheFormInPlace) {
     host->With(member, u"wide");
     EXPECT_TRUE(Init(in).ends_with(Utf8(member) + "; !13")) << Utf8(member);
     host->WithFailure(member, 77);
-    EXPECT_TRUE(Init(in).ends_with(Utf8(member) + "; !77")) << Utf8(member);
+    EXPECT_TRUE(Init(in).ends_with(Utf8(member) + "; !77 of Host")) << Utf8(member);
     host->With(member, good);
   }
   form->Remove(u"MDIChild");
@@ -213,5 +209,4 @@ TEST_F(FormsTest, FailuresOfSavingAndRestoring) {
   EXPECT_EQ(Save(), "form.Name; !438");
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

@@ -24,8 +24,7 @@ extern "C" ssize_t getrandom(void* buffer, size_t size, unsigned flags) {
   return syscall(SYS_getrandom, buffer, system == System::kGivesPart ? 260 : size, flags);
 }
 
-namespace quorl {
-namespace {
+namespace quorl::tests {
 
 std::string New() { return Utf8(GUIDs::CreateGUID()); }
 // So many new ones, each for the first time.
@@ -94,5 +93,4 @@ TEST(Guids, FixedAndNumbered) {
   }
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

@@ -4,13 +4,11 @@
 #include <atomic>
 #include <cstdlib>
 #include <thread>
-#include <vector>
 
 #include "quorl/runtime/internal/locale_forms.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl {
-namespace {
+namespace quorl::tests {
 
 // All of a locale on one line: "1,234.5 mdy/ 12:00 True/False".
 std::string Described(const Locale& locale) {
@@ -103,22 +101,21 @@ TEST(Locale, FormatsOfTheSystem) {
 TEST(Locale, SystemFollowsTheEnvironment) {
   EXPECT_EQ(Locale::System(), internal::LocaleOfEnvironment());
   // Environments, with ";" between two, and the locale that they mean.
-  for (const auto& [expected, environments] : {
-           std::pair(Described(Locale()),
-                     u";LANG=C;LANG=C.UTF-8;LC_ALL=POSIX|LANG=fr_FR;LANG=xx_YY.UTF-8;LANG=french"
-                     u";LANG=../../etc/passwd;LC_ALL=" +
-                         String(5000, u'x')),
-           {Described(*Locale::Named(u"fr-FR")),
-            u"LANG=fr_FR.UTF-8;LC_ALL=|LANG=fr_FR;LANG=fr_CA;LANG=fr;LANG=fr_xx@euro"
-            u";LC_ALL=fr_FR.UTF-8|LC_NUMERIC=C|LANG=de_DE"},
-           {Described(*Locale::Named(u"fr-CH")), u"LANG=fr_CH.UTF-8"},
-           {Described(*Locale::Named(u"de-DE")), u"LANG=de_AT.UTF-8"},
-           {Described(*Locale::Named(u"nl-NL")), u"LANG=nl_AW"},
-           {Described(*Locale::Named(u"en-GB")), u"LANG=en_IE"},
-           {"1.234,5 ymd- 12:00 True/False", u"LC_NUMERIC=de_AT"},
-           {"1\u2019234.5 mdy/ 12:00 Vrai/Faux",
-            u"LANG=fr_FR.UTF-8|LC_NUMERIC=de_CH.UTF-8|LC_TIME=en_US.UTF-8"},
-       }) {
+  for (const auto& [expected, environments] :
+       {std::pair(Described(Locale()),
+                  u";LANG=C;LANG=C.UTF-8;LC_ALL=POSIX|LANG=fr_FR;LANG=xx_YY.UTF-8;LANG=french"
+                  u";LANG=../../etc/passwd;LC_ALL=" +
+                      String(5000, u'x')),
+        {Described(*Locale::Named(u"fr-FR")),
+         u"LANG=fr_FR.UTF-8;LC_ALL=|LANG=fr_FR;LANG=fr_CA;LANG=fr;LANG=fr_xx@euro"
+         u";LC_ALL=fr_FR.UTF-8|LC_NUMERIC=C|LANG=de_DE"},
+        {Described(*Locale::Named(u"fr-CH")), u"LANG=fr_CH.UTF-8"},
+        {Described(*Locale::Named(u"de-DE")), u"LANG=de_AT.UTF-8"},
+        {Described(*Locale::Named(u"nl-NL")), u"LANG=nl_AW"},
+        {Described(*Locale::Named(u"en-GB")), u"LANG=en_IE"},
+        {"1.234,5 ymd- 12:00 True/False", u"LC_NUMERIC=de_AT"},
+        {"1\u2019234.5 mdy/ 12:00 Vrai/Faux",
+         u"LANG=fr_FR.UTF-8|LC_NUMERIC=de_CH.UTF-8|LC_TIME=en_US.UTF-8"}}) {
     for (const String& environment : Cells(environments, u';')) {
       clearenv();
       for (const auto& [name, value] : Pairs(environment)) {
@@ -130,5 +127,4 @@ TEST(Locale, SystemFollowsTheEnvironment) {
   }
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

@@ -2,34 +2,17 @@
 
 #include "quorl/numeric/math.hpp"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdlib>
 #include <optional>
 
-#include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/locale.hpp"
-#include "tests/support/cells.hpp"
-#include "tests/support/decimal_text.hpp"
-#include "tests/support/holder.hpp"
-#include "tests/support/print.hpp"
-#include "tests/support/random.hpp"
+#include "tests/support/values.hpp"
 
-namespace quorl {
-namespace {
+namespace quorl::tests {
 
 using namespace literals;
 
-int Samples() {
-  constexpr int kSamples =
-#if defined(__SANITIZE_ADDRESS__)
-      100'000;
-#else
-      1'000'000;
-#endif
-  return std::getenv("QUORL_LONG") != nullptr ? 10 * kSamples : kSamples;
-}
+const int kSamples = (std::getenv("QUORL_LONG") != nullptr ? 10 : 1) * 1'000'000 / kSweepStep;
 
 // The number that `work` gives, which is never minus zero; none for failure 6.
 template <class Work>
@@ -94,7 +77,7 @@ Double AnySize(Random& random, Int16 decimals) {
 
 TEST(MathRounding, AgreesWithDecimalTextForDoubles) {
   Random random(20190501);
-  for (int sample = 0; sample < Samples() && !HasFailure(); ++sample) {
+  for (int sample = 0; sample < kSamples && !HasFailure(); ++sample) {
     const auto d = static_cast<Int16>(random.Whole(0, 9));
     const Double size = AnySize(random, d), sign = sample % 2 == 0 ? 1 : -1;
     SCOPED_TRACE(testing::PrintToString(sign * size) + " to " + std::to_string(d));
@@ -117,7 +100,7 @@ TEST(MathRounding, AgreesWithDecimalTextForDoubles) {
 
 TEST(MathRounding, AgreesWithWholeNumbersForCurrencies) {
   Random random(1405);
-  for (int sample = 0; sample < Samples() / 4 && !HasFailure(); ++sample) {
+  for (int sample = 0; sample < kSamples / 4 && !HasFailure(); ++sample) {
     const auto d = static_cast<Int16>(random.Whole(0, 3));
     const auto units = static_cast<std::int64_t>(random.Bits() >> random.Whole(14, 63));
     const int sign = sample % 2 == 0 ? 1 : -1;
@@ -138,7 +121,7 @@ TEST(MathRounding, AgreesWithWholeNumbersForCurrencies) {
 TEST(MathRounding, EdgesOfTheFiveMembers) {
   const LocaleScope neutral{Locale()};
   for (const auto& row : Pairs(
-           u"1.005 2=1 1.01 1.01 1|-0.00001 0=0 0 -1 0|21474836.47 2=21474836.47 21474836.47 "
+           u"-0.00001 0=0 0 -1 0|21474836.47 2=21474836.47 21474836.47 "
            u"21474836.47 21474836.47|21474836.48 2=21474836.48 21474836.48 !6 !6|-21474836.48 2="
            u"-21474836.48 -21474836.48 -21474836.48 -21474836.48|-21474836.475 2=-21474836.47 "
            u"-21474836.48 !6 -21474836.47|4503599627370497 0=4.503599627370497E+15 "
@@ -170,11 +153,6 @@ TEST(MathRounding, TakesAnyVariantThatIsANumber) {
   } cases[] = {{Null, 10, Null, Null},
                {Empty, 0, 0.0, 0.0},
                {u"-2,5", 0, -3.0, -2.5},
-               {true, 1, -1.0, -1.0},
-               {Int32{2147483647}, 1, 2147483647.0, 2147483647.0},
-               {Byte{200}, 2, 200.0, 200.0},
-               {Single{0.25F}, 1, 0.3, 0.25},
-               {Date(2.25), 1, 2.3, 2.25},
                {9223372036854.7755_cy, 2, 9223372036854.78, 9223372036854.75},
                {MakeObject<Holder>(Variant(u"1,25")), 1, 1.3, 1.25},
                {MakeObject<Holder>(Variant(Null)), 1, Null, Null}};
@@ -231,5 +209,4 @@ TEST(MathChoices, MappingsOfNoValueZeroAndOne) {
   EXPECT_RAISES(Math::ZeroOrOneAsNull(u"x"), RuntimeFailure(13));
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

@@ -23,8 +23,7 @@ std::size_t allocations = 0;
 [[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
-namespace quorl {
-namespace {
+namespace quorl::tests {
 
 using namespace literals;
 
@@ -119,5 +118,4 @@ TEST(Money, AllocatesItsResultAndNothingElse) {
   }
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

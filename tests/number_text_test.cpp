@@ -4,12 +4,10 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <vector>
 
 #include "tests/support/values.hpp"
 
-namespace quorl {
-namespace {
+namespace quorl::tests {
 
 using namespace literals;
 
@@ -30,8 +28,7 @@ TEST(NumberText, ReadsByTheLocale) {
        u"1,5=15|1.5=1.5|1,234.56=1234.56|1.234,56=1.23456|1 234=|1\u00A0234=|1'234="
        u"|,5=5|5.=5|0,1,2=12|0.1.2=|- 5="},
       {{kGerman}, u"1,5=1.5|1.5=15|1,234.56=1.23456|1.234,56=1234.56|1 234=|0,1,2=|0.1.2=12"},
-      {{kSwiss}, u"1,5=|1.5=1.5|1'234\u2019567=1234567|1,234.56=|1 234="},
-  };
+      {{kSwiss}, u"1,5=|1.5=1.5|1'234\u2019567=1234567|1,234.56=|1 234="}};
   for (const auto& [locales, cases] : rows) {
     for (const Locale& locale : locales) {
       for (const auto& [text, expected] : Pairs(cases)) {
@@ -101,11 +98,9 @@ TEST(NumberText, LeadingAndDottedNumbersAreTheSameInEveryLocale) {
       {-0.0, " 0"},      {true, "-1"},        {-1e20, "-1E+20"},
       {-0.1F, "-.1"},    {Date(1.5), " 1.5"}, {u"1 234,5", " 1234.5"},
       {u"1.5", "!13"},   {Null, "!94"},       {MakeObject<Holder>(1e-7), " 1E-07"},
-      {kInfinity, "!6"}, {Missing, "!13"},    {Array::OfBytes({1}), "!13"},
-  };
+      {kInfinity, "!6"}, {Missing, "!13"},    {Array::OfBytes({1}), "!13"}};
   for (const auto& [value, expected] : dotted) {
-    const auto write = [&, &v = value] { return Utf8(DottedNumber(v)); };
-    EXPECT_EQ(ResultOf(write), expected) << Shown(value);
+    EXPECT_EQ(ResultOf([&v = value] { return DottedNumber(v); }), expected) << Shown(value);
   }
 }
 
@@ -119,12 +114,11 @@ TEST(NumberText, FormatsByDigitPlaces) {
       {u"0#.0#", u"5=05.0|0.5=00.5"},
       {u"#.##", u"0.5=.5|0="},
       {u"", u"2.5=3|0="},
-      {u"#,#", u"1E21=1,000,000,000,000,000,000,000"},
-  };
+      {u"#,#", u"1E21=1,000,000,000,000,000,000,000"}};
   for (const auto& [format, cases] : rows) {
     for (const auto& [text, expected] : Pairs(cases)) {
-      const auto write = [&, &f = format, &t = text] { return Utf8(FormatNumber(t, f)); };
-      EXPECT_EQ(ResultOf(write), expected) << Shown(text) << " in " << Shown(format);
+      EXPECT_EQ(ResultOf([&f = format, &t = text] { return FormatNumber(t, f); }), expected)
+          << Shown(text) << " in " << Shown(format);
     }
   }
   EXPECT_EQ(FormatNumber(-1234567.5, u"#,##0.0", kFrench), u"-1\u202F234\u202F567,5");
@@ -150,5 +144,4 @@ TEST(NumberText, FormattingRoundsDecimalDigitsAwayFromZero) {
   }
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

@@ -1,18 +1,13 @@
 #include "quorl/regional/regional.hpp"
 
-#include <gtest/gtest.h>
-
 #include "quorl/regional/global_instance.hpp"
 #include "quorl/registry/registry.hpp"
-#include "quorl/runtime/locale.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
-#include "tests/support/cells.hpp"
-#include "tests/support/print.hpp"
 #include "tests/support/recording_store.hpp"
+#include "tests/support/values.hpp"
 
-namespace quorl {
-namespace {
+namespace quorl::tests {
 
 class RegionalTest : public testing::Test {
  protected:
@@ -106,5 +101,4 @@ TEST_F(RegionalTest, FailuresKeepWhatWasReadAndWritten) {
   EXPECT_EQ(GlobalInstance<Regional>().MonDecimalChar(), u"h");
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

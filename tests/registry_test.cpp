@@ -1,29 +1,17 @@
 #include "quorl/registry/registry.hpp"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <functional>
-#include <memory>
 #include <set>
-#include <string>
-#include <utility>
 
 #include "quorl/runtime/ansi.hpp"
-#include "quorl/runtime/locale.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
-#include "tests/support/cells.hpp"
-#include "tests/support/print.hpp"
-#include "tests/support/raises.hpp"
-#include "tests/support/random.hpp"
 #include "tests/support/recording_store.hpp"
 #include "tests/support/store_content.hpp"
 #include "tests/support/store_small_stack.hpp"
+#include "tests/support/values.hpp"
 
-namespace quorl {
-
-namespace {
+namespace quorl::tests {
 
 using namespace std::string_literals;
 
@@ -296,5 +284,4 @@ TEST_F(RegistryTest, TextsOfArgumentsComeFirst) {
                 StoreFailure(kAccessDenied, u"GetValue(K, v, 1)"));
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

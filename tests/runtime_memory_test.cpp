@@ -8,8 +8,8 @@
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "tests/support/component_arguments.hpp"
-#include "tests/support/holder.hpp"
 #include "tests/support/store_failing_allocation.hpp"
+#include "tests/support/values.hpp"
 
 namespace quorl {
 namespace {

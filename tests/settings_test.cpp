@@ -1,11 +1,7 @@
 // The registry text format: reading, writing, import and export.
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "quorl/registry/text/export.hpp"
 #include "quorl/registry/text/import.hpp"
@@ -13,18 +9,14 @@
 #include "quorl/registry/text/writer.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/internal/utf16_bytes.hpp"
-#include "quorl/runtime/utf.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/operations.hpp"
 #include "quorl/store/persistent_store.hpp"
-#include "tests/support/raises.hpp"
-#include "tests/support/random.hpp"
 #include "tests/support/store_content.hpp"
 #include "tests/support/store_simulated_files.hpp"
+#include "tests/support/values.hpp"
 
-namespace quorl {
-
-namespace {
+namespace quorl::tests {
 
 using namespace std::string_literals;
 
@@ -322,5 +314,4 @@ TEST(RegistryImport, IsAppliedWholeOrLeavesTheFormerContent) {
   RecordProperty("imports", std::to_string(imports));
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

@@ -10,10 +10,9 @@
 #include "quorl/runtime/screen.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl {
+namespace quorl::tests {
 
 using namespace internal;
-namespace {
 
 using namespace literals;
 using enum VariantType;
@@ -43,8 +42,7 @@ TEST(Variant, LiteralsPickTheTypeThatAReaderExpects) {
       {5.0F, kSingle},     {5.0, kDouble},
       {5_cy, kCurrency},   {Date(5), kDate},
       {u"5", kString},     {false, kBoolean},
-      {Object(), kObject}, {Array::OfBytes({}), kArray},
-  };
+      {Object(), kObject}, {Array::OfBytes({}), kArray}};
   for (const auto& [value, type] : cases) {
     EXPECT_EQ(value.Type(), type);
     // Without conversion: 5 of one type is not 5 of another.
@@ -214,8 +212,7 @@ TEST(Concatenation, AddsTheTextOfEachValue) {
       {-2.5, "<-2.5"},
       {Null, "<"},
       {Missing, "!13"},
-      {Object(), "!13"},
-  };
+      {Object(), "!13"}};
   for (const auto& [value, expected] : cases) {
     String text = u"<";
     const auto append = [&, &v = value] { return AppendText(text, v), Utf8(text); };
@@ -232,5 +229,4 @@ TEST(Screen, KeepsItsSizeWhenANewOneDoesNotFit) {
   EXPECT_EQ(Screen::Height(), 10800.5F);
 }
 
-}  // namespace
-}  // namespace quorl
+}  // namespace quorl::tests

@@ -1,13 +1,11 @@
 // Tables of many short texts, one row a text, and what comes out of a case as such a cell.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "quorl/runtime/utf.hpp"
+#include "tests/support/print.hpp"
 #include "tests/support/raises.hpp"
 
 namespace quorl {
@@ -38,14 +36,28 @@ inline std::vector<std::pair<String, std::string>> Pairs(StringView row) {
   return pairs;
 }
 
-/// The text that `work` gives, or "!" and the Number of the runtime's failure.
+/// What `work` gives, a Variant as it is shown and "" for nothing; or "!" and the Number of what it
+/// raised, with the Source unless that is the runtime's own failure as it stands.
 template <class Work>
 std::string ResultOf(Work&& work) {
   std::string result;
-  const Failure failure = FailureOf([&] { result = work(); });
+  const Failure failure = FailureOf([&] {
+    using Result = decltype(work());
+    if constexpr (std::is_void_v<Result>) {
+      work();
+    } else if constexpr (std::is_arithmetic_v<Result>) {
+      result = std::to_string(work());
+    } else if constexpr (std::is_convertible_v<Result, StringView>) {
+      result = Utf8(work());
+    } else if constexpr (std::is_same_v<Result, Variant>) {
+      result = Shown(work());
+    } else {
+      result = work();
+    }
+  });
   if (failure == Failure{}) return result;
-  EXPECT_EQ(failure, RuntimeFailure(failure.number));
-  return '!' + std::to_string(failure.number);
+  const bool is_runtimes = failure == RuntimeFailure(failure.number);
+  return '!' + std::to_string(failure.number) + (is_runtimes ? "" : " of " + Utf8(failure.source));
 }
 
 }  // namespace quorl

@@ -9,24 +9,10 @@
 #include <vector>
 
 #include "quorl/runtime/object.hpp"
+#include "quorl/runtime/raised_error.hpp"
 #include "tests/support/print.hpp"
-#include "tests/support/raises.hpp"
 
 namespace quorl {
-
-/// What `work` gave, shown, or "" for nothing, or "!" and the Number of the failure that it raised.
-template <class Work>
-std::string Outcome(Work work) {
-  std::string shown;
-  const Failure failure = FailureOf([&] {
-    if constexpr (std::is_void_v<decltype(work())>) {
-      work();
-    } else {
-      shown = Shown(Variant(work()));
-    }
-  });
-  return failure == Failure{} ? shown : '!' + std::to_string(failure.number);
-}
 
 /// One journal may serve several hosts, so that the order among them shows.
 using Journal = std::vector<std::string>;

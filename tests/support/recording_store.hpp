@@ -16,13 +16,8 @@ class RecordingStore final : public ForwardingStore {
   /// Forgets the calls so far; the `place`-th of those that follow, counted from 0, gives `code`.
   void FailAt(std::size_t place, Int32 code) {
     calls_.clear();
-    first_ = last_ = place;
+    place_ = place;
     code_ = code;
-  }
-  /// That one and all after it give `code`.
-  void FailFrom(std::size_t place, Int32 code) {
-    FailAt(place, code);
-    last_ = static_cast<std::size_t>(-1);
   }
   void FailNever() { FailAt(0, kDone); }
 
@@ -60,13 +55,12 @@ class RecordingStore final : public ForwardingStore {
   bool Fails(const char* call) noexcept {
     const std::size_t place = calls_.size();
     calls_.emplace_back(call);
-    return code_ != kDone && place >= first_ && place <= last_;
+    return code_ != kDone && place == place_;
   }
 
   Store& next_;
   std::vector<std::string> calls_;
-  std::size_t first_ = 0;
-  std::size_t last_ = 0;
+  std::size_t place_ = 0;
   Int32 code_ = kDone;
 };
 
