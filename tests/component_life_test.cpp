@@ -377,7 +377,6 @@ TEST(ComponentFiles, GeneratedTextsAreUpToDate) {
   const std::string header = FileText(QUORL_SOURCE_DIR "/quorl/abi/quorl.h");
   const std::size_t begin = header.find("/* begin generated */\n") + 22;
   const std::pair<std::string, std::string> texts[] = {
-      {FileText(QUORL_SOURCE_DIR "/docs/quorl.idl"), tools::TypeDescription()},
       {FileText(QUORL_SOURCE_DIR "/docs/quorl.json"), tools::CatalogueJson()},
       {header.substr(begin, header.find("/* end generated */") - begin), tools::HeaderTables()}};
   for (const auto& [text, now] : texts) EXPECT_EQ(text, now) << "run tools/update_generated.sh";
