@@ -108,7 +108,8 @@ TEST_F(Component, WhatIsLeftOutIsTheSameInCppAndByName) {
         return Variant(call());
       }
     };
-    EXPECT_EQ(result.value.IsEmpty() ? "" : Shown(result.value), ResultOf(as_variant)) << Utf8(name);
+    EXPECT_EQ(result.value.IsEmpty() ? "" : Shown(result.value), ResultOf(as_variant))
+        << Utf8(name);
     EXPECT_EQ(std::exchange(host.journal, {}), journal) << Utf8(name);
     EXPECT_TRUE(member.arguments.elements[arguments.size()].IsOptional());
   };

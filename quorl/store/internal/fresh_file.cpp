@@ -84,7 +84,8 @@ void FreshFile::RemoveAbandoned() {
   if (files_.List(folder, names) != 0) return;
   for (const std::string& name : names) {
     if (!IsFreshName(name, journal)) continue;
-    const std::string path = folder == "/" ? folder + name : folder + "/" + name;
+    std::string path = folder == "/" ? folder : folder + '/';
+    path += name;
     std::string link;
     FileInfo info;
     if (files_.ReadLink(path, link) != -EINVAL || files_.Describe(path, info) != 0) continue;

@@ -1,5 +1,6 @@
 #include "quorl/store/internal/journal_lock.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 #include <vector>
@@ -66,8 +67,9 @@ StoreStatus MakeFolders(FileSystem& files, const std::string& folder, unsigned m
     lowest = FolderOf(lowest);
   }
   if (found != 0) return CodeOfResult(found);
-  for (auto each = missing.rbegin(); each != missing.rend(); ++each) {
-    const int made = files.MakeFolder(*each, mode);
+  std::reverse(missing.begin(), missing.end());
+  for (const std::string& each : missing) {
+    const int made = files.MakeFolder(each, mode);
     if (made != 0 && made != -EEXIST) return CodeOfResult(made);
   }
   // A folder that was there may have been made by a process that was killed before it got here. One
