@@ -86,7 +86,7 @@ TEST(BinaryValues, ArraysRunLeftmostSubscriptFirst) {
   EXPECT_EQ(SafeArrayUnaccessData(array), E_UNEXPECTED);
   std::int32_t low = 0;
   std::int32_t high = 0;
-  for (const std::uint32_t dimension : {3, 2, 0}) {
+  for (const std::uint32_t dimension : {3U, 2U, 0U}) {
     const HRESULT code = dimension == 2 ? S_OK : DISP_E_BADINDEX;
     EXPECT_EQ(SafeArrayGetLBound(array, dimension, &low), code);
     EXPECT_EQ(SafeArrayGetUBound(array, dimension, &high), code);
