@@ -333,7 +333,8 @@ TEST_F(Component, TypeInfoTellsTheTypeDescription) {
     for (std::uint32_t version = 0; version <= attributes.minor_version; ++version) {
       QuorlInterface known{};
       EXPECT_EQ(info.Get()->table->GetInterface(info.Get(), version, &known), S_OK);
-      EXPECT_EQ(known.members, row.interfaces[version].members) << Utf8(Taken(known.name));
+      const String name = Taken(known.name);
+      EXPECT_EQ(known.members, row.interfaces[version].members) << Utf8(name);
     }
     EXPECT_EQ(tools::TypeDescription(*LibraryOf(info).Get()), described)
         << "run tools/update_generated.sh";

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -44,11 +45,10 @@ class Changes {
 String OwnPath() {
   Dl_info info{};
   if (dladdr(reinterpret_cast<const void*>(&OwnPath), &info) == 0) abi::RequireDone(kAbsent);
-  char* resolved = realpath(info.dli_fname, nullptr);
-  const std::string path(resolved == nullptr ? "" : resolved);
-  std::free(resolved);
-  if (path.empty()) abi::RequireDone(kAbsent);
-  return FromAnsi(abi::PercentEscaped(path));
+  const std::unique_ptr<char, decltype(&std::free)> path(realpath(info.dli_fname, nullptr),
+                                                         &std::free);
+  if (path == nullptr) abi::RequireDone(kAbsent);
+  return FromAnsi(abi::PercentEscaped(std::string_view(path ? path.get() : "")));
 }
 
 String QualifiedName(const ClassRow& row) { return String(kLibraryName) + u"." + String(row.name); }
