@@ -48,7 +48,7 @@ String OwnPath() {
   const std::unique_ptr<char, decltype(&std::free)> path(realpath(info.dli_fname, nullptr),
                                                          &std::free);
   if (path == nullptr) abi::RequireDone(kAbsent);
-  return FromAnsi(abi::PercentEscaped(std::string_view(path ? path.get() : "")));
+  return FromAnsi(abi::PercentEscaped(path.get()));
 }
 
 String QualifiedName(const ClassRow& row) { return String(kLibraryName) + u"." + String(row.name); }
