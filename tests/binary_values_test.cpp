@@ -111,6 +111,11 @@ TEST(BinaryValues, ArraysHaveTheirLimits) {
   EXPECT_NE(array, nullptr);
   EXPECT_EQ(SafeArrayDestroy(array), S_OK);
   EXPECT_EQ(SafeArrayDestroy(nullptr), S_OK);
+  SAFEARRAY* bytes = SafeArrayCreate(VT_UI1, 1, largest);
+  std::uint16_t told = 0;
+  EXPECT_EQ(SafeArrayGetVartype(bytes, &told), S_OK);
+  EXPECT_EQ(told, VT_UI1);
+  EXPECT_EQ(SafeArrayDestroy(bytes), S_OK);
   EXPECT_EQ(SafeArrayCreate(VT_I4, 1, too_large), nullptr);
   EXPECT_EQ(SafeArrayCreate(VT_I4, 0, largest), nullptr);
   EXPECT_EQ(SafeArrayCreate(99, 1, largest), nullptr);
