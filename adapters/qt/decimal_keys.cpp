@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
-#include <QScopedValueRollback>
 
 #include "quorl/runtime/raised_error.hpp"
 
@@ -28,17 +27,17 @@ DecimalKeyFilter::DecimalKeyFilter(QWidget* field, DecimalKeys keys, const Regio
 }
 
 bool DecimalKeyFilter::eventFilter(QObject* field, QEvent* event) {
-  if (event->type() != QEvent::KeyPress || is_sending_) return false;
+  if (event->type() != QEvent::KeyPress) return false;
   const auto& press = static_cast<const QKeyEvent&>(*event);
   const bool counts =
       keys_ == DecimalKeys::kEvery || press.modifiers().testFlag(Qt::KeypadModifier);
   if (!counts || press.text().size() != 1) return false;
   const QChar typed = press.text().front();
   const QChar converted = Converted(regional_, typed);
+  // The mark itself, which is what is sent on, stays what it is.
   if (converted == typed) return false;
   QKeyEvent sent(QEvent::KeyPress, converted.toUpper().unicode(), press.modifiers(),
                  QString(converted), press.isAutoRepeat());
-  const QScopedValueRollback<bool> sending(is_sending_, true);
   QCoreApplication::sendEvent(field, &sent);
   return true;
 }

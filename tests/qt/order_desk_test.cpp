@@ -126,6 +126,8 @@ TEST_F(Desk, TakesAnOrderByTheKeyboard) {
   EXPECT_EQ(Stored()[10], u"101|Café noir, 1 kg|12.3450|3.0|2026-12-24|1"_s);
   EXPECT_EQ(window->Number(), 10);
   EXPECT_FALSE(window->isWindowModified());
+  EXPECT_TRUE(window->ShowOrder(3) && window->ShowPrevious());
+  EXPECT_EQ(window->Number(), 10);
 }
 
 TEST_F(Desk, MarksWhatIsWrongAndLosesNothing) {
@@ -145,6 +147,11 @@ TEST_F(Desk, MarksWhatIsWrongAndLosesNothing) {
   EXPECT_FALSE(window->ShowOrder(3)) << "what is typed is not given up";
   EXPECT_FALSE(window->ShowNew());
   EXPECT_EQ(window->Form().Typed(), typed);
+  {
+    PersistentStore on_a_file({file.toStdString(), file.toStdString()});
+    const ScopedStore refusing(on_a_file);
+    EXPECT_FALSE(window->close()) << "settings that cannot be written do not cost the entry";
+  }
   Restart();
   EXPECT_EQ(window->Form().Typed(), typed) << "it is there at the next start";
   Press(Qt::Key_D, Qt::ControlModifier);

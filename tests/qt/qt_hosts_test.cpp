@@ -185,6 +185,8 @@ TEST_F(Database, GivesNullAndDecimalsAsTheyAre) {
     const Object fields = Stored({Null, Null, Null, Null, Null, Null, Null, rate.bound});
     EXPECT_EQ(FieldValue(fields, u"Rate"), rate.expected);
   }
+  const Object fine = Stored({Null, 0.12345, Null, Null, Null, Null, Null, Null});
+  EXPECT_EQ(FieldValue(fine, u"Price"), Variant(0.12345)) << "more decimals than an amount holds";
 }
 
 TEST_F(Database, SaysWhichFieldItLacks) {

@@ -84,6 +84,8 @@ TEST(QtValues, EveryMillisecondOfADateComesBack) {
     ASSERT_TRUE(back.toDateTime().date() == day || day == QDate(1899, 12, 30)) << i;
     ASSERT_EQ(back.toDateTime().time(), time) << day.toString(Qt::ISODate).toStdString();
   }
+  EXPECT_EQ(ToQt(Date(1.9999999999)), QVariant(QDate(1900, 1, 1)))
+      << "less than a millisecond before";
 }
 
 TEST(QtValues, WhatHasNoExactCounterpartFails) {

@@ -33,7 +33,6 @@ class DecimalKeyFilter : public QObject {
  private:
   DecimalKeys keys_;
   const Regional& regional_;
-  bool is_sending_ = false;
 };
 
 }  // namespace quorl::qt
