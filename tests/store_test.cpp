@@ -431,6 +431,9 @@ std::size_t LossesOf(const SmallStore& whole, const std::string& damaged, bool m
                      const std::function<bool(const std::string&)>& must_be_there) {
   SimulatedFiles files(whole.files);
   files.Bytes() = damaged;
+  SimulatedFiles copied(files);
+  const JournalReport repaired = PersistentStore::RepairFile(kSimulatedHive, copied);
+  EXPECT_FALSE(PersistentStore::VerifyFile(kSimulatedHive, copied).Damaged());
   PersistentStore store(SimulatedFolders(), files);
   std::size_t lost = 0;
   for (const auto& [key, data] : whole.values) {
@@ -447,6 +450,8 @@ std::size_t LossesOf(const SmallStore& whole, const std::string& damaged, bool m
   if (reports.size() == 1) {
     EXPECT_TRUE(reports[0].Damaged());
     EXPECT_EQ(files.Bytes(reports[0].kept_as), damaged);
+    EXPECT_EQ(copied.Bytes(repaired.kept_as), damaged);
+    EXPECT_EQ(repaired.records, reports[0].records);
     const auto quarantined = store.VerifyQuarantined(kCurrentUser);
     EXPECT_TRUE(quarantined.size() == 1 && quarantined[0].Damaged());
     std::size_t told = 0;

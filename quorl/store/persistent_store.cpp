@@ -120,6 +120,25 @@ std::vector<JournalReport> PersistentStore::VerifyQuarantined(StoreRoot root) co
   return reports;
 }
 
+JournalReport PersistentStore::VerifyFile(const std::string& path, FileSystem& files) {
+  return ExamineFile(files, path);
+}
+
+JournalReport PersistentStore::RepairFile(const std::string& path, FileSystem& files) {
+  const std::size_t name = path.rfind('/') + 1;
+  JournalHive hive(files, {.folder = name == 0 ? "." : FolderOf(path),
+                           .file_name = path.substr(name),
+                           .is_private = true});
+  JournalReport report = hive.RepairDamage();
+  report.path = path;
+  return report;
+}
+
+Int32 PersistentStore::Mark(StoreRoot root, HiveMark& mark) const {
+  JournalHive* journal = engine_->JournalOf(root);
+  return journal == nullptr ? kDone : journal->Mark(mark);
+}
+
 std::vector<JournalReport> PersistentStore::TakeReports() {
   std::vector<JournalReport> reports;
   for (JournalHive* journal : engine_->journals) {

@@ -46,6 +46,7 @@
 
 #include "quorl/store/file_system.hpp"
 #include "quorl/store/forwarding_store.hpp"
+#include "quorl/store/hive_mark.hpp"
 #include "quorl/store/journal_report.hpp"
 #include "quorl/store/store_folders.hpp"
 
@@ -67,6 +68,22 @@ class QUORL_API PersistentStore final : public ForwardingStore {
 
   /// The same of the damaged files that were quarantined beside a hive's, the oldest first.
   std::vector<JournalReport> VerifyQuarantined(StoreRoot root) const;
+
+  /// `Verify` of any file with a hive's journal, such as a copied one.
+  static JournalReport VerifyFile(const std::string& path, FileSystem& files = FileSystem::Posix());
+
+  /// Does with a damaged file what the store does with one of its own at the next use: quarantines
+  /// it and puts a fresh one with all that is intact in its place. Any file will do, a hive's in
+  /// use as well as a copied one; one without a single intact record becomes an empty one, so look
+  /// at `VerifyFile` first. The report tells what was lost and `kept_as`; its `status` is the code
+  /// of what stood in the way, after which the file stands as it did. A file without damage, or of
+  /// another kind, is left alone.
+  static JournalReport RepairFile(const std::string& path, FileSystem& files = FileSystem::Posix());
+
+  /// How far a hive's content goes at the moment, so that a program sees whether anybody has
+  /// changed it: as long as the mark is the same, so is the content. Costs what the opening of a
+  /// key costs. The codes of such an opening; always the same mark for a root key in memory.
+  Int32 Mark(StoreRoot root, HiveMark& mark) const;
 
   /// What this object found since the last call: a report for each damaged file, with the name
   /// under which it was quarantined, which is empty as long as that was not possible, and one for

@@ -175,6 +175,48 @@ JournalReport JournalHive::Verify() {
   return ExamineFile(files_, path_);
 }
 
+JournalReport JournalHive::RepairDamage() {
+  JournalReport report = Verify();
+  if (report.status != kDone || !report.Damaged()) return report;
+  OpenFile locked;
+  FileInfo info;
+  Int32& status = report.status;
+  microseconds waited{0};
+  const std::lock_guard writing(writing_);
+  while ((status = LockJournal(files_, path_, locked, info)) == kLocked && waited < kPatience) {
+    waited += files_.Pause(kLongPause);
+  }
+  if (status == kDone)
+    status = MayWrite(info) ? LoadAndRepair(locked, info, report) : kAccessDenied;
+  return report;
+}
+
+// Of the locked file. `report` is what was found by then, and what came of it.
+StoreStatus JournalHive::LoadAndRepair(OpenFile& locked, const FileInfo& info,
+                                       JournalReport& report) {
+  const std::lock_guard state(state_);
+  StoreStatus status = Load(Lock::kHeld);
+  if (status != kDone) return status;
+  if (!damage_) {
+    report = Verify();
+    return static_cast<StoreStatus>(report.status);
+  }
+  report = *damage_;
+  status = Repair(locked, info);
+  if (status == kDone) report = reports_.back();
+  return status;
+}
+
+StoreStatus JournalHive::Mark(HiveMark& mark) {
+  const std::lock_guard state(state_);
+  const StoreStatus status = CatchUp();
+  if (status != kDone) return status;
+  mark = {};
+  if (damage_) mark = {identity_.inode, damage_->bytes};
+  if (file_.IsOpen() && !damage_) mark = {position_.salt, position_.last};
+  return kDone;
+}
+
 std::vector<JournalReport> JournalHive::TakeReports() {
   const std::lock_guard state(state_);
   return std::exchange(reports_, {});

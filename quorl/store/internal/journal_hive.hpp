@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "quorl/store/hive_mark.hpp"
 #include "quorl/store/internal/hive.hpp"
 #include "quorl/store/internal/journal_file.hpp"
 #include "quorl/store/internal/journal_lock.hpp"
@@ -33,6 +34,10 @@ class JournalHive final : public Hive {
 
   /// Reads every record of the file as it stands.
   JournalReport Verify();
+  /// Repairs the file if it is damaged. The report's status is what stood in the way.
+  JournalReport RepairDamage();
+  /// How far the content goes, read on first.
+  StoreStatus Mark(HiveMark& mark);
   /// What this object found since the last call.
   std::vector<JournalReport> TakeReports();
   std::string Path() const { return place_.Path(); }
@@ -59,6 +64,7 @@ class JournalHive final : public Hive {
   StoreStatus Finish(const OpenFile& locked, std::string_view bytes, const JournalPosition& after);
   StoreStatus TakeBackFailed(const OpenFile& locked, bool& is_ours);
   StoreStatus Repair(OpenFile& locked, const FileInfo& info);
+  StoreStatus LoadAndRepair(OpenFile& locked, const FileInfo& info, JournalReport& report);
   void RewriteIfWorthwhile(OpenFile& locked) noexcept;
   StoreStatus PutInPlace(const FileInfo& former, OpenFile& locked,
                          std::unique_lock<std::mutex>& state);
