@@ -6,9 +6,11 @@
 #include <string>
 #include <utility>
 
+#include "quorl/registry/text/fault.hpp"
 #include "quorl/registry/text/root_name.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/internal/hex.hpp"
+#include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/internal/utf16_bytes.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/text_case.hpp"
@@ -19,6 +21,8 @@ namespace quorl {
 
 using namespace internal;
 namespace {
+
+using Fault = RegistryTextFault;
 
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 constexpr std::string_view kUtf16SwappedMark = "\xFE\xFF";
@@ -31,19 +35,13 @@ constexpr StringView kLineBreaks = u"\r\n";
 // A carriage return before a line feed counts as one too.
 constexpr StringView kBlanks = u" \t\r";
 
-[[noreturn]] void RaiseAt(StringView file, Int32 line, StringView what) {
-  String description(file);
-  description.append(u":").append(FromAnsi(std::to_string(line))).append(u": ").append(what);
-  throw RaisedError(kFailedCheck, kRegistryTextSource, description);
-}
-
 String Decoded(std::string_view bytes, StringView file) {
   if (bytes.starts_with(kUtf16Mark)) {
-    if (bytes.size() % 2 != 0) RaiseAt(file, 1, u"le fichier s'arrête au milieu d'un caractère");
+    if (bytes.size() % 2 != 0) throw RegistryTextError(file, 1, Fault::kHalfCharacter);
     return UnitsOf(bytes.substr(kUtf16Mark.size()));
   }
   if (bytes.starts_with(kUtf16SwappedMark)) {
-    RaiseAt(file, 1, u"le texte UTF-16 doit avoir l'octet de poids faible en premier");
+    throw RegistryTextError(file, 1, Fault::kHighByteFirst);
   }
   if (bytes.starts_with(kUtf8Mark)) return Utf16(bytes.substr(kUtf8Mark.size()));
   return bytes.starts_with(kHeader4InBytes) ? FromAnsi(bytes) : Utf16(bytes);
@@ -64,16 +62,18 @@ class Reader {
       } else if (Peek() == u'"' || Peek() == u'@') {
         ReadValue();
       } else if (!AtLineEnd()) {
-        Fail(u"la ligne n'est ni une clé, ni une valeur, ni un commentaire");
+        Fail(Fault::kUnknownLine);
       }
     }
-    if (keys_.empty() && !is_announced) Fail(u"le fichier ne contient aucune clé");
+    if (keys_.empty() && !is_announced) Fail(Fault::kNoKey);
     return std::move(keys_);
   }
 
  private:
-  [[noreturn]] void Fail(StringView what) const { FailAt(line_, what); }
-  [[noreturn]] void FailAt(Int32 line, StringView what) const { RaiseAt(file_, line, what); }
+  [[noreturn]] void Fail(Fault fault) const { FailAt(line_, fault); }
+  [[noreturn]] void FailAt(Int32 line, Fault fault) const {
+    throw RegistryTextError(file_, line, fault);
+  }
 
   char16_t Peek() const { return at_ < text_.size() ? text_[at_] : u'\0'; }
   bool TakeIf(char16_t unit) {
@@ -89,7 +89,7 @@ class Reader {
   // Passes to the next line; nothing but a comment may be left on this one.
   void EndLine() {
     SkipBlanks();
-    if (!AtLineEnd()) Fail(u"la fin de la ligne n'a pas de sens");
+    if (!AtLineEnd()) Fail(Fault::kMeaninglessEnd);
     SkipComment();
     TakeIf(u'\n');
   }
@@ -105,7 +105,7 @@ class Reader {
   void ReadHeader() {
     const StringView header = TakeLine();
     if (header != kHeader5 && header != kHeader4) {
-      Fail(u"l'en-tête n'est ni celui de la version 5.00 ni celui de la version 4");
+      Fail(Fault::kUnknownHeader);
     }
     has_wide_texts_ = header == kHeader5;
     TakeIf(u'\n');
@@ -117,40 +117,40 @@ class Reader {
     if (rest.substr(0, rest.find_first_of(kLineBreaks)) != kEndAnnouncement) return false;
     const StringView ended = rest.substr(0, rest.find_last_not_of(kLineBreaks) + 1);
     if (ended.substr(ended.find_last_of(kLineBreaks) + 1) != kEndLine) {
-      Fail(u"le fichier est incomplet : sa dernière ligne, \"; end\", manque");
+      Fail(Fault::kIncomplete);
     }
     return true;
   }
 
   void ReadKey() {
     StringView name = TakeLine().substr(1);
-    if (!name.ends_with(u']')) Fail(u"la clé n'est pas fermée par un crochet");
+    if (!name.ends_with(u']')) Fail(Fault::kUnclosedKey);
     name.remove_suffix(1);
     RegistryTextKey key;
     key.is_deletion = name.starts_with(u'-');
     if (key.is_deletion) name.remove_prefix(1);
     std::optional<KeyPlace> place = PlaceNamed(name);
-    if (!place) Fail(u"la clé ne commence pas par une clé racine");
+    if (!place) Fail(Fault::kNoRootKey);
     const std::string path = Stored(place->path, line_);
-    if (!IsKeyPath(path)) Fail(u"le nom de la clé est trop long ou contient un caractère nul");
+    if (!IsKeyPath(path)) Fail(Fault::kBadKeyName);
     const bool is_root = path.find_first_not_of(kPathSeparator) == std::string::npos;
-    if (key.is_deletion && is_root) Fail(u"une clé racine ne peut pas être supprimée");
+    if (key.is_deletion && is_root) Fail(Fault::kDeletedRoot);
     key.place = {place->root, FromAnsi(path)};
     keys_.push_back(std::move(key));
   }
 
   void ReadValue() {
-    if (keys_.empty()) Fail(u"la valeur n'est sous aucune clé");
-    if (keys_.back().is_deletion) Fail(u"la valeur est sous une clé supprimée");
+    if (keys_.empty()) Fail(Fault::kValueWithoutKey);
+    if (keys_.back().is_deletion) Fail(Fault::kValueOfDeletedKey);
     const Int32 line = line_;
     RegistryTextValue value;
     const std::string name = TakeIf(u'@') ? std::string() : Stored(TakeQuoted(), line);
     if (!IsValueName(name)) {
-      FailAt(line, u"le nom de la valeur est trop long ou contient un caractère nul");
+      FailAt(line, Fault::kBadValueName);
     }
     value.name = FromAnsi(name);
     SkipBlanks();
-    if (!TakeIf(u'=')) Fail(u"le signe = manque après le nom de la valeur");
+    if (!TakeIf(u'=')) Fail(Fault::kNoEqualsSign);
     SkipBlanks();
     ReadContent(value);
     keys_.back().values.push_back(std::move(value));
@@ -181,7 +181,7 @@ class Reader {
       value.data = TakeBytes();
       if (has_wide_texts_ && IsTextType(value.type)) value.data = Narrowed(value.data, line);
     } else {
-      Fail(u"le contenu de la valeur n'est ni un texte, ni dword, ni hex");
+      Fail(Fault::kUnknownContent);
     }
   }
 
@@ -192,7 +192,7 @@ class Reader {
   }
 
   void RequireColon() {
-    if (!TakeIf(u':')) Fail(u"le signe : manque après le type de la valeur");
+    if (!TakeIf(u':')) Fail(Fault::kNoColon);
   }
 
   std::optional<std::uint32_t> TakeHex(int most_digits) {
@@ -207,7 +207,7 @@ class Reader {
 
   std::string TakeDword() {
     std::optional<std::uint32_t> number = TakeHex(8);
-    if (!number) Fail(u"le nombre de la valeur manque");
+    if (!number) Fail(Fault::kNoNumber);
     std::string bytes;
     for (int i = 0; i < 4; ++i, *number >>= 8) bytes.push_back(static_cast<char>(*number & 0xFF));
     return bytes;
@@ -216,7 +216,7 @@ class Reader {
   Int32 TakeType() {
     if (!TakeIf(u'(')) return REG_BINARY;
     const std::optional<std::uint32_t> type = TakeHex(8);
-    if (!type || !TakeIf(u')')) Fail(u"le type de la valeur n'est pas un nombre entre parenthèses");
+    if (!type || !TakeIf(u')')) Fail(Fault::kBadType);
     return static_cast<Int32>(*type);
   }
 
@@ -227,7 +227,7 @@ class Reader {
     do {
       SkipContinuations();
       const std::optional<std::uint32_t> byte = TakeHex(2);
-      if (!byte) Fail(u"un octet de la valeur manque ou n'est pas hexadécimal");
+      if (!byte) Fail(Fault::kBadByte);
       bytes.push_back(static_cast<char>(*byte));
       SkipContinuations();
     } while (TakeIf(u','));
@@ -248,9 +248,9 @@ class Reader {
     String text;
     while (!TakeIf(u'"')) {
       const bool is_escaped = TakeIf(u'\\');
-      if (at_ == text_.size()) FailAt(line, u"le texte n'est pas fermé par un guillemet");
+      if (at_ == text_.size()) FailAt(line, Fault::kUnclosedText);
       if (is_escaped && Peek() != u'\\' && Peek() != u'"') {
-        Fail(u"une barre oblique inverse n'est suivie ni d'une autre ni d'un guillemet");
+        Fail(Fault::kLoneBackslash);
       }
       text.push_back(Peek());
       TakeIf(Peek());
@@ -264,14 +264,14 @@ class Reader {
     if (foreign_ == ForeignCharacters::kReplace) return bytes;
     for (std::size_t i = 0; i < text.size(); ++i) {
       if (FromAnsi(static_cast<unsigned char>(bytes[i])) != text[i]) {
-        FailAt(line, u"un caractère n'existe pas dans le registre (Windows-1252)");
+        FailAt(line, Fault::kForeignCharacter);
       }
     }
     return bytes;
   }
 
   std::string Narrowed(std::string_view wide, Int32 line) const {
-    if (wide.size() % 2 != 0) FailAt(line, u"les octets du texte s'arrêtent dans un caractère");
+    if (wide.size() % 2 != 0) FailAt(line, Fault::kHalfCharacterInText);
     return Stored(UnitsOf(wide), line);
   }
 
@@ -284,7 +284,17 @@ class Reader {
   RegistryText keys_;
 };
 
+String DescriptionOf(StringView file, Int32 line, Fault fault) {
+  return Joined({file, u":", FromAnsi(std::to_string(line)), u": ",
+                 kRegistryTextFaults[static_cast<std::size_t>(fault)].sentence});
+}
+
 }  // namespace
+
+RegistryTextError::RegistryTextError(StringView file, Int32 line, RegistryTextFault fault)
+    : RaisedError(kFailedCheck, kRegistryTextSource, DescriptionOf(file, line, fault)),
+      line_(line),
+      fault_(fault) {}
 
 RegistryText ReadRegistryText(std::string_view bytes, StringView file, ForeignCharacters foreign) {
   return WithinMemory([&] {
