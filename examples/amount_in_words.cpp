@@ -22,6 +22,10 @@
 #include <utility>
 #include <vector>
 
+#include "examples/amount_in_words_messages.hpp"
+#include "examples/command/output.hpp"
+#include "examples/command/printable.hpp"
+#include "examples/command/system_error.hpp"
 #include "quorl/money/money.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/locale.hpp"
@@ -32,6 +36,7 @@
 
 namespace {
 
+using command::Printable;
 using quorl::Currency;
 using quorl::Int16;
 using quorl::Locale;
@@ -40,32 +45,6 @@ using quorl::String;
 using quorl::StringView;
 using quorl::Utf16;
 using quorl::Utf8;
-
-constexpr const char* kHelp =
-    R"(amount_in_words: amounts in words, in French, English, Dutch and German
-  amount_in_words                  the invoices that come with the program
-  amount_in_words --file FILE      your invoices, - for standard input
-  amount_in_words [OPTION]... AMOUNT...
-Options:
-  --language FR|UK|NL|DE  the words in this language alone, else all four
-  --currency CODE         EUR (when left out), CHF, GBP, USD, JPY or TND
-  --unit, --units NAME    a unit of your own, one and several
-  --subunit, --subunits   the same for its sub-unit
-  --kind 0|1|2            gender of the names: FR un, une; DE eins, ein, eine
-  --decimals 0..9         power of ten of the sub-unit (your own: else 2)
-  --, -h                  nothing but amounts follows; this help
-Amounts: a sign, digits, at most four decimals. Blanks and apostrophes group
-thousands. Of "," and ".": where both stand, the last is the decimal mark and
-the other groups; one that stands alone and once is the decimal mark (1,234 is
-a little above 1); one that stands more than once groups. Groups have three
-digits: "1 234,56", "1.234,56", "1'234.56" and 1234.56 are the same amount.
-Files: a line an invoice with reference, date, amount, currency and language;
-tabs, ";" or "," between, as a line "sep=;" or else the first one tells; quotes
-around a field that needs them; UTF-8, UTF-16 with a mark or Windows-1252. A
-first line without a digit in its amount and without a currency is a heading.
-What cannot be written is told on standard error as file:line: message.
-Exit status: 0; 1 when something could not be read; 2 for a wrong option.
-)";
 
 // --- Languages and currencies ---
 
@@ -128,8 +107,8 @@ struct WrongUsage : std::runtime_error {
 };
 
 template <class Kind = Problem>
-[[noreturn]] void Refuse(const std::string& what, StringView text) {
-  throw Kind(what + " \"" + Utf8(text) + "\"");
+[[noreturn]] void Refuse(const command::Message<1>& what, StringView text) {
+  throw Kind(what(Utf8(text)));
 }
 
 // What kept `work` from being done, empty when nothing did.
@@ -140,7 +119,7 @@ std::string ProblemOf(Work work) {
   } catch (const Problem& problem) {
     return problem.what();
   } catch (const quorl::RaisedError& error) {
-    return Utf8(error.Description());
+    return messages::kQuoted(std::to_string(error.Number()), Utf8(error.Description()));
   }
   return {};
 }
@@ -150,7 +129,7 @@ const Language& LanguageOf(StringView code) {
   for (const Language& language : Languages()) {
     if (language.code == code) return language;
   }
-  Refuse<Kind>("unknown language", code);
+  Refuse<Kind>(messages::kUnknownLanguage, code);
 }
 
 template <class Kind>
@@ -158,7 +137,7 @@ const Names& NamesOf(StringView currency, const Language& language) {
   for (const Names& names : kNames) {
     if (names.currency == currency && names.language == language.code) return names;
   }
-  Refuse<Kind>("unknown currency", currency);
+  Refuse<Kind>(messages::kUnknownCurrency, currency);
 }
 
 // --- Amounts as people write them ---
@@ -216,16 +195,16 @@ Currency ReadUnsigned(StringView number, StringView shown) {
   const auto group = GroupMarkOf(number.substr(0, at));
   const bool all_digits = decimals.find_first_not_of(kDigits) == StringView::npos;
   if (!group || !all_digits || number.empty() || has_decimals == decimals.empty()) {
-    Refuse("not an amount:", shown);
+    Refuse(messages::kNoAmount, shown);
   }
-  if (decimals.size() > kMostDecimals) Refuse("more than four decimals:", shown);
+  if (decimals.size() > kMostDecimals) Refuse(messages::kTooManyDecimals, shown);
   Locale locale;
   locale.decimal_separator = has_decimals ? number[at] : *group == u'.' ? u',' : u'.';
   locale.thousand_separator = String(*group != u'\0' ? 1 : 0, *group);
   Currency amount;
   const auto reading = quorl::ReadCurrency(number, locale, amount);
-  if (reading == quorl::NumberReading::kOutOfRange) Refuse("amount out of range:", shown);
-  if (reading != quorl::NumberReading::kGood) Refuse("not an amount:", shown);
+  if (reading == quorl::NumberReading::kOutOfRange) Refuse(messages::kOutOfRange, shown);
+  if (reading != quorl::NumberReading::kGood) Refuse(messages::kNoAmount, shown);
   return amount;
 }
 
@@ -260,7 +239,7 @@ Wording WordingOf(const Names& names, const Language& language) {
 
 std::string WordsOf(const Wording& wording, Currency amount) {
   if (wording.whole_only && amount.TenThousandths() % Currency::kScale != 0) {
-    throw Problem("this currency has no sub-units, the amount has decimals");
+    throw Problem(messages::kWholeOnly());
   }
   return Utf8(wording.money.ToText(amount));
 }
@@ -279,25 +258,12 @@ String FiguresOf(const Wording& wording, Currency amount) {
 // A reader that has gone away ends the program quietly.
 void Require(bool written) {
   if (written) return;
-  if (errno != EPIPE) std::perror("amount_in_words: standard output");
-  std::_Exit(errno == EPIPE ? 0 : 1);
+  command::EndUnwritten(errno);
 }
 
 void Print(std::string_view text) {
   Require(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
 }
-
-// A file's text must not command the terminal: a picture stands for each control character.
-String Printable(StringView text) {
-  String shown(text);
-  for (char16_t& unit : shown) {
-    if (unit < u' ') unit = static_cast<char16_t>(u'\u2400' + unit);
-    if (unit >= u'\u007F' && unit < u'\u00A0') unit = u'\u2421';
-  }
-  return shown;
-}
-
-std::string Printable(const std::string& text) { return Utf8(Printable(Utf16(text))); }
 
 // On standard error, after what was printed before it.
 void TellPerson(const std::string& message) {
@@ -328,7 +294,7 @@ class Progress {
     if (shown_ && isatty(STDOUT_FILENO) != 0) Hide();
     if (line % kEvery != 0 || !terminal_) return;
     Require(std::fflush(stdout) == 0);
-    std::cerr << '\r' << line << " lines";
+    std::cerr << '\r' << messages::kLines(line);
     shown_ = true;
   }
   void Hide() {
@@ -360,7 +326,9 @@ class TextFile {
   }
 
   // Why it cannot be read further, empty when it can.
-  std::string Failure() const { return error_ == 0 ? std::string() : std::strerror(error_); }
+  std::string Failure() const {
+    return error_ == 0 ? std::string() : command::SystemErrorText(error_);
+  }
 
   // The next line without its end, LF, CR LF or CR; false at the end. Throws a Problem for a line
   // that cannot be read; those after it still can.
@@ -375,7 +343,7 @@ class TextFile {
       if (!too_long) line += static_cast<char16_t>(unit);
     }
     after_return_ = unit == '\r';
-    if (too_long) throw Problem("line longer than " + std::to_string(kLongestLine) + " bytes");
+    if (too_long) throw Problem(messages::kLineTooLong(kLongestLine));
     Decode(line);
     return true;
   }
@@ -412,10 +380,10 @@ class TextFile {
 
   // Of a line of bytes, its text.
   void Decode(String& line) {
-    if (half_) throw Problem("the file ends in the middle of a character");
-    if (line.find(u'\0') != String::npos) throw Problem("a zero byte: this is no file of text");
+    if (half_) throw Problem(messages::kEndsInCharacter());
+    if (line.find(u'\0') != String::npos) throw Problem(messages::kZeroByte());
     if (UnitSize() == 2) {
-      if (Utf16(Utf8(line)) != line) throw Problem("half a character");
+      if (Utf16(Utf8(line)) != line) throw Problem(messages::kHalfCharacter());
       return;
     }
     const std::string bytes(line.begin(), line.end());
@@ -426,11 +394,11 @@ class TextFile {
         encoding_ = Encoding::kUtf8;
         return;
       }
-      if (encoding_ == Encoding::kUtf8) throw Problem("a character that is no UTF-8");
+      if (encoding_ == Encoding::kUtf8) throw Problem(messages::kNoUtf8());
     }
     line = quorl::FromAnsi(bytes);
     const auto is_control = [](char16_t unit) { return unit >= u'\u0080' && unit < u'\u00A0'; };
-    if (std::ranges::any_of(line, is_control)) throw Problem("neither UTF-8 nor Windows-1252");
+    if (std::ranges::any_of(line, is_control)) throw Problem(messages::kNeitherEncoding());
     encoding_ = Encoding::kWindows1252;
   }
 
@@ -467,7 +435,7 @@ std::vector<String> FieldsOf(StringView line, char16_t separator) {
       fields.back() += unit;
     }
   }
-  if (quoted) throw Problem("a quote has no end");
+  if (quoted) throw Problem(messages::kOpenQuote());
   return fields;
 }
 
@@ -493,7 +461,7 @@ char16_t NamedSeparator(StringView line) {
   if (!quorl::EqualsIgnoringCase(line.substr(0, kName.size()), kName)) return u'\0';
   const StringView named = line.substr(kName.size());
   if (named.size() != 1 || kSeparators.find(named) == StringView::npos) {
-    Refuse("unknown separator", named);
+    Refuse(messages::kUnknownSeparator, named);
   }
   return named.front();
 }
@@ -511,8 +479,7 @@ void PrintRow(const Row& row) {
 
 void PrintInvoice(std::vector<String> fields) {
   if (fields.size() != kFields) {
-    throw Problem(std::to_string(kFields) + " fields expected, " + std::to_string(fields.size()) +
-                  " found");
+    throw Problem(messages::kOtherFields(kFields, fields.size()));
   }
   for (String& field : fields) field = String(WithoutBlanks(field));
   const Currency amount = ReadAmount(fields[2]);
@@ -550,7 +517,10 @@ class InvoiceFile {
 
  private:
   static void PrintHeading() {
-    PrintRow({u"Reference", u"Date", u"Amount", u"", u"", "In words"});
+    const String reference = Utf16(messages::kReference());
+    const String date = Utf16(messages::kDate());
+    const String amount = Utf16(messages::kAmount());
+    PrintRow({reference, date, amount, u"", u"", messages::kInWords()});
     const String rule(kFiguresWidth, u'-');
     const StringView all = rule;
     PrintRow({all.substr(0, kReferenceWidth), all.substr(0, kDateWidth), all,
@@ -592,7 +562,7 @@ bool PrintFile(const std::string& name) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(name.c_str(), "rb"),
                                                              std::fclose);
   if (file != nullptr) return InvoiceFile(file.get(), name).Print();
-  TellPerson("amount_in_words: " + name + ": " + std::strerror(errno));
+  TellPerson("amount_in_words: " + name + ": " + command::SystemErrorText(errno));
   return false;
 }
 
@@ -617,7 +587,7 @@ class Options {
         SetValue(*at, at + 1 == arguments.end() ? "" : *(at + 1));
         ++at;
       } else {
-        Refuse<WrongUsage>("value missing after", Utf16(*at));
+        Refuse<WrongUsage>(messages::kValueMissing, Utf16(*at));
       }
     }
   }
@@ -632,14 +602,14 @@ class Options {
     const auto found = values_.find(name);
     if (found == values_.end()) return String(otherwise);
     String text = Utf16(found->second);
-    if (Utf8(text) != found->second) Refuse<WrongUsage>(name + std::string(" is no UTF-8:"), text);
+    if (Utf8(text) != found->second) throw WrongUsage(messages::kValueNoUtf8(name, Utf8(text)));
     return text;
   }
   // A value of one digit from 0 to `highest`.
   Int16 Digit(const char* name, char16_t highest) const {
     const String text = Value(name);
     if (text.size() != 1 || text[0] < u'0' || text[0] > highest) {
-      Refuse<WrongUsage>(std::string("wrong value for ") + name + ":", text);
+      throw WrongUsage(messages::kWrongValue(name, Utf8(text)));
     }
     return static_cast<Int16>(text[0] - u'0');
   }
@@ -661,8 +631,8 @@ class Options {
   }
 
   void SetValue(const std::string& name, const std::string& value) {
-    if (!IsNamed(name)) Refuse<WrongUsage>("unknown option", Utf16(name));
-    if (!values_.emplace(name, value).second) Refuse<WrongUsage>("twice:", Utf16(name));
+    if (!IsNamed(name)) Refuse<WrongUsage>(messages::kUnknownOption, Utf16(name));
+    if (!values_.emplace(name, value).second) Refuse<WrongUsage>(messages::kTwice, Utf16(name));
   }
 
   std::map<std::string, std::string, std::less<>> values_;
@@ -728,16 +698,16 @@ bool PrintAmounts(const Options& options) {
 
 bool Run(const Options& options) {
   if (options.Help()) {
-    Print(kHelp);
+    Print(messages::kHelp());
     return true;
   }
   if (!options.Has("--file")) {
     if (!options.Amounts().empty()) return PrintAmounts(options);
-    if (options.Count() != 0) throw WrongUsage("an amount is missing");
+    if (options.Count() != 0) throw WrongUsage(messages::kAmountMissing());
     return PrintFile(QUORL_INVOICES);
   }
   if (options.Count() != 1 || !options.Amounts().empty()) {
-    throw WrongUsage("a file has its own amounts, currencies and languages");
+    throw WrongUsage(messages::kFileHasAll());
   }
   return PrintFile(options.File());
 }
@@ -752,7 +722,7 @@ int main(int count, char** values) {
     Require(std::fflush(stdout) == 0);
     return good ? 0 : 1;
   } catch (const WrongUsage& wrong) {
-    TellPerson("amount_in_words: " + std::string(wrong.what()) + "; see --help");
+    TellPerson("amount_in_words: " + messages::kSeeHelp(wrong.what()));
     return 2;
   }
 }
