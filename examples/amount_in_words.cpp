@@ -7,10 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <clocale>
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <cwchar>
 #include <iostream>
 #include <map>
@@ -36,6 +33,7 @@
 
 namespace {
 
+using command::Print;
 using command::Printable;
 using quorl::Currency;
 using quorl::Int16;
@@ -255,22 +253,6 @@ String FiguresOf(const Wording& wording, Currency amount) {
 
 // --- Output ---
 
-// A reader that has gone away ends the program quietly.
-void Require(bool written) {
-  if (written) return;
-  command::EndUnwritten(errno);
-}
-
-void Print(std::string_view text) {
-  Require(std::fwrite(text.data(), 1, text.size(), stdout) == text.size());
-}
-
-// On standard error, after what was printed before it.
-void TellPerson(const std::string& message) {
-  Require(std::fflush(stdout) == 0);
-  std::cerr << Printable(message) + "\n";
-}
-
 // Columns of a terminal.
 std::size_t WidthOf(const std::string& text) {
   std::wstring wide(text.size(), L'\0');
@@ -291,9 +273,9 @@ class Progress {
  public:
   void At(std::size_t line) {
     constexpr std::size_t kEvery = 10000;
-    if (shown_ && isatty(STDOUT_FILENO) != 0) Hide();
+    if (shown_ && command::IsTerminal(STDOUT_FILENO)) Hide();
     if (line % kEvery != 0 || !terminal_) return;
-    Require(std::fflush(stdout) == 0);
+    command::Flush();
     std::cerr << '\r' << messages::kLines(line);
     shown_ = true;
   }
@@ -303,7 +285,7 @@ class Progress {
   }
 
  private:
-  bool terminal_ = isatty(STDERR_FILENO) != 0;
+  bool terminal_ = command::IsTerminal(STDERR_FILENO);
   bool shown_ = false;
 };
 
@@ -511,7 +493,7 @@ class InvoiceFile {
       if (!problem.empty()) Tell(problem);
     }
     progress_.Hide();
-    Require(std::fflush(stdout) == 0);
+    command::Flush();
     return file_.Failure().empty() ? good_ : Tell(file_.Failure());
   }
 
@@ -544,7 +526,7 @@ class InvoiceFile {
     progress_.Hide();
     std::string place = name_;
     if (number_ > 0) place.append(":").append(std::to_string(number_));
-    TellPerson(place + ": " + message);
+    command::Tell(place + ": " + message);
     return good_ = false;
   }
 
@@ -562,7 +544,7 @@ bool PrintFile(const std::string& name) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(name.c_str(), "rb"),
                                                              std::fclose);
   if (file != nullptr) return InvoiceFile(file.get(), name).Print();
-  TellPerson("amount_in_words: " + name + ": " + command::SystemErrorText(errno));
+  command::Tell("amount_in_words: " + name + ": " + command::SystemErrorText(errno));
   return false;
 }
 
@@ -690,7 +672,7 @@ bool PrintAmounts(const Options& options) {
   for (const std::string& text : options.Amounts()) {
     const std::string problem = ProblemOf([&] { PrintAmount(wordings, ReadAmount(Utf16(text))); });
     if (problem.empty()) continue;
-    TellPerson("amount_in_words: " + problem);
+    command::Tell("amount_in_words: " + problem);
     good = false;
   }
   return good;
@@ -715,14 +697,14 @@ bool Run(const Options& options) {
 }  // namespace
 
 int main(int count, char** values) {
-  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+  command::PrepareOutput();
   static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));  // for the widths of characters alone
   try {
     const bool good = Run(Options({values + std::min(count, 1), values + count}));
-    Require(std::fflush(stdout) == 0);
+    command::Flush();
     return good ? 0 : 1;
   } catch (const WrongUsage& wrong) {
-    TellPerson("amount_in_words: " + messages::kSeeHelp(wrong.what()));
+    command::Tell("amount_in_words: " + messages::kSeeHelp(wrong.what()));
     return 2;
   }
 }
