@@ -18,16 +18,14 @@ constexpr Message<2> kNotWritten{"{0}: the output cannot be written: {1}",
                                  "{0} : la sortie ne peut pas être écrite : {1}"};
 
 void Require(bool is_written) {
-  if (!is_written) EndUnwritten(errno);
-}
-
-}  // namespace
-
-void EndUnwritten(int error) {
+  if (is_written) return;
+  const int error = errno;
   if (error == EPIPE) std::_Exit(0);
   std::fputs((kNotWritten(ProgramName(), SystemErrorText(error)) + "\n").c_str(), stderr);
   std::_Exit(1);
 }
+
+}  // namespace
 
 std::string ProgramName() { return program_invocation_short_name; }
 

@@ -13,9 +13,6 @@ std::string ProgramName();
 /// Before the first output: a reader that goes away gives a failed write, not a signal.
 void PrepareOutput();
 
-/// Ends the program because standard output could not be written; `error` is an errno value.
-[[noreturn]] void EndUnwritten(int error);
-
 /// On standard output, as it is.
 void Print(std::string_view text);
 void Flush();
