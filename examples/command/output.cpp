@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 
 #include "examples/command/message.hpp"
 #include "examples/command/printable.hpp"
@@ -21,7 +22,7 @@ void Require(bool is_written) {
   if (is_written) return;
   const int error = errno;
   if (error == EPIPE) std::_Exit(0);
-  std::fputs((kNotWritten(ProgramName(), SystemErrorText(error)) + "\n").c_str(), stderr);
+  std::cerr << kNotWritten(ProgramName(), SystemErrorText(error)) + "\n";
   std::_Exit(1);
 }
 
@@ -39,7 +40,7 @@ void Flush() { Require(std::fflush(stdout) == 0); }
 
 void Tell(const std::string& message) {
   Flush();
-  std::fputs((Printable(message) + "\n").c_str(), stderr);
+  std::cerr << Printable(message) + "\n";
 }
 
 bool IsTerminal(int file) { return isatty(file) != 0; }

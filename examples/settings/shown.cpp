@@ -13,14 +13,15 @@ namespace settings {
 using namespace quorl;
 namespace {
 
-bool IsSaid(const char* variable) {
-  const char* const value = std::getenv(variable);
-  return value != nullptr && *value != '\0';
+// The text of an environment variable, empty where there is none.
+std::string_view Said(const char* variable) {
+  const char* const text = std::getenv(variable);
+  return text == nullptr ? std::string_view() : text;
 }
 
 bool HasColours() {
-  static const bool has_colours = command::IsTerminal(STDOUT_FILENO) && !IsSaid("NO_COLOR") &&
-                                  IsSaid("TERM") && std::string_view(std::getenv("TERM")) != "dumb";
+  static const bool has_colours = command::IsTerminal(STDOUT_FILENO) && Said("NO_COLOR").empty() &&
+                                  !Said("TERM").empty() && Said("TERM") != "dumb";
   return has_colours;
 }
 
