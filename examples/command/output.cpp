@@ -21,7 +21,8 @@ constexpr Message<2> kNotWritten{"{0}: the output cannot be written: {1}",
 void Require(bool is_written) {
   if (is_written) return;
   const int error = errno;
-  if (error == EPIPE) std::_Exit(0);
+  // A signal that interrupts a write is one that a command takes for its end.
+  if (error == EPIPE || error == EINTR) std::_Exit(0);
   std::cerr << kNotWritten(ProgramName(), SystemErrorText(error)) + "\n";
   std::_Exit(1);
 }

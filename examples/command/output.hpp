@@ -1,5 +1,6 @@
 // What a command writes. Everything is UTF-8. A reader of standard output that has gone away ends
-// the program quietly with status 0, any other failure to write with a message and status 1.
+// the program quietly with status 0, and so does a signal that interrupts the waiting for a reader;
+// any other failure to write ends it with a message and status 1.
 #pragma once
 
 #include <string>

@@ -92,7 +92,8 @@ std::vector<Fault> FaultsOf(const Entry& entry) {
   const auto add = [&](EntryField field, const QString& message) {
     if (!message.isEmpty()) faults.push_back({field, message});
   };
-  add(EntryField::kCustomer, entry.customer == 0 ? u"Choose a customer from the list"_s : QString());
+  add(EntryField::kCustomer,
+      entry.customer == 0 ? u"Choose a customer from the list"_s : QString());
   add(EntryField::kArticle,
       Strings::IsEmptyString(Lend(entry.article)) ? u"Say what is ordered"_s : QString());
   add(EntryField::kPrice, PriceFault(entry.price));

@@ -42,6 +42,8 @@ constexpr std::array<LossKind, 5> kLossKinds{{
     {"bytes", messages::kStrayBytes},
 }};
 
+static_assert(kLossKinds.size() == 1 + static_cast<std::size_t>(JournalLoss::Kind::kBytes));
+
 const LossKind& KindOf(const JournalLoss& loss) {
   return kLossKinds[static_cast<std::size_t>(loss.kind)];
 }

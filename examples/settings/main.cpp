@@ -84,7 +84,7 @@ int RunReported(const Words& words, PersistentStore& store) {
   try {
     return Run(words, store);
   } catch (const WrongUse& error) {
-    return Fail(kWrongUse, messages::kSeeHelp(error.what()));
+    return Fail(kWrongUse, messages::kSeeHelp(error.what(), command::ProgramName()));
   } catch (const RaisedError& error) {
     return Fail(kFailure, SentenceOfFailure(error));
   } catch (const std::bad_alloc&) {

@@ -76,7 +76,7 @@ commande fautive.
 )"};
 
 // What is wrong with a command line.
-inline constexpr Message<1> kSeeHelp{"{0}; see settings --help", "{0} ; voir settings --help"};
+inline constexpr Message<2> kSeeHelp{"{0}; see {1} --help", "{0} ; voir {1} --help"};
 inline constexpr Message<> kNoCommand{"which command?", "quelle commande ?"};
 inline constexpr Message<1> kUnknownCommand{"there is no command '{0}'",
                                             "il n'y a pas de commande « {0} »"};

@@ -5,9 +5,7 @@
 
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <ctime>
 #include <string>
 #include <utility>
@@ -28,34 +26,39 @@ constexpr timespec kPause{.tv_sec = 0, .tv_nsec = 100'000'000};
 
 volatile std::sig_atomic_t is_ended = 0;
 
-// Signals that end a program are let through while it waits, and nowhere else, so that none comes
-// between two lines that belong together.
+// The waiting between two looks. Signals that end a program end it there, or where it waits for a
+// reader that does not read; a second one ends it wherever it is.
 class Patience {
  public:
   Patience() {
-    sigset_t ends;
-    sigemptyset(&ends);
+    sigemptyset(&ends_);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
       struct sigaction action {};
       sigaction(signal, nullptr, &action);
       // Whoever starts it with `nohup` wants it to go on.
       if (signal == SIGHUP && action.sa_handler == SIG_IGN) continue;
       action.sa_handler = [](int) { is_ended = 1; };
+      action.sa_flags = static_cast<int>(SA_RESETHAND);
       sigaction(signal, &action, nullptr);
-      sigaddset(&ends, signal);
+      sigaddset(&ends_, signal);
     }
-    sigprocmask(SIG_BLOCK, &ends, &usual_);
   }
 
-  // Waits for a moment; false when the reader has gone away.
+  // Waits for a moment, or until a signal comes; false when the reader has gone away.
   bool Wait() const {
+    sigset_t usual;
+    // A signal that comes before the waiting is kept for it.
+    sigprocmask(SIG_BLOCK, &ends_, &usual);
+    constexpr timespec kNone{};
     pollfd reader{.fd = STDOUT_FILENO, .events = 0, .revents = 0};
-    const int ready = ppoll(&reader, 1, &kPause, &usual_);
-    return ready == 0 || (ready < 0 && errno == EINTR);
+    const int ready = ppoll(&reader, 1, is_ended == 0 ? &kPause : &kNone, &usual);
+    const bool is_there = ready == 0 || (ready < 0 && errno == EINTR);
+    sigprocmask(SIG_SETMASK, &usual, nullptr);
+    return is_there;
   }
 
  private:
-  sigset_t usual_{};
+  sigset_t ends_{};
 };
 
 // The content below a key as of the last look.
@@ -127,8 +130,10 @@ int Watch(const Request& request) {
   const Patience patience;
   Content content(request.store, place, name);
   command::Tell(content.IsThere() ? messages::kWatching(name) : messages::kWatchingAbsent(name));
-  // The last look comes after the signal that ends it.
-  while (is_ended == 0 && patience.Wait()) {
+  bool is_going_on = true;
+  while (is_going_on && patience.Wait()) {
+    // The last look comes after the signal that ends it.
+    is_going_on = is_ended == 0;
     content.LookAgain(
         [&](const Difference& difference) { TellChange(difference, request.Has("--json")); });
     command::Flush();
