@@ -45,7 +45,7 @@ TEST(Examples, TourAndOrderDeskPrintWhatStandsBesideThem) {
 std::string Transcript(const std::string& script) {
   const TemporaryFolder folder;
   const std::string run = "cd " + folder.Path() + " && PATH=" + kPrograms +
-                          ":$PATH XDG_DATA_HOME=$PWD LC_ALL=C.UTF-8 " +
+                          ":$PATH XDG_DATA_HOME=$PWD LANGUAGE= LC_ALL=C.UTF-8 " +
                           R"sh(sh -c 'while IFS= read -r line <&3; do
            case $line in "" | "#"*) printf "%s\n" "$line"; continue;; esac
            printf "> %s\n" "$line"; eval "$line" 3<&-; status=$?
