@@ -3,12 +3,10 @@
 #include <pthread.h>
 #include <sys/random.h>
 
-#include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <cstddef>
-#include <span>
+#include <utility>
 
 #include "quorl/runtime/internal/guid_text.hpp"
 #include "quorl/runtime/internal/join.hpp"
@@ -23,50 +21,34 @@ namespace {
 constexpr StringView kAllOnesGuid = u"{FFFFFFFF-FFFF-FFFF-FFFF-FFFFFFFFFFFF}";
 constexpr StringView kEightDigits = u"00000000";
 
-// Random bytes of one thread, drawn for many GUIDs with one system call, which costs more than all
+// Random bytes of one thread for many GUIDs, drawn with one system call, which costs more than all
 // the rest. Without a destructor, so that GUIDs can be made until the thread's last moment.
 struct Stock {
-  std::array<Byte, 64 * GuidBytes{}.size()> bytes;
+  std::array<GuidBytes, 64> guids;
   std::size_t left;
-  unsigned forks;  // how many there had been when it was drawn
 };
 constinit thread_local Stock stock{};
 
-// Counted in each child: a stock drawn before the fork is its parent's too.
-std::atomic<unsigned> forks = 0;
-
-// 0 if the system gives no randomness. It gives a part only to a call that a signal interrupts.
-std::size_t DrawRandom(std::span<Byte> bytes) noexcept {
+// The stock stays empty if the system gives no randomness. It gives a part only to a call that a
+// signal interrupts.
+void FillStock() noexcept {
   ssize_t given = -1;
   do {
-    given = getrandom(bytes.data(), bytes.size(), 0);
+    given = getrandom(&stock.guids, sizeof(stock.guids), 0);
   } while (given < 0 && errno == EINTR);
-  const std::size_t usable = given > 0 ? static_cast<std::size_t>(given) : 0;
-  return usable - usable % GuidBytes{}.size();
-}
-
-// Bytes that nobody was given before; false if there are none.
-bool TakeRandom(GuidBytes& taken) noexcept {
-  static const bool counts_forks = pthread_atfork(nullptr, nullptr, [] { ++forks; }) == 0;
-  if (!counts_forks) return DrawRandom(taken) != 0;
-  if (stock.left == 0 || stock.forks != forks) {
-    stock.forks = forks;
-    stock.left = DrawRandom(stock.bytes);
-    if (stock.left == 0) return false;
-  }
-  stock.left -= taken.size();
-  const auto source = std::span(stock.bytes).subspan(stock.left, taken.size());
-  std::ranges::copy(source, taken.begin());
-  // What was given out must not be found in memory again.
-  std::ranges::fill(source, Byte{0});
-  return true;
+  stock.left = given > 0 ? static_cast<std::size_t>(given) / sizeof(GuidBytes) : 0;
 }
 
 }  // namespace
 
 String GUIDs::CreateGUID() {
-  GuidBytes guid;
-  if (!TakeRandom(guid)) return {};
+  // The one thread of a forked child starts with a stock that is its parent's too.
+  static const bool empties_in_child =
+      pthread_atfork(nullptr, nullptr, [] { stock.left = 0; }) == 0;
+  if (stock.left == 0 || !empties_in_child) FillStock();
+  if (stock.left == 0) return {};
+  // What is given out must not be found in memory again.
+  GuidBytes guid = std::exchange(stock.guids[--stock.left], {});
   guid[6] = static_cast<Byte>((guid[6] & 0x0F) | 0x40);  // version 4: random
   guid[8] = static_cast<Byte>((guid[8] & 0x3F) | 0x80);  // the common variant
   return WithinMemory([&] { return WriteGuid(guid); });
