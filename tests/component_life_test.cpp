@@ -328,7 +328,7 @@ TEST_F(Component, TypeInfoTellsTheTypeDescription) {
       const char16_t* name = member.name.data();
       std::int32_t id = 0;
       EXPECT_EQ(info.Get()->table->GetIDsOfNames(info.Get(), &name, 1, &id), S_OK);
-      EXPECT_EQ(id, IdentifierOf(row, member));
+      EXPECT_EQ(id, member.identifier);
     }
     for (std::uint32_t version = 0; version <= attributes.minor_version; ++version) {
       QuorlInterface known{};
@@ -372,6 +372,15 @@ TEST_F(Component, TypeInfoRefusesWhatItHasNot) {
   EXPECT_EQ(known.FindEnumerator(library.Get(), u"HKeyEnum", &value), DISP_E_UNKNOWNNAME);
   EXPECT_EQ(known.FindEnumerator(library.Get(), nullptr, &value), E_POINTER);
   EXPECT_EQ(known.FindEnumerator(library.Get(), u"REG_SZ", nullptr), E_POINTER);
+}
+
+TEST(ComponentFiles, VersionsHaveNumbersOfAnyLength) {
+  const std::vector<frame::InterfaceRow> versions(112);
+  ClassRow row = *frame::FindClass(u"Math");
+  row.interfaces = versions;
+  EXPECT_EQ(frame::VersionText(row.MinorVersion()), u"1.111");
+  EXPECT_EQ(frame::InterfaceName(row, 10), u"Math___v10");
+  EXPECT_EQ(frame::InterfaceName(row, 111), u"_Math");
 }
 
 TEST(ComponentFiles, GeneratedTextsAreUpToDate) {

@@ -215,6 +215,7 @@ TEST_F(Component, NamesOfMembersAndArgumentsHaveIdentifiers) {
   using Names = std::vector<const char16_t*>;
   const std::tuple<Names, HRESULT, std::vector<std::int32_t>> cases[] = {
       {{u"PADL"}, S_OK, {padl}},
+      {{u"GETTO\u212AEN"}, S_OK, {IdOf(u"Strings", u"GetToken")}},  // the Kelvin sign is a K
       {{u"padl", u"PadChar", u"TEXT", u"length"}, S_OK, {padl, 2, 0, 1}},
       {{u"padl", u"Text", u"nStart", u"Length"}, DISP_E_UNKNOWNNAME, {padl, 0, -1, 1}},
       {{u"Pad", u"Text"}, DISP_E_UNKNOWNNAME, {-1, -1}},
@@ -412,7 +413,7 @@ TEST_F(Component, AHostsFailureReachesTheCallerAsItIs) {
   const auto failure = [&](HRESULT returned, std::int32_t scode = 0, std::uint16_t code = 0,
                            HRESULT(*fill_in)(EXCEPINFO*) = nullptr) {
     host.failure = [=](VARIANT* result, EXCEPINFO* info) {
-      *result = returned == S_OK ? Raw(99) : abi::ToBinary(Variant(u"left behind"));
+      *result = returned == S_OK ? Raw(99) : OwnedVariant(Variant(u"left behind")).Detach();
       info->code = code;
       info->scode = scode;
       info->fill_in = fill_in;
@@ -442,6 +443,26 @@ TEST_F(Component, AHostsFailureReachesTheCallerAsItIs) {
   EXPECT_EQ(call(), (Failure{438, u"Host", u"No"}));
   host.target->Remove(u"ListCount");
   EXPECT_EQ(call(), RuntimeFailure(438));
+}
+
+TEST_F(Component, LivesUntilItsCallEndsWhateverTheHostReleases) {
+  const std::pair<StringView, StringView> members[] = {{u"Math", u"Max"},
+                                                       {u"ComboBoxEx", u"CmbCurrentItemData"}};
+  FakeHost host;
+  for (const Way call : {&CallBySlot, &CallByName}) {
+    for (const auto& [class_name, member] : members) {
+      auto object = library_.Make(class_name);
+      host.failure = [&](VARIANT*, EXCEPINFO*) {
+        object = {};
+        EXPECT_EQ(library_.can_unload_now(), S_FALSE);
+        return E_UNEXPECTED;
+      };
+      std::vector<Variant> arguments{abi::ObjectOf(&host), 1};
+      const auto& row = *frame::FindClass(class_name);
+      EXPECT_NE(call(object.Get(), row, Member(class_name, member), arguments).code, S_OK);
+      EXPECT_EQ(library_.can_unload_now(), S_OK);
+    }
+  }
 }
 
 TEST_F(Component, FormsTakeARegistryOfTheLibrary) {

@@ -92,8 +92,8 @@ void FailEachAllocation(const MemberRow& member, const std::function<CallResult(
     // The runtime's Number, or the store's or the host's code for it.
     const Int32 number = result.failure.number;
     const bool is_memory = number == 7 || number == kOutOfMemory || number == E_OUTOFMEMORY;
-    // Another failure may lack its error info.
-    EXPECT_TRUE(is_memory || (number != 0 && result.failure.source.empty()))
+    // Another failure may lack the text for which there was no memory.
+    EXPECT_TRUE(is_memory || (number != 0 && result.failure.description.empty()))
         << Utf8(member.name) << ' ' << place << ' ' << testing::PrintToString(result);
   }
 }
@@ -135,6 +135,57 @@ TEST(Memory, EveryMemberFailsWithItInEveryWay) {
       }
     }
   }
+}
+
+void Free(BSTR text) { SysFreeString(text); }
+void Free(char* text) { QuorlFreeUtf8(text); }
+void Free(auto* object) { object->table->Release(object); }
+
+// Calls a function without memory for its first, second, ... allocation until it needs no more: it
+// puts out nothing before.
+template <class Out, class Function, class... Arguments>
+void FailEachAllocationOf(Function function, Arguments... arguments) {
+  Out out;
+  const auto owned = [&] {
+    if constexpr (requires { out.name; }) return out.name;
+    if constexpr (!requires { out.name; }) return out;
+  };
+  for (std::int64_t place = 0;; ++place) {
+    std::memset(&out, 0xFF, sizeof(out));
+    const HRESULT code = [&] {
+      const FailingAllocation failing(place, true);
+      return function(arguments..., &out);
+    }();
+    if (code == S_OK) break;
+    EXPECT_TRUE(code == E_OUTOFMEMORY || NumberIn(code) == 7) << place << ' ' << code;
+    ASSERT_EQ(owned(), nullptr) << place;
+  }
+  Free(owned());
+  if constexpr (requires { out.default_value; }) VariantClear(&out.default_value);
+}
+
+TEST(Memory, FunctionsPutOutNothingWithoutIt) {
+  const std::string bytes(99, 'x');
+  const OwnedVariant text(Variant(Utf16(bytes)));
+  FailEachAllocationOf<BSTR>(QuorlFromUtf8, bytes.c_str());
+  const auto to_utf8 = [&](char** out) { return QuorlToUtf8(text.Get().value.bstr, out, nullptr); };
+  FailEachAllocationOf<char*>(to_utf8);
+  const ClassRow& row = *frame::FindClass(u"Strings");
+  const auto object = Reference<QuorlDispatch>::Adopt(row.make(row, frame::Holder::kHost));
+  Reference<QuorlTypeInfo> info;
+  object.Get()->table->GetTypeInfo(object.Get(), 0, 0, info.Receive());
+  const QuorlTypeInfoTable& type = *info.Get()->table;
+  FailEachAllocationOf<QuorlArgument>(type.GetArgument, info.Get(), 7U, 1U);
+  FailEachAllocationOf<QuorlInterface>(type.GetInterface, info.Get(), 0U);
+  FailEachAllocationOf<QuorlLibraryInfo*>(type.GetLibrary, info.Get());
+  QuorlLibraryInfo* library = nullptr;
+  type.GetLibrary(info.Get(), &library);
+  const QuorlLibraryInfoTable& known = *library->table;
+  FailEachAllocationOf<QuorlLibraryAttributes>(known.GetLibraryAttributes, library);
+  FailEachAllocationOf<QuorlTypeInfo*>(known.GetClass, library, 0U);
+  FailEachAllocationOf<QuorlEnumeration>(known.GetEnumeration, library, 0U);
+  FailEachAllocationOf<QuorlEnumerator>(known.GetEnumerator, library, 0U, 0U);
+  Free(library);
 }
 
 }  // namespace

@@ -137,7 +137,7 @@ std::string MemberText(const ClassRow& row, const MemberRow& member) {
   return ObjectOf(
       {{"name", Quoted(member.name)},
        {"kind", Quoted(KindName(member.kind))},
-       {"id", Number(IdentifierOf(row, member))},
+       {"id", Number(member.identifier)},
        {"slot",
         Number(static_cast<std::int64_t>(sizeof(QuorlDispatchTable) / sizeof(void*)) + place)},
        {"listed", Number(static_cast<std::int64_t>(ListingPlaceOf(row, member)))},

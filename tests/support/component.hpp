@@ -177,16 +177,16 @@ struct SlotArguments {
 };
 
 /// The call of a member as a host in C++ makes it.
-inline CallResult CallInCpp(QuorlDispatch* self, const ClassRow& row, const MemberRow& member,
+inline CallResult CallInCpp(QuorlDispatch* self, const ClassRow&, const MemberRow& member,
                             std::span<Variant> arguments) {
   CallResult result;
+  std::vector<frame::GivenArgument> given;
+  for (Variant& argument : arguments) given.push_back({nullptr, &argument});
+  OwnedVariant binary;
   result.failure = FailureOf([&] {
-    around_call([&]() -> HRESULT {
-      result.value =
-          member.call(row.instance(static_cast<frame::ComponentObject*>(self)), arguments);
-      return S_OK;
-    });
+    around_call([&]() -> HRESULT { return member.call(self, given, binary.Address()), S_OK; });
   });
+  result.value = abi::FromBinary(binary.Get());
   if (result.failure != Failure{}) result.code = DISP_E_EXCEPTION;
   return result;
 }
@@ -278,11 +278,11 @@ inline CallResult InvokeWith(QuorlDispatch* self, std::int32_t id, std::uint16_t
 }
 
 /// The call of a member by name, the value of a put by its own.
-inline CallResult CallByName(QuorlDispatch* self, const ClassRow& row, const MemberRow& member,
+inline CallResult CallByName(QuorlDispatch* self, const ClassRow&, const MemberRow& member,
                              std::span<Variant> arguments) {
   Named named;
   if (member.kind == MemberKind::kPut) named.emplace_back(QUORL_PUT_VALUE, arguments.back());
-  return InvokeWith(self, IdentifierOf(row, member), FlagOf(member.kind), named,
+  return InvokeWith(self, member.identifier, FlagOf(member.kind), named,
                     arguments.first(arguments.size() - named.size()),
                     member.types.elements[0].by_reference);
 }
@@ -385,7 +385,7 @@ inline const MemberRow& Member(StringView class_name, StringView name) {
   return *frame::FindByName(*frame::FindClass(class_name), name);
 }
 inline std::int32_t IdOf(StringView class_name, StringView name) {
-  return IdentifierOf(*frame::FindClass(class_name), Member(class_name, name));
+  return Member(class_name, name).identifier;
 }
 
 /// The component over a store of its own, in Belgian French.

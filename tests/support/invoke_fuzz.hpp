@@ -70,7 +70,7 @@ inline void FuzzCall(const Pick& pick, const ClassRow& row, QuorlDispatch* objec
   auto flags = static_cast<std::uint16_t>(pick(256));
   if (!row.members.empty() && pick(8) != 0) {
     const MemberRow& member = row.members[pick(row.members.size())];
-    id = IdentifierOf(row, member);
+    id = member.identifier;
     flags |= FlagOf(member.kind);
     if (!is_absurd) parameters.argument_count = static_cast<std::uint32_t>(member.arguments.count);
     if (pick(4) == 0) parameters.named_count = static_cast<std::uint32_t>(pick(4));

@@ -1,8 +1,9 @@
 #include "quorl/abi/internal/bstr.hpp"
 
-#include <cstdlib>
+#include <algorithm>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <string>
 
 #include "quorl/runtime/raised_error.hpp"
@@ -31,12 +32,17 @@ extern "C" {
 BSTR SysAllocStringLen(const char16_t* text, uint32_t length) {
   if (length > kMostUnits) return nullptr;
   const auto bytes = static_cast<Length>(length * sizeof(char16_t));
-  // Zeroed, which also makes the terminator.
-  char* start = static_cast<char*>(std::calloc(1, sizeof(Length) + bytes + sizeof(char16_t)));
+  void* start = ::operator new(sizeof(Length) + bytes + sizeof(char16_t), std::nothrow);
   if (start == nullptr) return nullptr;
   std::memcpy(start, &bytes, sizeof(bytes));
-  if (text != nullptr && bytes != 0) std::memcpy(start + sizeof(Length), text, bytes);
-  return reinterpret_cast<char16_t*>(start + sizeof(Length));
+  auto* units = reinterpret_cast<char16_t*>(static_cast<char*>(start) + sizeof(Length));
+  if (text == nullptr) {
+    std::fill_n(units, length, u'\0');
+  } else {
+    std::copy_n(text, length, units);
+  }
+  units[length] = u'\0';
+  return units;
 }
 
 BSTR SysAllocString(const char16_t* text) {
@@ -46,7 +52,7 @@ BSTR SysAllocString(const char16_t* text) {
 }
 
 void SysFreeString(BSTR text) {
-  if (text != nullptr) std::free(StartOf(text));
+  if (text != nullptr) ::operator delete(StartOf(text));
 }
 
 uint32_t SysStringLen(BSTR text) {

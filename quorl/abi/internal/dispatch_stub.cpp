@@ -50,8 +50,7 @@ class LocalDispatch final : public Counted<LocalDispatch, QuorlDispatch> {
   static HRESULT Invoke(QuorlDispatch* self, std::int32_t id, const GUID*, std::uint32_t,
                         std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
                         EXCEPINFO* info, std::uint32_t*) {
-    // Cleared at once and freed after the call: an argument may be the same text.
-    const auto former = result == nullptr ? OwnedVariant() : OwnedVariant::TakenFrom(result);
+    const ClearedResult cleared(result);
     if (parameters == nullptr) return E_POINTER;
     if (parameters->argument_count != 0 && parameters->arguments == nullptr) return E_POINTER;
     if (parameters->argument_count > kMostArguments) return DISP_E_BADPARAMCOUNT;
@@ -59,7 +58,7 @@ class LocalDispatch final : public Counted<LocalDispatch, QuorlDispatch> {
     return Guarded(
         [&] {
           const Variant given = From(self)->Perform(id, flags, *parameters);
-          if (result != nullptr) *result = ToBinary(given);
+          if (result != nullptr) WriteBinary(given, *result);
           return S_OK;
         },
         [&](const RaisedError& error) {

@@ -7,13 +7,6 @@
 namespace quorl::abi {
 namespace {
 
-template <class Value>
-Value ValueAt(const void* place) {
-  Value value;
-  std::memcpy(&value, place, sizeof(value));
-  return value;
-}
-
 HRESULT CopyText(void* destination, const void* source) noexcept {
   const auto text = ValueAt<BSTR>(source);
   BSTR copy = text == nullptr ? nullptr : SysAllocStringLen(text, SysStringLen(text));

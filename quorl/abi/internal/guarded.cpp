@@ -5,25 +5,25 @@
 
 namespace quorl::abi {
 
-HRESULT Guarded(Work work, internal::FunctionRef<HRESULT(const RaisedError&)> code_of) noexcept {
+HRESULT CodeOfCaught(internal::FunctionRef<HRESULT(const RaisedError&)> code_of) noexcept {
   try {
-    return internal::WithinMemory(work);
+    internal::WithinMemory([] { throw; });
   } catch (const RaisedError& error) {
     return code_of(error);
   } catch (...) {
-    return E_UNEXPECTED;
   }
+  return E_UNEXPECTED;
 }
 
-HRESULT GuardedSlot(Work work) noexcept {
-  return Guarded(work, [](const RaisedError& error) {
+HRESULT SlotCodeOfCaught() noexcept {
+  return CodeOfCaught([](const RaisedError& error) {
     SetErrorInfoOf(error);
     return CodeOf(error.Number());
   });
 }
 
-HRESULT GuardedFunction(Work work) noexcept {
-  return Guarded(work, [](const RaisedError& error) { return SystemCodeOf(error); });
+HRESULT FunctionCodeOfCaught() noexcept {
+  return CodeOfCaught([](const RaisedError& error) { return SystemCodeOf(error); });
 }
 
 }  // namespace quorl::abi

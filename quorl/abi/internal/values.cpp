@@ -32,13 +32,6 @@ class Level {
   int& depth_;
 };
 
-template <class Value>
-Value At(const void* place) {
-  Value value;
-  std::memcpy(&value, place, sizeof(value));
-  return value;
-}
-
 Variant ReadError(std::int32_t code) {
   if (code != DISP_E_PARAMNOTFOUND) Raise(FailureNumber::kTypeMismatch);
   return Missing;
@@ -69,41 +62,26 @@ class Reader {
  private:
   Variant ReadReference(std::uint16_t type, bool is_array, const void* place) {
     if (place == nullptr) Raise(FailureNumber::kTypeMismatch);
-    return is_array ? ReadArray(type, At<SAFEARRAY*>(place)) : ReadElement(type, place);
+    return is_array ? ReadArray(type, ValueAt<SAFEARRAY*>(place)) : ReadElement(type, place);
   }
 
   // What an array's element or a reference may be: a value, or a VARIANT with a value of its own.
   Variant ReadElement(std::uint16_t type, const void* place) {
     if (type != VT_VARIANT) return ReadValue(type, place);
     const Level level(depth_);
-    return Read(At<VARIANT>(place));
+    return Read(ValueAt<VARIANT>(place));
   }
 
   // A value of a single type at a place in memory.
   Variant ReadValue(std::uint16_t type, const void* place) {
+    if (IsNumber(type)) return NumberAt(type, place);
     switch (type) {
-      case VT_I2:
-        return At<Int16>(place);
-      case VT_I4:
-        return At<Int32>(place);
-      case VT_R4:
-        return At<Single>(place);
-      case VT_R8:
-        return At<Double>(place);
-      case VT_CY:
-        return Currency::FromTenThousandths(At<std::int64_t>(place));
-      case VT_DATE:
-        return Date(At<Double>(place));
       case VT_BSTR:
-        return ViewOf(At<BSTR>(place));
+        return ViewOf(ValueAt<BSTR>(place));
       case VT_DISPATCH:
-        return ObjectOf(At<QuorlDispatch*>(place));
+        return ObjectOf(ValueAt<QuorlDispatch*>(place));
       case VT_ERROR:
-        return ReadError(At<std::int32_t>(place));
-      case VT_BOOL:
-        return At<std::int16_t>(place) != 0;
-      case VT_UI1:
-        return At<Byte>(place);
+        return ReadError(ValueAt<std::int32_t>(place));
       default:
         Raise(FailureNumber::kTypeMismatch);
     }
@@ -171,11 +149,9 @@ struct Writer {
   }
 };
 
-VARIANT Written(const Variant& value, int& depth) {
-  // Cleared again if an array's element does not come through.
-  OwnedVariant result;
-  value.Visit(Writer{*result.Address(), depth});
-  return result.Detach();
+void Write(const Variant& value, VARIANT& out, int& depth) {
+  out = VARIANT{};
+  value.Visit(Writer{out, depth});
 }
 
 void PutElement(std::uint16_t vt, void* place, const VARIANT& value) {
@@ -186,23 +162,33 @@ void PutElement(std::uint16_t vt, void* place, const VARIANT& value) {
   }
 }
 
+void WriteElements(std::span<const Variant> elements, std::uint16_t vt, SAFEARRAY& array,
+                   int& depth) {
+  auto* place = static_cast<char*>(array.data);
+  for (const Variant& element : elements) {
+    VARIANT binary;
+    Write(element, binary, depth);
+    PutElement(vt, place, binary);
+    place += array.element_size;
+  }
+}
+
 void Writer::operator()(const Array& value) const {
   const auto vt = static_cast<std::uint16_t>(value.ElementType());
   std::vector<QuorlBound> bounds;
   for (const ArrayBound& bound : value.Bounds()) bounds.push_back({bound.count, bound.lower});
   SAFEARRAY* array = SafeArrayCreate(vt, static_cast<std::uint32_t>(bounds.size()), bounds.data());
   if (array == nullptr) Raise(FailureNumber::kOutOfMemory);
-  Set(VT_ARRAY | vt, array);
+  // Freed again if an element does not come through.
+  OwnedVariant whole;
+  Writer{*whole.Address(), depth}.Set(VT_ARRAY | vt, array);
   const Level level(depth);
   if (vt == VT_UI1) {
     std::ranges::copy(value.Bytes(), static_cast<Byte*>(array->data));
-    return;
+  } else {
+    WriteElements(value.Elements(), vt, *array, depth);
   }
-  auto* place = static_cast<char*>(array->data);
-  for (const Variant& element : value.Elements()) {
-    PutElement(vt, place, Written(element, depth));
-    place += array->element_size;
-  }
+  out = whole.Detach();
 }
 
 bool IsReference(const VARIANT& value) {
@@ -212,32 +198,33 @@ bool IsReference(const VARIANT& value) {
 // Whether what it points to is a VARIANT that is a reference again.
 bool LeadsToReference(const VARIANT& value) {
   return value.vt == (VT_BYREF | VT_VARIANT) && IsReference(value) &&
-         IsReference(At<VARIANT>(value.value.reference));
+         IsReference(ValueAt<VARIANT>(value.value.reference));
 }
 
 }  // namespace
 
-Variant FromBinary(const VARIANT& value) {
+Variant ReadBinary(const VARIANT& value) {
   return WithinMemory([&] { return Reader().Read(value); });
 }
 
-VARIANT ToBinary(const Variant& value) {
+void WriteBinary(const Variant& value, VARIANT& out) {
   int depth = 0;
-  return WithinMemory([&] { return Written(value, depth); });
+  WithinMemory([&] { Write(value, out, depth); });
 }
 
 void WriteBack(const VARIANT& reference, const Variant& value) {
   VARIANT target = reference;
   for (int i = 0; i < kMostNested && LeadsToReference(target); ++i) {
-    target = At<VARIANT>(target.value.reference);
+    target = ValueAt<VARIANT>(target.value.reference);
   }
   const auto type = static_cast<std::uint16_t>(target.vt & ~VT_BYREF);
   if (!IsReference(target) || ElementSize(type) == 0) return;
   const Variant converted =
       type == VT_VARIANT ? value : ConvertTo(value, static_cast<VariantType>(type));
+  OwnedVariant binary(converted);
   alignas(VARIANT) char former[sizeof(VARIANT)];
   std::memcpy(former, target.value.reference, ElementSize(type));
-  PutElement(type, target.value.reference, ToBinary(converted));
+  PutElement(type, target.value.reference, binary.Detach());
   FreeElement(type, former);
 }
 

@@ -1,5 +1,6 @@
 // The Variant functions of the C header.
 #include <cstring>
+#include <utility>
 
 #include "quorl/abi/internal/element.hpp"
 #include "quorl/abi/internal/safe_array.hpp"
@@ -10,9 +11,7 @@ namespace {
 using quorl::abi::CopyElement;
 using quorl::abi::ElementSize;
 using quorl::abi::FreeElement;
-
-// A value that stands in the VARIANT itself: there is nothing to copy or free.
-bool IsStateless(std::uint16_t vt) { return vt == VT_EMPTY || vt == VT_NULL; }
+using quorl::abi::IsPlain;
 
 bool IsSingleValue(std::uint16_t vt) { return vt != VT_VARIANT && ElementSize(vt) != 0; }
 
@@ -26,7 +25,7 @@ bool IsLocked(const VARIANT& variant) {
 
 // Makes what `copy`, the same bytes as `source`, needs of its own.
 HRESULT CopyContent(const VARIANT& source, VARIANT& copy) {
-  if (IsStateless(source.vt) || (source.vt & VT_BYREF) != 0) return S_OK;
+  if (IsPlain(source.vt) || (source.vt & VT_BYREF) != 0) return S_OK;
   if (IsArray(source.vt)) {
     const auto vt = static_cast<std::uint16_t>(source.vt & ~VT_ARRAY);
     return quorl::abi::CopyArray(vt, source.value.array, &copy.value.array);
@@ -45,10 +44,13 @@ void VariantInit(VARIANT* variant) {
 
 HRESULT VariantClear(VARIANT* variant) {
   if (variant == nullptr) return E_POINTER;
+  const std::uint16_t vt = variant->vt;
+  if (IsPlain(vt) || (vt & VT_BYREF) != 0) {
+    *variant = VARIANT{};
+    return S_OK;
+  }
   if (IsLocked(*variant)) return E_UNEXPECTED;
-  VARIANT former = *variant;
-  VariantInit(variant);
-  if ((former.vt & VT_BYREF) != 0 || IsStateless(former.vt)) return S_OK;
+  VARIANT former = std::exchange(*variant, VARIANT{});
   if (IsArray(former.vt)) return SafeArrayDestroy(former.value.array);
   if (!IsSingleValue(former.vt)) return DISP_E_TYPEMISMATCH;
   FreeElement(former.vt, &former.value);

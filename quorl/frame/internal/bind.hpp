@@ -23,6 +23,7 @@ struct Access;
 
 template <class R, class... P, bool kNoexcept, R (*Member)(P...) noexcept(kNoexcept)>
 struct Access<Member> {
+  static constexpr bool kIsStatic = true;
   using Result = R;
   using Parameters = std::tuple<P...>;
   template <class Class>
@@ -33,6 +34,7 @@ struct Access<Member> {
 
 template <class C, class R, class... P, bool kNoexcept, R (C::*Member)(P...) noexcept(kNoexcept)>
 struct Access<Member> {
+  static constexpr bool kIsStatic = false;
   using Result = R;
   using Parameters = std::tuple<P...>;
   static R Invoke(C& object, P... arguments) {
@@ -43,6 +45,7 @@ struct Access<Member> {
 template <class C, class R, class... P, bool kNoexcept,
           R (C::*Member)(P...) const noexcept(kNoexcept)>
 struct Access<Member> {
+  static constexpr bool kIsStatic = false;
   using Result = R;
   using Parameters = std::tuple<P...>;
   static R Invoke(const C& object, P... arguments) {
@@ -58,6 +61,7 @@ struct FieldWrite;
 
 template <class C, class T, T C::*Field>
 struct FieldRead<Field> {
+  static constexpr bool kIsStatic = false;
   using Result = T;
   using Parameters = std::tuple<>;
   static const T& Invoke(const C& object) { return object.*Field; }
@@ -65,6 +69,7 @@ struct FieldRead<Field> {
 
 template <class C, class T, T C::*Field>
 struct FieldWrite<Field> {
+  static constexpr bool kIsStatic = false;
   using Result = void;
   using Parameters = std::tuple<T>;
   template <class Value>
@@ -91,29 +96,31 @@ struct AllHeld<std::index_sequence<kPlaces...>, Holders...> : Held<kPlaces, Hold
   }
 };
 
-/// The result of a member as a Variant.
+/// Puts the result of a member into the slot of a call by name, unless that is null.
 template <class Result>
-Variant AsVariant(Result&& result) {
-  if constexpr (std::is_enum_v<std::remove_cvref_t<Result>>) {
-    return static_cast<Int32>(result);
+void GiveResult(const Result& result, VARIANT* out) {
+  using Type = Marshal<Result>;
+  if (out == nullptr) return;
+  if constexpr (std::is_same_v<Result, Variant>) {
+    Type::Write(out, result);
   } else {
-    return internal::WithinMemory([&] { return Variant(std::forward<Result>(result)); });
+    Type::Write(reinterpret_cast<typename Type::Out*>(&out->value), result);
+    out->vt = static_cast<std::uint16_t>(Type::kType.type);
   }
 }
 
 /// The call by name of a member of `Class` reached by `Way`.
 template <class Class, class Way, class... P>
-Variant CallByName(void* instance, std::span<Variant> arguments) {
-  return [&]<std::size_t... I>(std::index_sequence<I...>)->Variant {
-    AllHeld<std::index_sequence<I...>, typename Marshal<P>::FromVariant...> held{
-        {typename Marshal<P>::FromVariant(arguments[I])}...};
-    return held.Apply([&](auto&... values) -> Variant {
-      auto& object = *static_cast<Class*>(instance);
+void CallByName(QuorlDispatch* self, std::span<const GivenArgument> arguments, VARIANT* result) {
+  [&]<std::size_t... I>(std::index_sequence<I...>) {
+    AllHeld<std::index_sequence<I...>, typename Marshal<P>::FromGiven...> held{
+        {typename Marshal<P>::FromGiven(arguments[I])}...};
+    held.Apply([&](auto&... values) {
+      auto& object = InstanceOf<Class>::In(self);
       if constexpr (std::is_void_v<typename Way::Result>) {
         Way::Invoke(object, values...);
-        return Empty;
       } else {
-        return AsVariant(Way::Invoke(object, values...));
+        GiveResult(Way::Invoke(object, values...), result);
       }
     });
   }
@@ -126,9 +133,10 @@ struct SlotOf {
   static HRESULT Call(QuorlDispatch* self, typename Marshal<P>::In... in,
                       typename Marshal<Result>::Out* result) noexcept {
     if (result == nullptr) return E_POINTER;
+    const KeptAlive kept(self,
+                         !Way::kIsStatic || (MayHoldObject(*result) || ... || MayHoldObject(in)));
     const typename Marshal<Result>::Former former(result);
     return abi::GuardedSlot([&]() -> HRESULT {
-      const KeptAlive kept(self);
       AllHeld<std::index_sequence_for<P...>, typename Marshal<P>::FromSlot...> held{
           {typename Marshal<P>::FromSlot(in)}...};
       Marshal<Result>::Write(result, held.Apply([&](auto&... values) -> decltype(auto) {
@@ -143,8 +151,8 @@ template <class Class, class Way, class... P>
 struct SlotOf<Class, Way, void, P...> {
   static HRESULT Call(QuorlDispatch* self, typename Marshal<P>::In... in) noexcept {
     if ((false || ... || IsAbsent(in))) return E_POINTER;
+    const KeptAlive kept(self, !Way::kIsStatic || (false || ... || MayHoldObject(in)));
     return abi::GuardedSlot([&]() -> HRESULT {
-      const KeptAlive kept(self);
       AllHeld<std::index_sequence_for<P...>, typename Marshal<P>::FromSlot...> held{
           {typename Marshal<P>::FromSlot(in)}...};
       held.Apply([&](auto&... values) { Way::Invoke(InstanceOf<Class>::In(self), values...); });
@@ -169,6 +177,7 @@ struct TypedRow<Class, Way, std::tuple<P...>> : MemberRow {
     if constexpr (!std::is_void_v<typename Way::Result>)
       result = Marshal<typename Way::Result>::kType;
     call = &CallByName<Class, Way, P...>;
+    is_static = Way::kIsStatic;
     if (arguments.count != types.count) throw "the row names another number of arguments";
   }
 

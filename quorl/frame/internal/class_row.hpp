@@ -27,23 +27,20 @@ struct ClassRow {
   std::span<const InterfaceRow> interfaces;
   /// The members in table order.
   std::span<const MemberRow> members;
+  /// Their places by their names; see name_index.hpp.
+  std::span<const std::uint8_t> names;
   const QuorlDispatchTable* table;
 
   /// Makes an instance; raises what its construction raises.
   ComponentObject* (*make)(const ClassRow& row, Holder holder);
   /// Destroys an instance; frees its memory unless it is a hidden instance (static storage).
   void (*destroy)(ComponentObject* object) noexcept;
-  void* (*instance)(ComponentObject* object) noexcept;
   /// The place of the class's hidden instance, null until it is made.
   ComponentObject** hidden;
 
   const GUID& CurrentInterface() const { return interfaces.back().identifier; }
   std::size_t MinorVersion() const { return interfaces.size() - 1; }
 };
-
-/// The identifier by which a member is called: the gets and puts of a property share one. It is the
-/// place, from 1, of the first row of that name.
-std::int32_t IdentifierOf(const ClassRow& row, const MemberRow& member) noexcept;
 
 /// The first row called `name`, ignoring case; null if there is none.
 const MemberRow* FindByName(const ClassRow& row, StringView name) noexcept;

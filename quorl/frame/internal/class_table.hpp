@@ -11,6 +11,7 @@
 
 #include "quorl/frame/internal/bind.hpp"
 #include "quorl/frame/internal/class_row.hpp"
+#include "quorl/frame/internal/name_index.hpp"
 
 namespace quorl::frame {
 
@@ -51,6 +52,16 @@ struct ClassTable<SlotList<>> {
   QuorlDispatchTable common;
 };
 
+/// A property's get and put stand side by side and share the identifier of the first.
+template <std::size_t kCount>
+constexpr auto WithIdentifiers(std::array<MemberRow, kCount> members) {
+  for (std::size_t i = 0; i < kCount; ++i) {
+    const bool is_second = i > 0 && members[i - 1].name == members[i].name;
+    members[i].identifier = static_cast<std::int32_t>(is_second ? i : i + 1);
+  }
+  return members;
+}
+
 constexpr bool VersionsGrow(std::span<const InterfaceRow> versions) {
   return std::ranges::is_sorted(versions, std::less_equal{}, &InterfaceRow::members);
 }
@@ -62,8 +73,10 @@ class Described {
  public:
   static constexpr std::size_t kCount = std::tuple_size_v<std::remove_cvref_t<decltype(kRows)>>;
 
-  static constexpr std::array<MemberRow, kCount> kMembers =
-      std::apply([](const auto&... rows) { return std::array<MemberRow, kCount>{rows...}; }, kRows);
+  static constexpr std::array<MemberRow, kCount> kMembers = std::apply(
+      [](const auto&... rows) { return WithIdentifiers(std::array<MemberRow, kCount>{rows...}); },
+      kRows);
+  static constexpr auto kNames = NameIndexOf(kMembers);
 
   static constexpr auto kTable = std::apply(
       [](const auto&... rows) {
@@ -83,8 +96,8 @@ class Described {
                 "new members need a new version of their interface: add it in identifiers.hpp");
 
   static constexpr ClassRow Row(StringView name, ClassKind kind, const GUID& identifier) {
-    return {name,           kind,  identifier, kInterfaces, kMembers,
-            &kTable.common, &Make, &Destroy,   &Instance,   &hidden_};
+    return {name,   kind,           identifier, kInterfaces, kMembers,
+            kNames, &kTable.common, &Make,      &Destroy,    &hidden_};
   }
 
  private:
@@ -104,9 +117,6 @@ class Described {
     } else {
       made->~Made();
     }
-  }
-  static void* Instance(ComponentObject* object) noexcept {
-    return &static_cast<Made*>(object)->instance;
   }
 
   static inline constinit ComponentObject* hidden_ = nullptr;

@@ -15,8 +15,6 @@ namespace {
 
 std::atomic<std::int64_t> uses{0};
 
-ComponentObject& At(QuorlDispatch* self) { return *static_cast<ComponentObject*>(self); }
-
 // The object whose `support` this is.
 QuorlDispatch* OwnerOf(QuorlSupportErrorInfo* support) {
   // It follows the object's own table pointer.
@@ -104,13 +102,6 @@ HRESULT GetTypeInfo(QuorlDispatch* self, std::uint32_t index, std::uint32_t, voi
 HRESULT GetIDsOfNames(QuorlDispatch* self, const GUID*, const char16_t** names, std::uint32_t count,
                       std::uint32_t, std::int32_t* ids) noexcept {
   return IdentifiersOf(At(self).row, names, count, ids);
-}
-
-HRESULT Invoke(QuorlDispatch* self, std::int32_t id, const GUID*, std::uint32_t,
-               std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,
-               std::uint32_t* wrong_argument) noexcept {
-  const KeptAlive kept(self);
-  return InvokeMember(At(self), id, flags, parameters, result, info, wrong_argument);
 }
 
 Registry& RegistryBehind(QuorlDispatch* pointer) {

@@ -37,6 +37,11 @@ struct ComponentObject : QuorlDispatch {
   ~ComponentObject();
 };
 
+/// What stands behind a pointer that a host passes to a slot.
+inline ComponentObject& At(QuorlDispatch* self) noexcept {
+  return *static_cast<ComponentObject*>(self);
+}
+
 /// An instance of a class.
 template <class Class>
 struct InstanceOf : ComponentObject {
@@ -44,7 +49,7 @@ struct InstanceOf : ComponentObject {
   Class instance;
 
   static Class& In(QuorlDispatch* self) noexcept {
-    return static_cast<InstanceOf*>(static_cast<ComponentObject*>(self))->instance;
+    return static_cast<InstanceOf&>(At(self)).instance;
   }
 };
 
@@ -65,11 +70,18 @@ inline constexpr std::size_t kCommonSlotCount = sizeof(QuorlDispatchTable) / siz
 inline constexpr QuorlDispatchTable kCommonSlots{
     &QueryInterface, &AddRef, &Release, &GetTypeInfoCount, &GetTypeInfo, &GetIDsOfNames, &Invoke};
 
-/// A counted reference that keeps an object alive during a call of its own.
+/// A counted reference that keeps an object alive during a call of its own. It is needed where the
+/// call may come to code of the host, which may release its last reference meanwhile: a member that
+/// works on the object may free an object of the host's, one that does not may be given one.
 class KeptAlive {
  public:
-  explicit KeptAlive(QuorlDispatch* object) noexcept : object_(object) { AddRef(object_); }
-  ~KeptAlive() { Release(object_); }
+  KeptAlive(QuorlDispatch* object, bool is_needed) noexcept
+      : object_(is_needed ? object : nullptr) {
+    if (object_ != nullptr) AddRef(object_);
+  }
+  ~KeptAlive() {
+    if (object_ != nullptr) Release(object_);
+  }
   KeptAlive(const KeptAlive&) = delete;
   KeptAlive& operator=(const KeptAlive&) = delete;
 

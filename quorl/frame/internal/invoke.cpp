@@ -13,23 +13,6 @@ namespace quorl::frame {
 
 namespace {
 
-constexpr std::uint32_t kNotGiven = UINT32_MAX;
-
-// For each argument of the member, its place in the caller's array.
-struct Placing {
-  std::array<std::uint32_t, kMostArguments> given;
-  HRESULT code = S_OK;
-  std::uint32_t wrong = 0;
-
-  Placing() { given.fill(kNotGiven); }
-
-  Placing& Fail(HRESULT failure, std::uint32_t argument = 0) {
-    code = failure;
-    wrong = argument;
-    return *this;
-  }
-};
-
 bool Answers(const MemberRow& member, std::uint16_t flags) {
   switch (member.kind) {
     case MemberKind::kMethod:
@@ -42,16 +25,23 @@ bool Answers(const MemberRow& member, std::uint16_t flags) {
   return false;
 }
 
-// An identifier is the place, from 1, of a member's first row; a property's second row follows.
-// Where both answer, the number of arguments tells a get from a put.
+// The rows of an identifier, which is the place, from 1, of the first: none, a member's only one,
+// or a property's get and put.
+std::span<const MemberRow> RowsOf(const ClassRow& row, std::int32_t id) {
+  if (id < 1 || static_cast<std::size_t>(id) > row.members.size()) return {};
+  const auto rows = row.members.subspan(static_cast<std::size_t>(id) - 1);
+  if (rows[0].identifier != id) return {};
+  const bool is_pair = rows.size() > 1 && rows[1].identifier == id;
+  return rows.first(is_pair ? 2 : 1);
+}
+
+// Where a get and a put both answer, the number of arguments tells which is meant.
 const MemberRow* FindMember(const ClassRow& row, std::int32_t id, std::uint16_t flags,
                             const DISPPARAMS* parameters) {
-  if (id < 1 || static_cast<std::size_t>(id) > row.members.size()) return nullptr;
-  const auto rows = row.members.subspan(static_cast<std::size_t>(id) - 1);
   const std::uint32_t count = parameters == nullptr ? 0 : parameters->argument_count;
   const MemberRow* found = nullptr;
-  for (const MemberRow& member : rows.first(std::min<std::size_t>(rows.size(), 2))) {
-    if (IdentifierOf(row, member) != id || !Answers(member, flags)) continue;
+  for (const MemberRow& member : RowsOf(row, id)) {
+    if (!Answers(member, flags)) continue;
     if (found == nullptr || member.arguments.count == count) found = &member;
   }
   return found;
@@ -62,40 +52,43 @@ bool HasNullArray(const DISPPARAMS& parameters) {
          (parameters.named_count != 0 && parameters.named == nullptr);
 }
 
-// The argument that a named identifier means; kNotGiven if there is none.
-std::uint32_t PositionOf(const MemberRow& member, std::int32_t named) {
-  const auto count = static_cast<std::int32_t>(member.arguments.count);
-  if (member.kind == MemberKind::kPut && named == QUORL_PUT_VALUE) named = count - 1;
-  return named >= 0 && named < count ? static_cast<std::uint32_t>(named) : kNotGiven;
+// The position of the argument that a named identifier means; beyond the last if there is none.
+std::size_t PositionOf(const MemberRow& member, std::int32_t named) {
+  const bool is_put_value = member.kind == MemberKind::kPut && named == QUORL_PUT_VALUE;
+  return is_put_value ? member.arguments.count - 1 : static_cast<std::uint32_t>(named);
 }
 
 bool MustBeGiven(const MemberRow& member, std::size_t position) {
   return !member.arguments.elements[position].IsOptional();
 }
 
-Placing PlaceArguments(const MemberRow& member, const DISPPARAMS& parameters) {
-  Placing placing;
-  if (parameters.argument_count > member.arguments.count ||
+// Finds what is passed for each argument. `wrong` becomes the element of the caller's array that
+// has no place.
+HRESULT PlaceArguments(const MemberRow& member, const DISPPARAMS& parameters,
+                       std::span<GivenArgument> arguments, std::uint32_t& wrong) {
+  if (parameters.argument_count > arguments.size() ||
       parameters.named_count > parameters.argument_count) {
-    return placing.Fail(DISP_E_BADPARAMCOUNT);
+    return DISP_E_BADPARAMCOUNT;
   }
+  const auto place = [&](std::size_t position, std::uint32_t i) {
+    const bool is_free = position < arguments.size() && arguments[position].passed == nullptr;
+    if (is_free) arguments[position].passed = &parameters.arguments[i];
+    if (!is_free) wrong = i;
+    return is_free;
+  };
   for (std::uint32_t i = 0; i < parameters.named_count; ++i) {
-    const std::uint32_t position = PositionOf(member, parameters.named[i]);
-    if (position == kNotGiven || placing.given[position] != kNotGiven) {
-      return placing.Fail(DISP_E_PARAMNOTFOUND, i);
-    }
-    placing.given[position] = i;
+    if (!place(PositionOf(member, parameters.named[i]), i)) return DISP_E_PARAMNOTFOUND;
   }
-  std::uint32_t position = 0;
+  std::size_t position = 0;
   for (std::uint32_t i = parameters.argument_count; i-- > parameters.named_count; ++position) {
-    if (placing.given[position] != kNotGiven) return placing.Fail(DISP_E_PARAMNOTFOUND, i);
-    placing.given[position] = i;
+    if (!place(position, i)) return DISP_E_PARAMNOTFOUND;
   }
-  for (std::size_t i = 0; i < member.arguments.count; ++i) {
-    const bool is_given = placing.given[i] != kNotGiven;
-    if (!is_given && MustBeGiven(member, i)) return placing.Fail(DISP_E_PARAMNOTOPTIONAL);
+  for (position = 0; position < arguments.size(); ++position) {
+    if (arguments[position].passed == nullptr && MustBeGiven(member, position)) {
+      return DISP_E_PARAMNOTOPTIONAL;
+    }
   }
-  return placing;
+  return S_OK;
 }
 
 // What is given as Missing counts as left out, but for a required Variant, which takes it as it is.
@@ -104,44 +97,51 @@ bool PassesMissing(const MemberRow& member, std::size_t position) {
          member.types.elements[position].type == VariantType::kVariant;
 }
 
-HRESULT ReadArguments(const MemberRow& member, const DISPPARAMS& parameters, const Placing& placing,
+// Reads into `values` what cannot be lent.
+HRESULT ReadArguments(const MemberRow& member, std::span<GivenArgument> arguments,
                       std::span<Variant> values) {
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const std::uint32_t place = placing.given[i];
-    values[i] =
-        place == kNotGiven ? Variant(Missing) : abi::FromBinary(parameters.arguments[place]);
-    if (!values[i].IsMissing() || PassesMissing(member, i)) continue;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (arguments[i].CanBeLent()) continue;
+    Variant& value = values[i];
+    value = arguments[i].passed == nullptr ? Missing : abi::FromBinary(*arguments[i].passed);
+    arguments[i].read = &value;
+    if (!value.IsMissing() || PassesMissing(member, i)) continue;
     if (MustBeGiven(member, i)) return DISP_E_PARAMNOTOPTIONAL;
-    values[i] = DefaultOf(member.arguments.elements[i], member.types.elements[i]);
+    value = DefaultOf(member.arguments.elements[i], member.types.elements[i]);
   }
   return S_OK;
 }
 
-void WriteArgumentsBack(const MemberRow& member, const DISPPARAMS& parameters,
-                        const Placing& placing, std::span<const Variant> values) {
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    if (!member.types.elements[i].by_reference || placing.given[i] == kNotGiven) continue;
-    abi::WriteBack(parameters.arguments[placing.given[i]], values[i]);
+void WriteArgumentsBack(const MemberRow& member, std::span<const GivenArgument> arguments) {
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const auto& [passed, read] = arguments[i];
+    if (!member.types.elements[i].by_reference || passed == nullptr || read == nullptr) continue;
+    abi::WriteBack(*passed, *read);
   }
 }
 
-HRESULT Perform(ComponentObject& object, const MemberRow& member, const DISPPARAMS& parameters,
-                const Placing& placing, VARIANT* result) {
-  std::array<Variant, kMostArguments> storage;
-  const std::span<Variant> values(storage.data(), member.arguments.count);
-  const HRESULT read = ReadArguments(member, parameters, placing, values);
+HRESULT Perform(QuorlDispatch* self, const MemberRow& member, std::span<GivenArgument> arguments,
+                VARIANT* result) {
+  const auto is_lent = [](const GivenArgument& argument) { return argument.CanBeLent(); };
+  if (std::ranges::all_of(arguments, is_lent)) {
+    const KeptAlive kept(self, !member.is_static);
+    member.call(self, arguments, result);
+    return S_OK;
+  }
+  const auto may_hold = [](const GivenArgument& argument) { return argument.MayHoldObject(); };
+  const KeptAlive kept(self, !member.is_static || std::ranges::any_of(arguments, may_hold));
+  std::array<Variant, kMostArguments> values;
+  const HRESULT read = ReadArguments(member, arguments, values);
   if (read != S_OK) return read;
-  const Variant given = member.call(object.row.instance(&object), values);
-  WriteArgumentsBack(member, parameters, placing, values);
-  if (result != nullptr) *result = abi::ToBinary(given);
+  member.call(self, arguments, result);
+  WriteArgumentsBack(member, arguments);
   return S_OK;
 }
 
-// The position of an argument of the member called `name`, in its get or its put; -1 if there is
-// none.
-std::int32_t ArgumentNamed(const ClassRow& row, StringView name, StringView argument) {
-  for (const MemberRow& member : row.members) {
-    if (member.name != name) continue;
+// The position of an argument of the member with that identifier, in its get or its put; -1 if
+// there is none.
+std::int32_t ArgumentNamed(const ClassRow& row, std::int32_t id, StringView argument) {
+  for (const MemberRow& member : RowsOf(row, id)) {
     const auto arguments = member.arguments.Span();
     const auto found = std::ranges::find_if(
         arguments, [&](const Argument& known) { return EqualsIgnoringCase(known.name, argument); });
@@ -175,33 +175,38 @@ HRESULT IdentifiersOf(const ClassRow& row, const char16_t** names, std::uint32_t
   }
   const MemberRow* member = FindByName(row, names[0]);
   HRESULT code = member == nullptr ? DISP_E_UNKNOWNNAME : S_OK;
-  ids[0] = member == nullptr ? -1 : IdentifierOf(row, *member);
+  ids[0] = member == nullptr ? -1 : member->identifier;
   for (std::uint32_t i = 1; i < count; ++i) {
-    ids[i] = member == nullptr ? -1 : ArgumentNamed(row, member->name, names[i]);
+    ids[i] = ArgumentNamed(row, ids[0], names[i]);
     if (ids[i] < 0) code = DISP_E_UNKNOWNNAME;
   }
   return code;
 }
 
-HRESULT InvokeMember(ComponentObject& object, std::int32_t id, std::uint16_t flags,
-                     const DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,
-                     std::uint32_t* wrong_argument) noexcept {
-  // Cleared at once and freed after the call: an argument may be the same text.
-  const auto former =
-      result == nullptr ? abi::OwnedVariant() : abi::OwnedVariant::TakenFrom(result);
-  const MemberRow* member = FindMember(object.row, id, flags, parameters);
+HRESULT Invoke(QuorlDispatch* self, std::int32_t id, const GUID*, std::uint32_t,
+               std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,
+               std::uint32_t* wrong_argument) noexcept {
+  const KeptAlive kept_until_freed(self, result != nullptr && abi::MayHoldObject(result->vt));
+  const abi::ClearedResult cleared(result);
+  const MemberRow* member = FindMember(At(self).row, id, flags, parameters);
   if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
   if (parameters == nullptr || HasNullArray(*parameters)) return E_POINTER;
-  const Placing placing = PlaceArguments(*member, *parameters);
-  if (placing.code != S_OK) {
-    if (wrong_argument != nullptr) *wrong_argument = placing.wrong;
-    return placing.code;
+  std::array<GivenArgument, kMostArguments> storage;
+  const std::span<GivenArgument> arguments(storage.data(), member->arguments.count);
+  std::uint32_t wrong = 0;
+  const HRESULT placed = PlaceArguments(*member, *parameters, arguments, wrong);
+  if (placed != S_OK) {
+    if (wrong_argument != nullptr) *wrong_argument = wrong;
+    return placed;
   }
-  return abi::Guarded([&] { return Perform(object, *member, *parameters, placing, result); },
-                      [&](const RaisedError& error) {
-                        if (info != nullptr) abi::FillRecord(error, *info);
-                        return DISP_E_EXCEPTION;
-                      });
+  const HRESULT code = abi::Guarded([&] { return Perform(self, *member, arguments, result); },
+                                    [&](const RaisedError& error) {
+                                      if (info != nullptr) abi::FillRecord(error, *info);
+                                      return DISP_E_EXCEPTION;
+                                    });
+  // Where an argument cannot be written back there is no result either.
+  if (code != S_OK && result != nullptr) VariantClear(result);
+  return code;
 }
 
 }  // namespace quorl::frame

@@ -1,5 +1,5 @@
 // Calls by name: names to identifiers, arguments to their places, defaults, the failure record. One
-// plain adapter for all members.
+// plain adapter for all members, in the source of which the slot Invoke stands.
 #pragma once
 
 #include <cstdint>
@@ -12,11 +12,6 @@ namespace quorl::frame {
 /// `names[0]` is a member's name, those after it its arguments'; see quorl.h.
 HRESULT IdentifiersOf(const ClassRow& row, const char16_t** names, std::uint32_t count,
                       std::int32_t* ids) noexcept;
-
-/// Calls a member of `object`; see quorl.h for the parameters and the codes.
-HRESULT InvokeMember(ComponentObject& object, std::int32_t id, std::uint16_t flags,
-                     const DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,
-                     std::uint32_t* wrong_argument) noexcept;
 
 /// What an argument of that type becomes when it is left out; the argument is optional.
 Variant DefaultOf(const Argument& argument, const TypeRow& type);

@@ -1,11 +1,11 @@
 // The types of members between C++, a slot of a table, and a Variant of a call by name: one
 // specialisation a type.
 //
-// For a parameter: `In` is the slot's argument, `FromSlot` holds it as C++ wants it, `FromVariant`
-// the same from a Variant; both convert to the parameter. For a result: `Out` is what the slot's
-// result pointer points to, and `Write` fills it; `Former` takes over the old content of the result
-// slot and frees it after the call, because the caller may have passed that very text as an
-// argument. `kType` is what the description says.
+// For a parameter: `In` is the slot's argument, `FromSlot` holds it as C++ wants it, `FromGiven`
+// the same from an argument of a call by name; both convert to the parameter. For a result: `Out`
+// is what the slot's result pointer points to, and `Write` fills it; `Former` takes over the old
+// content of the result slot and frees it after the call, because the caller may have passed that
+// very text as an argument. `kType` is what the description says.
 #pragma once
 
 #include <type_traits>
@@ -43,12 +43,13 @@ struct Marshal {
     explicit FromSlot(const Source&) {}
     operator Type() const;
   };
-  using FromVariant = FromSlot;
+  using FromGiven = FromSlot;
   using Former = FromSlot;
   static void Write(Out*, const Type&) {}
 };
 
-/// What all plain types share. `Marshal<Type>` narrows the slot's argument and converts a Variant.
+/// What all plain types share. `Marshal<Type>` narrows what a slot or a VARIANT of the type holds,
+/// and converts a Variant.
 template <class Type, class Slot>
 struct PlainMarshal {
   using In = Slot;
@@ -57,11 +58,18 @@ struct PlainMarshal {
     explicit FromSlot(In in) : value(Marshal<Type>::Narrow(in)) {}
     operator Type() const { return value; }
   };
-  struct FromVariant {
+  struct FromGiven {
     Type value;
-    explicit FromVariant(const Variant& variant) : value(Marshal<Type>::Convert(variant)) {}
+    explicit FromGiven(const GivenArgument& given) : value(Marshal<Type>::Read(given)) {}
     operator Type() const { return value; }
   };
+  static Type Read(const GivenArgument& given) {
+    using Known = Marshal<Type>;
+    if (const VARIANT* lent = given.Lent(Known::kType.type)) {
+      return Known::Narrow(abi::ValueAt<typename Known::Out>(&lent->value));
+    }
+    return Known::Convert(given.Take());
+  }
   struct Former {
     template <class Out>
     explicit Former(Out*) {}
@@ -74,6 +82,11 @@ struct Marshal<Int16> : PlainMarshal<Int16, std::int32_t> {
   using Out = std::int16_t;
   static Int16 Narrow(std::int32_t in) { return CheckedInt16(in); }
   static Int16 Convert(const Variant& value) { return ToInt16(value); }
+  static Int16 Read(const GivenArgument& given) {
+    // Most hosts have one whole number alone, an Int32.
+    if (const VARIANT* lent = given.Lent(VariantType::kInt32)) return Narrow(lent->value.i4);
+    return PlainMarshal::Read(given);
+  }
   static void Write(Out* out, Int16 value) { *out = value; }
 };
 
@@ -111,6 +124,8 @@ struct Marshal<Date> : PlainMarshal<Date, double> {
   using Out = double;
   static Date Narrow(double in) { return Date(in); }
   static Date Convert(const Variant& value) { return ToDate(value); }
+  // A Date outside the calendar is a failure here.
+  static Date Read(const GivenArgument& given) { return Convert(given.Take()); }
   static void Write(Out* out, Date value) { *out = value.Days(); }
 };
 
@@ -141,20 +156,22 @@ struct Marshal<StringView> {
     explicit FromSlot(In in) : text(abi::ViewOf(in)) {}
     operator StringView() const { return text; }
   };
-  struct FromVariant {
+  struct FromGiven {
     String converted;
     StringView text;
-    explicit FromVariant(Variant& variant) {
+    explicit FromGiven(const GivenArgument& given) {
       // A text is lent as it stands.
-      if (const String* content = variant.If<String>()) {
-        text = *content;
+      if (const VARIANT* lent = given.Lent(VariantType::kString)) {
+        text = abi::ViewOf(lent->value.bstr);
+      } else if (given.read != nullptr && given.read->Holds<String>()) {
+        text = *given.read->If<String>();
       } else {
-        converted = ToString(variant);
+        converted = ToString(given.Take());
         text = converted;
       }
     }
-    FromVariant(const FromVariant&) = delete;
-    FromVariant& operator=(const FromVariant&) = delete;
+    FromGiven(const FromGiven&) = delete;
+    FromGiven& operator=(const FromGiven&) = delete;
     operator StringView() const { return text; }
   };
 };
@@ -180,11 +197,8 @@ template <>
 struct Marshal<Variant> {
   static constexpr TypeRow kType{VariantType::kVariant};
   using Out = VARIANT;
-  struct Former {
-    abi::OwnedVariant value;
-    explicit Former(Out* out) : value(abi::OwnedVariant::TakenFrom(out)) {}
-  };
-  static void Write(Out* out, const Variant& value) { *out = abi::ToBinary(value); }
+  using Former = abi::ClearedResult;
+  static void Write(Out* out, const Variant& value) { abi::WriteBinary(value, *out); }
 };
 
 template <>
@@ -196,9 +210,9 @@ struct Marshal<const Variant&> {
     explicit FromSlot(const In& in) : value(abi::FromBinary(in)) {}
     operator const Variant&() const { return value; }
   };
-  struct FromVariant {
-    const Variant& value;
-    explicit FromVariant(Variant& variant) : value(variant) {}
+  struct FromGiven {
+    Variant value;
+    explicit FromGiven(const GivenArgument& given) : value(given.Take()) {}
     operator const Variant&() const { return value; }
   };
 };
@@ -212,9 +226,9 @@ struct Marshal<const Object&> {
     explicit FromSlot(In in) : value(abi::ObjectOf(in)) {}
     operator const Object&() const { return value; }
   };
-  struct FromVariant {
+  struct FromGiven {
     Object value;
-    explicit FromVariant(Variant& variant) : value(ToObject(variant)) {}
+    explicit FromGiven(const GivenArgument& given) : value(ToObject(given.Take())) {}
     operator const Object&() const { return value; }
   };
 };
@@ -229,13 +243,16 @@ struct Marshal<Int16&> {
     explicit FromSlot(In in) : place(in) {}
     operator Int16&() const { return *place; }
   };
-  struct FromVariant {
-    Variant& place;
+  struct FromGiven {
+    Variant* place;  // null for a value that was not passed by reference
     Int16 value;
-    explicit FromVariant(Variant& variant) : place(variant), value(ToInt16(variant)) {}
-    FromVariant(const FromVariant&) = delete;
-    FromVariant& operator=(const FromVariant&) = delete;
-    ~FromVariant() { place = value; }
+    explicit FromGiven(const GivenArgument& given)
+        : place(given.read), value(ToInt16(given.Take())) {}
+    FromGiven(const FromGiven&) = delete;
+    FromGiven& operator=(const FromGiven&) = delete;
+    ~FromGiven() {
+      if (place != nullptr) *place = value;
+    }
     operator Int16&() { return value; }
   };
 };
@@ -247,6 +264,14 @@ bool IsAbsent(const In&) {
 }
 inline bool IsAbsent(std::int16_t* const& place) { return place == nullptr; }
 
+/// Whether what a slot is given can lead to code of a host.
+template <class Value>
+bool MayHoldObject(const Value&) {
+  return false;
+}
+inline bool MayHoldObject(const VARIANT& value) { return abi::MayHoldObject(value.vt); }
+inline bool MayHoldObject(QuorlDispatch* const& object) { return object != nullptr; }
+
 template <>
 struct Marshal<Registry&> {
   static constexpr TypeRow kType{VariantType::kObject, u"Registry"};
@@ -256,9 +281,10 @@ struct Marshal<Registry&> {
     explicit FromSlot(In in) : value(RegistryBehind(in)) {}
     operator Registry&() const { return value; }
   };
-  struct FromVariant {
+  struct FromGiven {
     Registry& value;
-    explicit FromVariant(Variant& variant) : value(RegistryBehind(ToObject(variant))) {}
+    explicit FromGiven(const GivenArgument& given)
+        : value(RegistryBehind(ToObject(given.Take()))) {}
     operator Registry&() const { return value; }
   };
 };

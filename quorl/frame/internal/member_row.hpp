@@ -1,13 +1,16 @@
 // One row of the catalogue: what is written down once of a member, and how it is called.
 //
-// Rows are constants made by the functions of member.hpp from the member itself, so that a row's
+// Rows are constants made by the templates of bind.hpp from the member itself, so that a row's
 // types, its slot in the table and its call by name cannot disagree.
 #pragma once
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 
+#include "quorl/abi/quorl.h"
+#include "quorl/frame/internal/given_argument.hpp"
 #include "quorl/runtime/types.hpp"
 #include "quorl/runtime/variant.hpp"
 
@@ -60,13 +63,20 @@ struct FewOf {
   constexpr std::span<const Element> Span() const { return {elements.data(), count}; }
 };
 
-/// Calls the member on `instance`. There is one Variant for each argument, none left out; a member
-/// that writes an argument back does so there. Raises the member's failures and the conversions'.
-using NamedCall = Variant (*)(void* instance, std::span<Variant> arguments);
+/// Calls the member on `self`. Every argument has a value, none is left out; what the member writes
+/// back stands there in the end. The result is put into `result`, which is Empty, unless that
+/// is null. Raises the member's failures and the conversions', and then there is no result.
+using NamedCall = void (*)(QuorlDispatch* self, std::span<const GivenArgument> arguments,
+                           VARIANT* result);
 
 struct MemberRow {
   StringView name;
   MemberKind kind = MemberKind::kMethod;
+  /// The identifier by which it is called: the gets and puts of a property share one. It is the
+  /// place, from 1, of the first row of that name.
+  std::int32_t identifier = 0;
+  /// Whether it uses nothing of the object on which it is called.
+  bool is_static = false;
   FewOf<Argument> arguments;
   FewOf<TypeRow> types;
   TypeRow result;

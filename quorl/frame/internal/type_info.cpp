@@ -65,7 +65,7 @@ class TypeInfo final : public abi::Counted<TypeInfo, QuorlTypeInfo> {
     const ClassRow& row = From(self)->row_;
     if (index >= row.members.size()) return DISP_E_BADINDEX;
     const MemberRow& member = row.members[index];
-    *out = {IdentifierOf(row, member),
+    *out = {member.identifier,
             InvokeKindOf(member.kind),
             Small(kCommonSlotCount + index),
             Small(ListingPlaceOf(row, member)),
@@ -103,8 +103,7 @@ class TypeInfo final : public abi::Counted<TypeInfo, QuorlTypeInfo> {
     if (name != nullptr) *name = nullptr;
     if (help != nullptr) *help = nullptr;
     const ClassRow& row = From(self)->row_;
-    const auto found = std::ranges::find_if(
-        row.members, [&](const MemberRow& member) { return IdentifierOf(row, member) == id; });
+    const auto found = std::ranges::find(row.members, id, &MemberRow::identifier);
     if (id != -1 && found == row.members.end()) return DISP_E_MEMBERNOTFOUND;
     const HRESULT code = abi::GuardedSlot([&] {
       if (name != nullptr) *name = abi::NewBstr(id == -1 ? row.name : found->name);
