@@ -230,6 +230,23 @@ std::int32_t NumberOf(HRESULT code) {
   return bits >> 16U == 0x800A ? static_cast<std::int32_t>(bits & 0xFFFFU) : code;
 }
 
+Name Numbered(std::int32_t id) {
+  const std::string text = '#' + std::to_string(id);
+  return {text.begin(), text.end()};
+}
+
+std::vector<Argument> ArgumentsOf(const DISPPARAMS& parameters,
+                                  const std::function<Name(std::int32_t)>& name_of) {
+  std::vector<Argument> arguments;
+  for (std::uint32_t i = parameters.argument_count; i-- > parameters.named_count;) {
+    arguments.push_back({std::nullopt, ValueOf(parameters.arguments[i])});
+  }
+  for (std::uint32_t i = 0; i < parameters.named_count; ++i) {
+    arguments.push_back({name_of(parameters.named[i]), ValueOf(parameters.arguments[i])});
+  }
+  return arguments;
+}
+
 std::vector<std::size_t> BinaryOrder(const std::vector<Argument>& arguments) {
   std::vector<std::size_t> order;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -250,6 +267,14 @@ Record::~Record() {
 void Record::Complete() {
   if (info_.fill_in != nullptr) info_.fill_in(&info_);
   info_.fill_in = nullptr;
+}
+
+void Fill(EXCEPINFO& info, std::int32_t number, const std::u16string& source,
+          const std::u16string& description) {
+  const bool is_small = number >= 0 && number <= 0xFFFF;
+  info.scode = is_small ? QUORL_CODE(0x800A0000U + static_cast<std::uint32_t>(number)) : number;
+  info.source = NewText(source);
+  info.description = NewText(description);
 }
 
 Outcome OutcomeOf(HRESULT code, const VARIANT* result, Record& record,

@@ -77,7 +77,15 @@ std::u16string TakeText(BSTR text);
 /// The Number that a code of a failed call stands for.
 std::int32_t NumberOf(HRESULT code);
 
-/// The arguments of a call: named ones first, then the positional ones in reverse.
+/// "#5", for a member or an argument of which no name is known.
+Name Numbered(std::int32_t id);
+
+/// The arguments of a call as the log has them: the positional ones first, in their order.
+/// `name_of` gives the name of a named one.
+std::vector<Argument> ArgumentsOf(const DISPPARAMS& parameters,
+                                  const std::function<Name(std::int32_t)>& name_of);
+
+/// The same in binary: named ones first, then the positional ones in reverse.
 std::vector<std::size_t> BinaryOrder(const std::vector<Argument>& arguments);
 
 /// A failure record, filled in where it is to be later, and freed.
@@ -97,6 +105,10 @@ class Record {
  private:
   EXCEPINFO info_{};
 };
+
+/// Fills a record with a failure of that Number.
+void Fill(EXCEPINFO& info, std::int32_t number, const std::u16string& source,
+          const std::u16string& description);
 
 /// What a call by name ended with; `result` is null when none was asked for.
 Outcome OutcomeOf(HRESULT code, const VARIANT* result, Record& record,

@@ -368,7 +368,8 @@ class Reader {
 
   void ReadLine() {
     const bool is_cut = rest_.find('\n') == std::string_view::npos;
-    Line line(TakeLine(), log_.lines);
+    const std::string_view text = TakeLine();
+    Line line(text, log_.lines);
     if (line.AtEnd() || line.Next() == '#') return;
     if (log_.ended_with) line.Refuse(kAfterEnd);
     if (is_cut) return;  // the rest of it may be lost

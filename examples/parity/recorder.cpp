@@ -36,11 +36,6 @@ struct Names {
   std::map<std::pair<std::int32_t, std::int32_t>, Name> arguments;
 };
 
-Name Numbered(std::int32_t id) {
-  const std::string text = '#' + std::to_string(id);
-  return {text.begin(), text.end()};
-}
-
 // ------------------------------------------------------------------------------------ the file
 
 // The log's file. Whoever writes learns nothing of a failure, which is told once.
@@ -316,14 +311,8 @@ class Proxy : public QuorlDispatch {
     call.entry.object = number_;
     call.entry.flags = flags;
     call.entry.name = NameOf(id);
-    // In the log the positional arguments stand first, in the order of the call.
-    for (std::uint32_t i = parameters.argument_count; i-- > parameters.named_count;) {
-      call.entry.arguments.push_back({std::nullopt, ValueOf(parameters.arguments[i])});
-    }
-    for (std::uint32_t i = 0; i < parameters.named_count; ++i) {
-      call.entry.arguments.push_back(
-          {ArgumentName(id, parameters.named[i]), ValueOf(parameters.arguments[i])});
-    }
+    call.entry.arguments =
+        ArgumentsOf(parameters, [&](std::int32_t named) { return ArgumentName(id, named); });
     call.order = BinaryOrder(call.entry.arguments);
     call.arguments.assign(parameters.arguments, parameters.arguments + parameters.argument_count);
     for (std::size_t i = 0; i < call.order.size(); ++i) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "examples/parity/by_name.hpp"
+#include "examples/parity/host_object.hpp"
 #include "examples/parity/log_text.hpp"
 #include "examples/parity/slot_call.hpp"
 
@@ -26,50 +27,14 @@ constexpr Text kCounted{"%1 calls", "%1 appels"};
 class Player;
 
 // An object of the host's, which answers as the log has it.
-class PlayedHost : public QuorlDispatch {
+class PlayedHost : public HostObject {
  public:
-  PlayedHost(Player& player, std::uint32_t number)
-      : QuorlDispatch{&kTable}, player_(player), number_(number) {}
-
-  bool IsKept() const { return count_ > 1; }
+  PlayedHost(Player& player, std::uint32_t number) : player_(player), number_(number) {}
 
  private:
-  static PlayedHost& At(QuorlDispatch* self) { return *static_cast<PlayedHost*>(self); }
-
-  static HRESULT QueryInterface(QuorlDispatch* self, const GUID* identifier, void** out) {
-    if (out == nullptr || identifier == nullptr) return E_POINTER;
-    const auto is = [identifier](const GUID& known) {
-      return std::equal(reinterpret_cast<const char*>(identifier),
-                        reinterpret_cast<const char*>(identifier + 1),
-                        reinterpret_cast<const char*>(&known));
-    };
-    const bool is_known = is(IID_IUnknown) || is(IID_IDispatch);
-    *out = is_known ? self : nullptr;
-    if (is_known) AddRef(self);
-    return is_known ? HRESULT{S_OK} : E_NOINTERFACE;
-  }
-  static std::uint32_t AddRef(QuorlDispatch* self) { return ++At(self).count_; }
-  static std::uint32_t Release(QuorlDispatch* self) {
-    const std::uint32_t left = --At(self).count_;
-    if (left == 0) delete &At(self);
-    return left;
-  }
-  static HRESULT GetTypeInfoCount(QuorlDispatch*, std::uint32_t* count) {
-    if (count == nullptr) return E_POINTER;
-    *count = 0;
-    return S_OK;
-  }
-  static HRESULT GetTypeInfo(QuorlDispatch*, std::uint32_t, std::uint32_t, void** out) {
-    if (out == nullptr) return E_POINTER;
-    *out = nullptr;
-    return DISP_E_BADINDEX;
-  }
-  static HRESULT GetIDsOfNames(QuorlDispatch* self, const GUID*, const char16_t** names,
-                               std::uint32_t count, std::uint32_t, std::int32_t* ids);
-  static HRESULT Invoke(QuorlDispatch* self, std::int32_t id, const GUID*, std::uint32_t,
-                        std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
-                        EXCEPINFO* info, std::uint32_t* wrong_argument);
-  static const QuorlDispatchTable kTable;
+  HRESULT Find(const std::vector<Name>& names, std::int32_t& id) override;
+  HRESULT Invoke(std::int32_t id, std::uint16_t flags, const DISPPARAMS& parameters,
+                 VARIANT* result, EXCEPINFO* info, std::uint32_t* wrong_argument) override;
 
   // Identifiers count from 1 in the order in which names are first asked for.
   std::int32_t IdentifierOf(const Name& name) {
@@ -80,14 +45,11 @@ class PlayedHost : public QuorlDispatch {
   }
   Name NameOf(std::int32_t id) const {
     const bool is_known = id > 0 && static_cast<std::size_t>(id) <= names_.size();
-    if (is_known) return names_[static_cast<std::size_t>(id) - 1];
-    const std::string text = '#' + std::to_string(id);
-    return {text.begin(), text.end()};
+    return is_known ? names_[static_cast<std::size_t>(id) - 1] : Numbered(id);
   }
 
   Player& player_;
   std::uint32_t number_;
-  std::uint32_t count_ = 1;
   std::vector<Name> names_;
 };
 
@@ -189,7 +151,7 @@ class Player {
   void ReleaseIt(const Entry& entry) {
     const Known known = std::move(objects_[entry.object]);
     objects_.erase(entry.object);
-    if (known.host == nullptr || !known.host->IsKept()) return;
+    if (known.host == nullptr || known.host->References() == 1) return;
     Tell({entry.line, Written(entry), std::string(Say(kReleased)), std::string(Say(kKept))}, "");
   }
 
@@ -283,63 +245,46 @@ class Player {
   Summary summary_;
 };
 
-HRESULT PlayedHost::GetIDsOfNames(QuorlDispatch* self, const GUID*, const char16_t** names,
-                                  std::uint32_t count, std::uint32_t, std::int32_t* ids) {
-  if (names == nullptr || ids == nullptr || count == 0) return E_POINTER;
+HRESULT PlayedHost::Find(const std::vector<Name>& names, std::int32_t& id) {
   Entry made;
   made.kind = Entry::Kind::kFind;
-  made.object = At(self).number_;
-  made.name = names[0];
-  for (std::uint32_t i = 1; i < count; ++i) made.arguments.push_back({names[i], {}});
-  std::fill_n(ids, count, -1);
-  const HRESULT code = At(self).player_.Search(made);
-  if (code >= 0) ids[0] = At(self).IdentifierOf(made.name);
+  made.object = number_;
+  made.name = names.front();
+  for (std::size_t i = 1; i < names.size(); ++i) made.arguments.push_back({names[i], {}});
+  const HRESULT code = player_.Search(made);
+  if (code >= 0) id = IdentifierOf(made.name);
   return code;
 }
 
-HRESULT PlayedHost::Invoke(QuorlDispatch* self, std::int32_t id, const GUID*, std::uint32_t,
-                           std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
-                           EXCEPINFO* info, std::uint32_t* wrong_argument) {
-  if (parameters == nullptr) return E_POINTER;
+HRESULT PlayedHost::Invoke(std::int32_t id, std::uint16_t flags, const DISPPARAMS& parameters,
+                           VARIANT* result, EXCEPINFO* info, std::uint32_t* wrong_argument) {
   Entry made;
-  made.object = At(self).number_;
+  made.object = number_;
   made.flags = flags;
-  made.name = At(self).NameOf(id);
-  for (std::uint32_t i = parameters->argument_count; i-- > parameters->named_count;) {
-    made.arguments.push_back({std::nullopt, ValueOf(parameters->arguments[i])});
-  }
-  for (std::uint32_t i = 0; i < parameters->named_count; ++i) {
-    made.arguments.push_back({kPutValue, ValueOf(parameters->arguments[i])});
-  }
-  Player& player = At(self).player_;
-  const Outcome* const answer = player.Answer(made);
+  made.name = NameOf(id);
+  made.arguments = ArgumentsOf(parameters, [](std::int32_t named) {
+    return named == QUORL_PUT_VALUE ? kPutValue : Numbered(named);
+  });
+  const Outcome* const answer = player_.Answer(made);
   if (answer == nullptr) return DISP_E_MEMBERNOTFOUND;
   auto written = answer->written_back.begin();
-  for (std::uint32_t i = parameters->argument_count; i-- > 0;) {
-    const VARIANT& argument = parameters->arguments[i];
+  for (std::uint32_t i = parameters.argument_count; i-- > 0;) {
+    const VARIANT& argument = parameters.arguments[i];
     if ((argument.vt & VT_BYREF) != 0 && written != answer->written_back.end()) {
-      WriteBack(argument, player.Found(*written++));
+      WriteBack(argument, player_.Found(*written++));
     }
   }
   if (answer->kind == Outcome::Kind::kGives) {
-    if (result != nullptr && answer->result)
-      *result = Passed(player.Found(*answer->result)).Detach();
+    if (result != nullptr && answer->result) {
+      *result = Passed(player_.Found(*answer->result)).Detach();
+    }
     return S_OK;
   }
   if (wrong_argument != nullptr) *wrong_argument = answer->wrong_argument;
   if (answer->kind == Outcome::Kind::kRefused) return answer->number;
-  if (info != nullptr) {
-    const bool is_numbered = answer->number >= 0 && answer->number <= 0xFFFF;
-    info->scode = is_numbered ? QUORL_CODE(0x800A0000U + static_cast<std::uint32_t>(answer->number))
-                              : answer->number;
-    info->source = NewText(answer->source);
-    info->description = NewText(answer->description);
-  }
+  if (info != nullptr) Fill(*info, answer->number, answer->source, answer->description);
   return DISP_E_EXCEPTION;
 }
-
-const QuorlDispatchTable PlayedHost::kTable{
-    QueryInterface, AddRef, Release, GetTypeInfoCount, GetTypeInfo, GetIDsOfNames, Invoke};
 
 }  // namespace
 

@@ -2,6 +2,7 @@
 // published tables say of them, recorded as a host by name makes them.
 //
 //   parity_sample FILE
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <map>
@@ -12,6 +13,7 @@
 
 #include "examples/parity/by_name.hpp"
 #include "examples/parity/host.hpp"
+#include "examples/parity/host_object.hpp"
 #include "examples/parity/log_text.hpp"
 #include "examples/parity/read_log.hpp"
 #include "examples/parity/recorder.h"
@@ -32,82 +34,48 @@ const std::string& From(const Pool& pool) { return pool[Pick(pool.size())]; }
 // ------------------------------------------------------------------------------ the host's objects
 
 // A form, a combo box, a field: its members by name, several values for one with an index. What it
-// lacks is unknown, and "=5" in place of a value is the failure 5.
-class SampleHost : public QuorlDispatch {
+// lacks is unknown, and "=5" in place of a value, or none at the index, is the failure 5.
+class SampleHost : public HostObject {
  public:
   using Members = std::map<Name, std::vector<Value>>;
-  explicit SampleHost(Members members) : QuorlDispatch{&kTable}, members_(std::move(members)) {
+  explicit SampleHost(Members members) : members_(std::move(members)) {
     for (const auto& [name, values] : members_) names_.push_back(name);
   }
 
  private:
-  static SampleHost& At(QuorlDispatch* self) { return *static_cast<SampleHost*>(self); }
-  static HRESULT QueryInterface(QuorlDispatch*, const GUID*, void** out) {
-    *out = nullptr;
-    return E_NOINTERFACE;
-  }
-  static std::uint32_t AddRef(QuorlDispatch* self) { return ++At(self).count_; }
-  static std::uint32_t Release(QuorlDispatch* self) {
-    const std::uint32_t left = --At(self).count_;
-    if (left == 0) delete &At(self);
-    return left;
-  }
-  static HRESULT GetTypeInfoCount(QuorlDispatch*, std::uint32_t* count) {
-    *count = 0;
+  HRESULT Find(const std::vector<Name>& names, std::int32_t& id) override {
+    const auto found = std::ranges::find(names_, names.front());
+    if (found == names_.end()) return DISP_E_UNKNOWNNAME;
+    id = static_cast<std::int32_t>(found - names_.begin()) + 1;
     return S_OK;
   }
-  static HRESULT GetTypeInfo(QuorlDispatch*, std::uint32_t, std::uint32_t, void** out) {
-    *out = nullptr;
-    return DISP_E_BADINDEX;
-  }
-  static HRESULT GetIDsOfNames(QuorlDispatch* self, const GUID*, const char16_t** names,
-                               std::uint32_t, std::uint32_t, std::int32_t* ids) {
-    const auto& known = At(self).names_;
-    for (std::size_t i = 0; i < known.size(); ++i) {
-      if (known[i] == names[0]) {
-        ids[0] = static_cast<std::int32_t>(i) + 1;
-        return S_OK;
-      }
-    }
-    return DISP_E_UNKNOWNNAME;
-  }
-  static HRESULT Invoke(QuorlDispatch* self, std::int32_t id, const GUID*, std::uint32_t,
-                        std::uint16_t flags, DISPPARAMS* parameters, VARIANT* result,
-                        EXCEPINFO* info, std::uint32_t*) {
-    auto& members = At(self).members_;
-    const Name name = id > 0 ? At(self).names_[static_cast<std::size_t>(id) - 1] : Name();
-    if (!members.contains(name)) return DISP_E_MEMBERNOTFOUND;
-    std::vector<Value>& values = members[name];
+  HRESULT Invoke(std::int32_t id, std::uint16_t flags, const DISPPARAMS& parameters,
+                 VARIANT* result, EXCEPINFO* info, std::uint32_t*) override {
+    const Name name = id > 0 ? names_[static_cast<std::size_t>(id) - 1] : Name();
+    if (!members_.contains(name)) return DISP_E_MEMBERNOTFOUND;
+    std::vector<Value>& values = members_[name];
     if (flags == DISPATCH_METHOD) return S_OK;
     if ((flags & DISPATCH_PROPERTYPUT) != 0) {
-      values.assign(1, ValueOf(parameters->arguments[0]));
+      values.assign(1, ValueOf(parameters.arguments[0]));
       return S_OK;
     }
     std::size_t at = 0;
-    if (parameters->argument_count != 0) {
-      const Value index = ValueOf(parameters->arguments[0]);
-      const std::int64_t* const number = index.Target().If<std::int64_t>();
-      at = number == nullptr ? values.size() : static_cast<std::size_t>(*number);
+    if (parameters.argument_count != 0) {
+      const Value index = ValueOf(parameters.arguments[0]);
+      at = static_cast<std::size_t>(*index.Target().If<std::int64_t>());
     }
     const auto* const text = at < values.size() ? values[at].If<std::u16string>() : nullptr;
     if (at >= values.size() || (text != nullptr && *text == u"=5")) {
-      info->scode = QUORL_CODE(0x800A0005);
-      info->source = SysAllocString(u"Hôte");
-      info->description = SysAllocString(u"L'hôte ne veut pas.");
+      Fill(*info, 5, u"Hôte", u"L'hôte ne veut pas.");
       return DISP_E_EXCEPTION;
     }
     *result = Passed(values[at]).Detach();
     return S_OK;
   }
-  static const QuorlDispatchTable kTable;
 
   Members members_;
   std::vector<Name> names_;
-  std::uint32_t count_ = 1;
 };
-
-const QuorlDispatchTable SampleHost::kTable{
-    QueryInterface, AddRef, Release, GetTypeInfoCount, GetTypeInfo, GetIDsOfNames, Invoke};
 
 Value ObjectOf(QuorlDispatch* object) {
   return {VT_DISPATCH, ObjectValue{ObjectValue::kUnknown, object}};
