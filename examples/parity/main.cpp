@@ -146,16 +146,13 @@ void Tell(const Difference& difference) {
 }
 
 void Tell(const Summary& summary) {
-  constexpr Text kCalls{"%1 calls", "%1 appels"};
-  constexpr Text kDiffer{", %1 differ", ", %1 diffèrent"};
-  constexpr Text kAll{"%1 calls, %2 of them through the tables",
-                      "%1 appels, dont %2 par les tables"};
-  constexpr Text kDifferences{": %1 differences\n", " : %1 différences\n"};
+  constexpr Text kMember{": calls %1, differences %2\n", " : appels %1, différences %2\n"};
+  constexpr Text kAll{"calls: %1, through the tables: %2, ", "appels : %1, par les tables : %2, "};
+  constexpr Text kDifferences{"differences: %1\n", "différences : %1\n"};
   for (const auto& [member, tally] : summary.members) {
     if (tally.calls == 0 && tally.differences == 0) continue;  // a name that was not found
-    std::cout << member << ": " << Say(kCalls, std::to_string(tally.calls));
-    if (tally.differences != 0) std::cout << Say(kDiffer, std::to_string(tally.differences));
-    std::cout << '\n';
+    std::cout << member
+              << Say(kMember, std::to_string(tally.calls), std::to_string(tally.differences));
   }
   std::cout << Say(kAll, std::to_string(summary.all.calls), std::to_string(summary.through_table))
             << Say(kDifferences, std::to_string(summary.all.differences));

@@ -445,6 +445,11 @@ HRESULT ParityRecord(ParityRecorder* recorder, const char16_t* class_name, Quorl
   *recorded = nullptr;
   if (recorder == nullptr || class_name == nullptr || object == nullptr) return E_POINTER;
   try {
+    if (parity::Proxy::Behind(object, *recorder->recording) != nullptr) {
+      object->table->AddRef(object);
+      *recorded = object;
+      return S_OK;
+    }
     auto made = recorder->recording->ProxyFor(object, parity::Side::kComponent, class_name);
     made.Get()->table->AddRef(made.Get());
     *recorded = made.Get();

@@ -37,8 +37,8 @@ typedef struct ParityRecorder ParityRecorder;
 QUORL_API HRESULT ParityOpen(const char* path, const char* header, ParityRecorder** out);
 
 /* An object in front of `object`, a counted reference in `recorded`: the same one for the same
- * object as long as the host holds it. `class_name` is the published one, "Strings". E_OUTOFMEMORY,
- * E_POINTER. */
+ * object as long as the host holds it, and a recorded one is given back as it is. `class_name` is
+ * the published one, "Strings". E_OUTOFMEMORY, E_POINTER. */
 QUORL_API HRESULT ParityRecord(ParityRecorder* recorder, const char16_t* class_name,
                                QuorlDispatch* object, QuorlDispatch** recorded);
 

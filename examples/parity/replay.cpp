@@ -22,7 +22,7 @@ constexpr Text kKept{"the component keeps it", "le composant le garde"};
 constexpr Text kNoCall{"(no call)", "(pas d'appel)"};
 constexpr Text kCutOff{"(the log stops here: what followed is lost)",
                        "(le journal s'arrête ici : la suite est perdue)"};
-constexpr Text kCounted{"%1 calls", "%1 appels"};
+constexpr Text kCounted{"calls: %1", "appels : %1"};
 
 class Player;
 
