@@ -22,6 +22,7 @@ bool HasToBeAsked(const Argument& argument) {
 HRESULT Ask(QuorlDispatch* object, const std::vector<Name>& names, std::vector<std::int32_t>& ids) {
   ids.assign(names.size(), -1);
   std::vector<const char16_t*> pointers;
+  pointers.reserve(names.size());
   for (const Name& name : names) pointers.push_back(name.c_str());
   return object->table->GetIDsOfNames(object, nullptr, pointers.data(),
                                       static_cast<std::uint32_t>(names.size()), 0, ids.data());

@@ -63,7 +63,9 @@ class File {
     constexpr Text kFailed{"parity: '%1' cannot be written: %2; the calls are recorded no more\n",
                            "parity : « %1 » ne peut être écrit : %2 ; les appels ne sont plus "
                            "enregistrés\n"};
-    if (!is_told_) std::fputs(Say(kFailed, path_, std::strerror(error)).c_str(), stderr);
+    if (!is_told_) {
+      static_cast<void>(std::fputs(Say(kFailed, path_, std::strerror(error)).c_str(), stderr));
+    }
     is_told_ = true;
     Close();
   }
@@ -130,13 +132,14 @@ class Recording : public std::enable_shared_from_this<Recording> {
  private:
   using Key = std::pair<Side, QuorlDispatch*>;
 
-  // The caller has the lock.
+  // For all of these the caller has the lock.
+  Counted<> KnownProxy(const Key& key);
   void Put(const std::string& line) { file_.Write(std::string(2 * depth_, ' ') + line + '\n'); }
   void PutRelease(std::uint32_t number) { Put("release " + std::to_string(number)); }
 
   std::mutex mutex_;
   File file_;
-  std::map<Key, Proxy*> proxies_;                 // null where making one failed
+  std::map<Key, Proxy*> proxies_;
   std::map<Name, std::shared_ptr<Names>> names_;  // by class
   std::vector<std::uint32_t> released_;
   std::uint32_t last_number_ = 0;
@@ -362,13 +365,17 @@ class Proxy : public QuorlDispatch {
 const QuorlDispatchTable Proxy::kTable{QueryInterface, AddRef,        Release, GetTypeInfoCount,
                                        GetTypeInfo,    GetIDsOfNames, Invoke};
 
+// Counted here and not by AddRef, which takes the lock.
+Counted<> Recording::KnownProxy(const Key& key) {
+  const auto known = proxies_.find(key);
+  if (known == proxies_.end()) return {};
+  ++known->second->count_;
+  return Counted<>::Adopt(known->second);
+}
+
 Counted<> Recording::ProxyFor(QuorlDispatch* object, Side side, const Name& class_name) {
   const std::scoped_lock lock(mutex_);
-  Proxy*& known = proxies_[{side, object}];
-  if (known != nullptr) {
-    ++known->count_;  // not by AddRef, which takes the lock too
-    return Counted<>::Adopt(known);
-  }
+  if (auto known = KnownProxy({side, object})) return known;
   auto& names = names_[class_name];
   if (names == nullptr || side == Side::kHost) names = std::make_shared<Names>();
   auto proxy = std::make_unique<Proxy>(shared_from_this(), object, side, last_number_ + 1, names);
@@ -377,7 +384,7 @@ Counted<> Recording::ProxyFor(QuorlDispatch* object, Side side, const Name& clas
   entry.object = ++last_number_;
   entry.name = class_name;
   Put(Written(entry));
-  known = proxy.get();
+  proxies_[{side, object}] = proxy.get();
   return Counted<>::Adopt(proxy.release());
 }
 
@@ -388,15 +395,17 @@ void Recording::Cross(ObjectValue& object, Side giver, std::vector<Counted<>>& m
     if (given->ObjectSide() != giver) object.pointer = given->Inner();
     return;
   }
-  {
+  Counted<> proxy;
+  if (giver == Side::kHost) {
+    proxy = ProxyFor(object.pointer, giver, {});
+  } else {
     const std::scoped_lock lock(mutex_);
-    const auto known = proxies_.find({giver, object.pointer});
-    // An object that the component made by itself is none of the log's.
-    if (giver == Side::kComponent && (known == proxies_.end() || known->second == nullptr)) return;
+    proxy = KnownProxy({giver, object.pointer});
   }
-  made.push_back(ProxyFor(object.pointer, giver, {}));
-  object.pointer = made.back().Get();
+  if (!proxy) return;  // one that the component made by itself is none of the log's
+  object.pointer = proxy.Get();
   object.number = Proxy::Behind(object.pointer, *this)->Number();
+  made.push_back(std::move(proxy));
 }
 
 std::uint32_t Recording::Discount(Proxy& proxy, std::uint32_t& count) noexcept {

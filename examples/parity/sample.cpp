@@ -4,7 +4,7 @@
 //   parity_sample FILE
 #include <algorithm>
 #include <array>
-#include <cstdio>
+#include <iostream>
 #include <map>
 #include <random>
 #include <string>
@@ -24,7 +24,7 @@ namespace {
 using namespace parity;
 
 // The standard fixes this engine's numbers: the same log on every machine.
-std::mt19937_64 engine(20261123);
+std::mt19937_64 engine(20261123);  // NOLINT(cert-msc32-c,cert-msc51-cpp)
 std::size_t Pick(std::size_t count) { return engine() % count; }
 bool OneIn(std::size_t chances) { return Pick(chances) == 0; }
 
@@ -200,7 +200,7 @@ const Pool kOthers{"Empty",
                    "Date -1.25",
                    "Nothing",
                    "Error 80020005",
-                   "String[0..1] (\"a\" \"b\")",
+                   R"(String[0..1] ("a" "b"))",
                    "Byte[0..3] (1 2 0 255)",
                    "Variant[1..2,0..1] (Empty \"x\" Int16 3 Null)",
                    "Int32[0..-1] ()",
@@ -380,7 +380,7 @@ bool Exercise(ParityRecorder* recorder, const Share& share, QuorlDispatch* regis
 
 int main(int count, char** values) {
   if (count != 2) {
-    std::fputs("usage: parity_sample FILE\n", stderr);
+    std::cerr << "usage: parity_sample FILE\n";
     return 2;
   }
   const Header header = ReadLog(std::string(kFirstLine) + '\n' + kHeader).header;
