@@ -85,8 +85,10 @@ class Player {
     return next->outcome.number;
   }
 
-  /// The answer of the log to a call of a host's object; null for one that the log has not here.
+  /// The answer of the log to a call of a host's object; null for one that the log has not here, or
+  /// that is made outside of any call.
   const Outcome* Answer(Entry& made) {
+    if (asked_.empty()) return nullptr;
     for (Argument& argument : made.arguments) Number(argument.value);
     Asked& asked = asked_.back();
     const Entry* const next = Expected();
@@ -231,6 +233,7 @@ class Player {
   }
 
   const Entry* Expected() const {
+    if (asked_.empty()) return nullptr;
     const Asked& asked = asked_.back();
     const auto& body = asked.call->body;
     return asked.is_lost || asked.at == body.size() ? nullptr : &body[asked.at];
