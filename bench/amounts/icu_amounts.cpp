@@ -1,21 +1,20 @@
-// The table that `amount_in_words --file FILE` writes, by a host of ICU: reference, date, the
-// amount in figures by the language's locale, currency, language, and the amount in words by ICU's
-// spell-out rules. It takes files of the common form alone: UTF-8, commas, no quotes, an amount
-// with a point and two decimals, euros.
+// The table that `amount_in_words --file FILE` writes, by a host of ICU that keeps its texts in
+// ICU's own form as that one does in Quorl's: reference, date, the amount in figures by the
+// language's locale, currency, language, and the amount in words by ICU's spell-out rules. A line
+// has five fields with commas between, quotes around one that needs them, and euros; it is UTF-8,
+// and an amount has a point and two decimals. Of any other line the program tells the number.
 #include <unicode/decimfmt.h>
 #include <unicode/rbnf.h>
 
-#include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
-#include <map>
 #include <memory>
+#include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -26,9 +25,8 @@ using icu::UnicodeString;
 // What one language needs, made once.
 class Writer {
  public:
-  Writer(const char* locale, std::string_view unit, std::string_view units,
-         std::string_view sub_unit, std::string_view sub_units)
-      : names_{unit, units, sub_unit, sub_units} {
+  Writer(const char* language, const char* locale, std::array<const char16_t*, 4> names)
+      : language_(language), names_{names[0], names[1], names[2], names[3]} {
     UErrorCode status = U_ZERO_ERROR;
     words_ =
         std::make_unique<RuleBasedNumberFormat>(icu::URBNF_SPELLOUT, icu::Locale(locale), status);
@@ -39,88 +37,87 @@ class Writer {
     figures_->setMaximumFractionDigits(2);
   }
 
-  std::string Figures(std::string_view amount) const {
-    UErrorCode status = U_ZERO_ERROR;
-    UnicodeString text;
-    const icu::StringPiece digits(amount.data(), static_cast<std::int32_t>(amount.size()));
-    std::string figures;
-    figures_->format(digits, text, nullptr, status).toUTF8String(figures);
-    return figures;
+  const UnicodeString& Language() const { return language_; }
+  UnicodeString Figures(std::int64_t hundredths) const {
+    UnicodeString figures;
+    // A Double holds every amount of such a file to the hundredth.
+    return figures_->format(static_cast<double>(hundredths) / 100, figures);
   }
-  std::string Words(std::int64_t hundredths) const {
+  UnicodeString Words(std::int64_t hundredths) const {
     const std::int64_t whole = hundredths / 100;
     const std::int64_t rest = hundredths % 100;
-    std::string words;
-    Append(whole, names_[whole > 1 ? 1 : 0], words);
-    if (rest != 0) Append(rest, names_[rest > 1 ? 3 : 2], words.append(" "));
+    UnicodeString words;
+    words_->format(whole, words).append(u' ').append(names_[whole > 1 ? 1 : 0]);
+    if (rest == 0) return words;
+    words_->format(rest, words.append(u' ')).append(u' ').append(names_[rest > 1 ? 3 : 2]);
     return words;
   }
 
  private:
-  void Append(std::int64_t number, std::string_view name, std::string& words) const {
-    UnicodeString text;
-    words_->format(number, text).toUTF8String(words);
-    words.append(" ").append(name);
-  }
-
+  UnicodeString language_;
   std::unique_ptr<RuleBasedNumberFormat> words_;
   std::unique_ptr<DecimalFormat> figures_;
-  std::array<std::string_view, 4> names_;
+  std::array<UnicodeString, 4> names_;
 };
 
-const Writer& WriterOf(std::string_view language) {
-  static const std::map<std::string_view, Writer> writers = [] {
-    std::map<std::string_view, Writer> made;
-    made.try_emplace("FR", "fr_FR", "euro", "euros", "cent", "cents");
-    made.try_emplace("UK", "en_GB", "euro", "euros", "cent", "cents");
-    made.try_emplace("NL", "nl_NL", "euro", "euro", "cent", "cent");
-    made.try_emplace("DE", "de_DE", "Euro", "Euro", "Cent", "Cent");
-    return made;
-  }();
-  const auto found = writers.find(language);
-  if (found == writers.end()) std::exit(2);
-  return found->second;
+const Writer* WriterOf(const UnicodeString& language) {
+  static const std::array<Writer, 4> writers{{
+      {"FR", "fr_FR", {u"euro", u"euros", u"cent", u"cents"}},
+      {"UK", "en_GB", {u"euro", u"euros", u"cent", u"cents"}},
+      {"NL", "nl_NL", {u"euro", u"euro", u"cent", u"cent"}},
+      {"DE", "de_DE", {u"Euro", u"Euro", u"Cent", u"Cent"}},
+  }};
+  for (const Writer& writer : writers) {
+    if (writer.Language() == language) return &writer;
+  }
+  return nullptr;
 }
 
-// Characters of a UTF-8 text.
-std::size_t LengthOf(std::string_view text) {
-  return static_cast<std::size_t>(
-      std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+std::vector<UnicodeString> FieldsOf(const UnicodeString& line) {
+  std::vector<UnicodeString> fields(1);
+  bool quoted = false;
+  for (std::int32_t at = 0; at < line.length(); ++at) {
+    if (line[at] == u'"') {
+      quoted = !quoted;
+    } else if (line[at] == u',' && !quoted) {
+      fields.emplace_back();
+    } else {
+      fields.back().append(line[at]);
+    }
+  }
+  return fields;
 }
 
-void Cell(std::string_view content, std::size_t width, bool right, std::string& row) {
-  const std::size_t length = LengthOf(content);
-  const std::size_t blanks = length < width ? width - length : 0;
-  if (right) row.append(blanks, ' ');
-  row.append(content);
-  if (!right) row.append(blanks, ' ');
-  row += ' ';
-}
-
-std::int64_t HundredthsOf(std::string_view amount) {
-  std::string digits(amount);
-  std::erase(digits, '.');
+std::optional<std::int64_t> HundredthsOf(const UnicodeString& amount) {
+  const std::int32_t point = amount.length() - 3;
+  if (point < 1 || point > 14) return std::nullopt;
   std::int64_t hundredths = 0;
-  std::from_chars(digits.data(), digits.data() + digits.size(), hundredths);
+  for (std::int32_t at = 0; at < amount.length(); ++at) {
+    const bool is_digit = amount[at] >= u'0' && amount[at] <= u'9';
+    if (at == point ? amount[at] != u'.' : !is_digit) return std::nullopt;
+    if (is_digit) hundredths = hundredths * 10 + (amount[at] - u'0');
+  }
   return hundredths;
 }
 
-void WriteRow(std::string_view line, std::string& row) {
-  std::array<std::string_view, 5> fields;
-  for (std::string_view& field : fields) {
-    const std::size_t end = line.find(',');
-    field = line.substr(0, end);
-    line.remove_prefix(end == std::string_view::npos ? line.size() : end + 1);
+bool WriteRow(const std::string& line) {
+  std::vector<UnicodeString> fields = FieldsOf(UnicodeString::fromUTF8(line));
+  if (fields.size() != 5 || fields[3] != u"EUR") return false;
+  const std::optional<std::int64_t> hundredths = HundredthsOf(fields[2]);
+  const Writer* const writer = WriterOf(fields[4]);
+  if (!hundredths || writer == nullptr) return false;
+  UnicodeString figures = writer->Figures(*hundredths);
+  figures.padLeading(25);
+  for (const int left : {0, 1}) fields[static_cast<std::size_t>(left)].padTrailing(10);
+  for (const int left : {3, 4}) fields[static_cast<std::size_t>(left)].padTrailing(3);
+  UnicodeString row = fields[0];
+  for (const UnicodeString& cell :
+       {fields[1], figures, fields[3], fields[4], writer->Words(*hundredths)}) {
+    row.append(u' ').append(cell);
   }
-  const Writer& writer = WriterOf(fields[4]);
-  row.clear();
-  Cell(fields[0], 10, false, row);
-  Cell(fields[1], 10, false, row);
-  Cell(writer.Figures(fields[2]), 25, true, row);
-  Cell(fields[3], 3, false, row);
-  Cell(fields[4], 3, false, row);
-  row += writer.Words(HundredthsOf(fields[2]));
-  row += '\n';
+  std::string bytes;
+  std::cout << row.append(u'\n').toUTF8String(bytes);
+  return true;
 }
 
 }  // namespace
@@ -133,10 +130,12 @@ int main(int count, char** arguments) {
   }
   std::ios::sync_with_stdio(false);
   std::string line;
-  std::string row;
   std::getline(file, line);  // The heading.
-  while (std::getline(file, line)) {
-    WriteRow(line, row);
-    std::cout << row;
+  bool good = true;
+  for (int number = 2; std::getline(file, line); ++number) {
+    if (WriteRow(line)) continue;
+    std::cerr << "line " << number << " cannot be read\n";
+    good = false;
   }
+  return good && std::cout.flush() ? 0 : 1;
 }
