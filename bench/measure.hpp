@@ -57,7 +57,8 @@ class Counted {
   Counted& operator=(const Counted&) = delete;
   void End(const std::string& name, std::int64_t calls) const {
     CALLGRIND_TOGGLE_COLLECT;
-    CALLGRIND_DUMP_STATS_AT((name + "@" + std::to_string(calls)).c_str());
+    const std::string row_and_calls = name + "@" + std::to_string(calls);
+    CALLGRIND_DUMP_STATS_AT(row_and_calls.c_str());
   }
 };
 

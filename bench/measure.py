@@ -12,6 +12,7 @@ import re
 import shutil
 import subprocess
 import sys
+import time
 
 import plot
 import tables
@@ -55,6 +56,21 @@ def invoices(folder, lines):
     return path
 
 
+def run_whole(command):
+    """CPU time in nanoseconds and the most memory in megabytes; a process that has ended tells the
+    latter no more, and its parent would be told its own."""
+    process = subprocess.Popen(command, stdout=subprocess.DEVNULL)
+    memory, ended = 0, 0
+    while not ended:
+        status = pathlib.Path(f"/proc/{process.pid}/status").read_text()
+        memory = max([memory, *map(int, re.findall(r"^VmHWM:\s*(\d+) kB", status, re.M))])
+        time.sleep(0.005)
+        ended, code, used = os.wait4(process.pid, os.WNOHANG)
+    if code != 0:
+        sys.exit(f"{command[0]} failed")
+    return (used.ru_utime + used.ru_stime) * 1e9, memory / 1024
+
+
 def run_amounts(folder, programs, figures):
     """Whole processes, which read a file and write to nowhere."""
     work = "amount_in_words --file, N lines"
@@ -62,13 +78,9 @@ def run_amounts(folder, programs, figures):
         path = invoices(folder, lines)
         for who, program in programs * 3:
             tell(f"{program}, {lines:,} lines ...")
-            process = subprocess.Popen([program, *["--file"] * (who == "Quorl"), path],
-                                       stdout=subprocess.DEVNULL)
-            _, status, used = os.wait4(process.pid, 0)
-            if status != 0:
-                sys.exit(f"{program} failed")
-            figures.add(f"{work}: time", who, lines, (used.ru_utime + used.ru_stime) * 1e9)
-            figures.add(f"{work}: MB of memory", who, lines, used.ru_maxrss / 1024)
+            cpu_time, memory = run_whole([program, *["--file"] * (who == "Quorl"), path])
+            figures.add(f"{work}: time", who, lines, cpu_time)
+            figures.add(f"{work}: MB of memory", who, lines, memory, better=max)
 
 
 def measure(folder, programs, whole):

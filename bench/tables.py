@@ -35,7 +35,7 @@ def verdict(goal, quorl, limit):
 
 
 def ratio(number):
-    return f"{number:.0f}" if number >= 99.5 else f"{number:.1f}" if number >= 9.95 else f"{number:.2f}"
+    return f"{number:,.0f}" if number >= 99.5 else f"{number:#.2g}" if number < 9.95 else f"{number:.1f}"
 
 
 def shown(cost, work):

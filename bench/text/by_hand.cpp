@@ -2,7 +2,6 @@
 // and the C library's copy and search of memory.
 #include <algorithm>
 #include <cstring>
-#include <iterator>
 
 #include "bench/text/inputs.hpp"
 
@@ -24,14 +23,17 @@ String Token(StringView text, char16_t separator, int index) {
 }
 
 String Replaced(StringView text) {
-  String replaced(text);
-  const std::size_t at = replaced.find(kOld);
-  return at == String::npos ? replaced : replaced.replace(at, kOld.size(), kNew);
+  const std::size_t at = text.find(kOld);
+  if (at == StringView::npos) return String(text);
+  String replaced;
+  replaced.reserve(text.size() - kOld.size() + kNew.size());
+  return replaced.append(text.substr(0, at)).append(kNew).append(text.substr(at + kOld.size()));
 }
 
 String Padded(StringView text) {
-  String padded(20 - std::min<std::size_t>(text.size(), 20), u'*');
-  return padded.append(text);
+  String padded(20, u'*');
+  std::copy(text.begin(), text.end(), padded.end() - std::ssize(text));
+  return padded;
 }
 
 String Shortened(StringView text) {
@@ -47,10 +49,13 @@ String Trimmed(StringView text) {
 }
 
 String Digits(StringView text) {
-  String digits;
-  digits.reserve(text.size());
-  std::ranges::copy_if(text, std::back_inserter(digits),
-                       [](char16_t unit) { return unit >= u'0' && unit <= u'9'; });
+  String digits(text.size(), u'\0');
+  std::size_t count = 0;
+  for (const char16_t unit : text) {
+    digits[count] = unit;
+    count += unit >= u'0' && unit <= u'9' ? 1 : 0;
+  }
+  digits.resize(count);
   return digits;
 }
 
