@@ -4,7 +4,7 @@ import math
 
 ROW, LEFT, WIDTH, TOP = 18, 430, 480, 46
 LOW, HIGH = 0.1, 100.0
-MET, MISSED, INK = "#2f7d4f", "#c0792a", "#333"
+MET, MISSED, NO_GOAL, INK = "#2f7d4f", "#c0792a", "#9aa3ab", "#333"
 
 
 def x_of(times):
@@ -23,22 +23,23 @@ def grid(height):
         yield text(x, TOP - 12, f"{10.0 ** power:g}", "middle")
 
 
-def bar(y, label, who, times, met):
+def bar(y, label, who, times, verdicts):
     start, end = sorted((x_of(1.0), x_of(times)))
+    colour = MISSED if "missed" in verdicts else MET if verdicts else NO_GOAL
     yield text(LEFT - 8, y + 12, f"{label}: {who}", "end")
     yield (f'<rect x="{start:.1f}" y="{y + 2}" width="{end - start:.1f}" height="{ROW - 5}" '
-           f'fill="{MET if met else MISSED}"/>')
+           f'fill="{colour}"/>')
     yield text(end + 5, y + 12, f"{times:.3g}")
 
 
 def bars(rows):
-    """`rows` of label, peer, how many times as long as Quorl it takes, and whether no goal is missed."""
+    """`rows` of label, peer, how many times as long as Quorl it takes, and what became of goals."""
     height = TOP + ROW * len(rows) + 12
     parts = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{LEFT + WIDTH + 60}" height="{height}" '
              f'font-family="sans-serif" font-size="11" fill="{INK}">',
-             f'<rect width="100%" height="100%" fill="#fff"/>',
+             '<rect width="100%" height="100%" fill="#fff"/>',
              text(12, 18, "Peer's cost / Quorl's: right of 1 Quorl is ahead. "
-                  "Green: no goal missed; ochre: a goal missed."), *grid(height)]
+                  "Green: the goal is met; ochre: it is missed; grey: there is none."), *grid(height)]
     for i, row in enumerate(rows):
         parts += bar(TOP + ROW * i, *row)
     return "\n".join(parts) + "\n</svg>\n"

@@ -31,7 +31,7 @@ def limit_of(goal, peers):
 def verdict(goal, quorl, limit):
     if quorl <= limit:
         return f"{goal}: met"
-    return f"{goal}: missed" + (f", {ratio(quorl / limit)} times that" if limit else "")
+    return f"{goal}: missed" + (f", {quorl / limit:.2f} times that" if limit else "")
 
 
 def ratio(number):
@@ -54,7 +54,7 @@ def table(heading, rows):
 
 
 def comparison(figures, goals):
-    """The table of Quorl beside its peers, and its bars: label, peer, ratio, whether no goal is missed.
+    """The table of Quorl beside its peers, and its bars: label, peer, ratio, what became of goals.
     A work without a peer and without a goal is no row of it."""
     rows, bars = [], []
     for work, by_who in figures.costs.items():
@@ -74,7 +74,7 @@ def comparison(figures, goals):
                                    ratio(times) if times else "", "; ".join(verdicts.get(who, []))])
                 own = ["", "", ""]
                 if times:
-                    bars.append((label, who, times, "missed" not in rows[-1][-1]))
+                    bars.append((label, who, times, rows[-1][-1]))
     return table(["Work", "Quorl", "instructions", "Peer", "its cost", "instructions", "peer / Quorl",
                   "Goal, the most Quorl may take"], rows), bars
 
