@@ -174,15 +174,15 @@ String Registry::KeyFullName(const Variant& KeyName) const {
 
 Boolean Registry::KeyExists(const Variant& KeyName) const {
   return WithinMemory([&] {
-    const RegistryCall call(*this, u"KeyExists", {KeyName});
-    return static_cast<bool>(call.OpenIfThere(KeyName, kReadValues));
+    const RegistryCall call(hkey_, u"KeyExists", {KeyName});
+    return static_cast<bool>(call.OpenIfThere(ToAnsi(KeyFullName(KeyName)), kReadValues));
   });
 }
 
 Variant Registry::GetValue(StringView KeyName, StringView ValueName, const Variant& Default) const {
   return WithinMemory([&]() -> Variant {
-    const RegistryCall call(*this, u"GetValue", {KeyName, ValueName, Default});
-    const OpenKey key = call.OpenIfThere(KeyName, kReadValues);
+    const RegistryCall call(hkey_, u"GetValue", {KeyName, ValueName, Default});
+    const OpenKey key = call.OpenIfThere(PathBelow(root_key_name_, KeyName), kReadValues);
     return key ? ReadValue(call, key, ValueName, Default) : Default;
   });
 }
@@ -191,16 +191,16 @@ void Registry::SaveValue(StringView KeyName, StringView ValueName, const Variant
                          RegTypeEnum dataType) {
   WithinMemory([&] {
     const Variant type(Int32{dataType});
-    const RegistryCall call(*this, u"SaveValue", {KeyName, ValueName, Value, type});
-    const OpenKey key = call.Create(KeyName, kSetValues);
+    const RegistryCall call(hkey_, u"SaveValue", {KeyName, ValueName, Value, type});
+    const OpenKey key = call.Create(PathBelow(root_key_name_, KeyName), kSetValues);
     WriteValue(call, key, ValueName, dataType == REG_NONE ? TypeFor(Value) : dataType, Value);
   });
 }
 
 void Registry::DeleteValue(StringView KeyName, StringView ValueName) {
   WithinMemory([&] {
-    const RegistryCall call(*this, u"DeleteValue", {KeyName, ValueName});
-    const OpenKey key = call.Open(KeyName, kSetValues);
+    const RegistryCall call(hkey_, u"DeleteValue", {KeyName, ValueName});
+    const OpenKey key = call.Open(PathBelow(root_key_name_, KeyName), kSetValues);
     call.RequireDone(RegDeleteValueA(key.Handle(), ToAnsi(ValueName)));
   });
 }

@@ -64,7 +64,8 @@ Variant ArrayOf(std::vector<String> texts) {
 // The walk keeps its own stack, so that its depth is limited by memory alone.
 class Walk {
  public:
-  Walk(const Registry& registry, Int32 levels) : registry_(registry), levels_(levels) {}
+  Walk(HKeyEnum hkey, StringView root_key_name, Int32 levels)
+      : hkey_(hkey), root_key_name_(root_key_name), levels_(levels) {}
   Walk(const Walk&) = delete;
   Walk& operator=(const Walk&) = delete;
   // The deepest key is closed first.
@@ -96,7 +97,7 @@ class Walk {
     const std::size_t place = names_.size();
     names_.push_back(std::move(key_name));
     const RegistryCall call = CallUnderWay();
-    OpenKey key = call.Open(names_.back(), kReadValues | kListSubkeys);
+    OpenKey key = call.Open(PathBelow(root_key_name_, names_.back()), kReadValues | kListSubkeys);
     KeyInfo info;
     if (GoesBelow()) call.RequireDone(QueryInfo(key.Handle(), info));
     open_.push_back({std::move(key), place, info});
@@ -125,9 +126,10 @@ class Walk {
 
   // Each key entered is a call of its own, and a failure names the last one, that of a key above it
   // included.
-  RegistryCall CallUnderWay() const { return {registry_, u"doGetSubKeys", {names_.back()}}; }
+  RegistryCall CallUnderWay() const { return {hkey_, u"doGetSubKeys", {names_.back()}}; }
 
-  const Registry& registry_;
+  HKeyEnum hkey_;
+  StringView root_key_name_;
   Int32 levels_;
   std::vector<String> names_;
   std::vector<Level> open_;
@@ -137,8 +139,8 @@ class Walk {
 
 Variant Registry::GetAllValues(StringView KeyName) const {
   return WithinMemory([&]() -> Variant {
-    const RegistryCall call(*this, u"GetAllValues", {KeyName});
-    const OpenKey key = call.Open(KeyName, kReadValues);
+    const RegistryCall call(hkey_, u"GetAllValues", {KeyName});
+    const OpenKey key = call.Open(PathBelow(root_key_name_, KeyName), kReadValues);
     KeyInfo info;
     call.RequireDone(QueryInfo(key.Handle(), info));
     if (info.values < 1) return Empty;
@@ -157,22 +159,22 @@ Variant Registry::GetAllValues(StringView KeyName) const {
 }
 
 Variant Registry::GetSubKeys(StringView KeyName, Int32 Levels) const {
-  return WithinMemory([&] { return ArrayOf(Walk(*this, Levels).NamesFrom(KeyName)); });
+  return WithinMemory([&] { return ArrayOf(Walk(hkey_, root_key_name_, Levels).NamesFrom(KeyName)); });
 }
 
 void Registry::DeleteKey(StringView KeyName) {
   WithinMemory([&] {
-    const RegistryCall call(*this, u"DeleteKey", {KeyName});
-    const Int32 code = SHDeleteKeyA(hkey_, call.PathOf(KeyName));
+    const RegistryCall call(hkey_, u"DeleteKey", {KeyName});
+    const Int32 code = SHDeleteKeyA(hkey_, PathBelow(root_key_name_, KeyName));
     if (code != kAbsent) call.RequireDone(code);
   });
 }
 
 void Registry::CopyKey(StringView SourceKeyName, StringView DestinationKeyName) {
   WithinMemory([&] {
-    const RegistryCall call(*this, u"CopyKey", {SourceKeyName, DestinationKeyName});
-    const OpenKey destination = call.Create(DestinationKeyName, kAllAccess);
-    call.RequireDone(SHCopyKeyA(hkey_, call.PathOf(SourceKeyName), destination.Handle(), 0));
+    const RegistryCall call(hkey_, u"CopyKey", {SourceKeyName, DestinationKeyName});
+    const OpenKey destination = call.Create(PathBelow(root_key_name_, DestinationKeyName), kAllAccess);
+    call.RequireDone(SHCopyKeyA(hkey_, PathBelow(root_key_name_, SourceKeyName), destination.Handle(), 0));
   });
 }
 

@@ -24,6 +24,10 @@ struct FileInfo {
   unsigned owner = 0;
   unsigned group = 0;
   bool regular = false;  ///< Neither folder nor pipe nor device.
+  /// How many names the file has, and when its bytes, names or rights were changed last, by
+  /// whatever clock and as exactly as that tells. 0 where the file system does not tell.
+  std::uint64_t links = 0;
+  std::chrono::nanoseconds changed{0};
 
   bool SameFile(const FileInfo& other) const noexcept {
     return device == other.device && inode == other.inode;
@@ -81,6 +85,9 @@ class QUORL_API FileSystem {
   virtual int List(const std::string& path, std::vector<std::string>& names) = 0;
   /// Waits for about so long; how long it was.
   virtual std::chrono::microseconds Pause(std::chrono::microseconds duration) = 0;
+  /// A clock that only goes forward, right to some milliseconds and quickly read; where there is
+  /// none it stands still.
+  virtual std::chrono::nanoseconds Clock() const noexcept { return {}; }
 
   /// The file system of the machine. It lives until the process ends.
   static FileSystem& Posix();

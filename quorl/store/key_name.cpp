@@ -15,6 +15,7 @@ std::strong_ordering CompareNames(std::string_view left, std::string_view right)
   const auto& folded = internal::FoldedBytes();
   const std::size_t shared = std::min(left.size(), right.size());
   for (std::size_t i = 0; i < shared; ++i) {
+    if (left[i] == right[i]) continue;
     const auto order = folded[static_cast<unsigned char>(left[i])] <=>
                        folded[static_cast<unsigned char>(right[i])];
     if (std::is_neq(order)) return order;

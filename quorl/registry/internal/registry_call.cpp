@@ -4,41 +4,50 @@
 #include <span>
 
 #include "quorl/runtime/ansi.hpp"
+#include "quorl/store/key_name.hpp"
 #include "quorl/store/operations.hpp"
 
 namespace quorl::internal {
 
-RegistryCall::RegistryCall(const Registry& registry, StringView member,
+std::string PathBelow(StringView root_key_name, StringView key_name) {
+  std::string path;
+  path.reserve(root_key_name.size() + 1 + key_name.size());
+  const auto append = [&](StringView text) {
+    for (const char16_t unit : text) path += static_cast<char>(ToAnsi(unit));
+  };
+  append(root_key_name);
+  if (!key_name.empty()) path += kPathSeparator;
+  append(key_name);
+  return path;
+}
+
+RegistryCall::RegistryCall(HKeyEnum hkey, StringView member,
                            std::initializer_list<CallArgument> arguments)
-    : registry_(registry), member_(member), count_(arguments.size()) {
+    : hkey_(hkey), member_(member), count_(arguments.size()) {
   std::ranges::copy(arguments, arguments_.begin());
   if (!std::ranges::all_of(arguments, &CallArgument::SurelyHasText)) text_ = Text();
 }
 
-OpenKey RegistryCall::Open(const Variant& key_name, Int32 access) const {
-  OpenKey key = OpenIfThere(key_name, access);
+OpenKey RegistryCall::Open(std::string_view path, Int32 access) const {
+  OpenKey key = OpenIfThere(path, access);
   if (!key) RequireDone(kAbsent);
   return key;
 }
 
-OpenKey RegistryCall::OpenIfThere(const Variant& key_name, Int32 access) const {
+OpenKey RegistryCall::OpenIfThere(std::string_view path, Int32 access) const {
   KeyHandle handle = 0;
-  const Int32 code = RegOpenKeyExA(registry_.HKey(), PathOf(key_name), 0, access, &handle);
+  const Int32 code = RegOpenKeyExA(hkey_, path, 0, access, &handle);
   if (code == kAbsent) return OpenKey();
   RequireDone(code);
   return OpenKey(handle);
 }
 
-OpenKey RegistryCall::Create(const Variant& key_name, Int32 access) const {
+OpenKey RegistryCall::Create(std::string_view path, Int32 access) const {
   const SecurityRecord security;
   KeyHandle handle = 0;
-  RequireDone(RegCreateKeyExA(registry_.HKey(), PathOf(key_name), 0, "0", 0, access, &security,
-                              &handle, nullptr));
+  RequireDone(
+      RegCreateKeyExA(hkey_, path, 0, "0", 0, access, &security, &handle, nullptr));
   return OpenKey(handle);
-}
-
-std::string RegistryCall::PathOf(const Variant& key_name) const {
-  return ToAnsi(registry_.KeyFullName(key_name));
 }
 
 void RegistryCall::RequireDone(Int32 code) const {

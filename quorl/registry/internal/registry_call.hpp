@@ -4,30 +4,32 @@
 #include <array>
 #include <initializer_list>
 #include <string>
+#include <string_view>
 
 #include "quorl/registry/internal/store_failure.hpp"
-#include "quorl/registry/registry.hpp"
+#include "quorl/runtime/enumerations.hpp"
 #include "quorl/store/open_key.hpp"
 
 namespace quorl::internal {
 
-/// Opens the keys of one call, and raises a code of the store with that call in words. Refers to
-/// the instance and to the arguments.
+/// The path of a key below an instance's root, as the store has it. `KeyFullName` gives it as text.
+std::string PathBelow(StringView root_key_name, StringView key_name);
+
+/// Opens the keys of one call by their paths, and raises a code of the store with that call in
+/// words. Refers to the arguments.
 class RegistryCall {
  public:
   /// At most four arguments. One that may have no text is put in words now, so that its failure
   /// comes before anything happens in the store; all others only when the store fails.
-  RegistryCall(const Registry& registry, StringView member,
+  RegistryCall(HKeyEnum hkey, StringView member,
                std::initializer_list<CallArgument> arguments);
 
-  /// The key below the instance's root; code 2 is raised when it is absent.
-  OpenKey Open(const Variant& key_name, Int32 access) const;
+  /// The key; code 2 is raised when it is absent.
+  OpenKey Open(std::string_view path, Int32 access) const;
   /// The same, without a key when it is absent.
-  OpenKey OpenIfThere(const Variant& key_name, Int32 access) const;
+  OpenKey OpenIfThere(std::string_view path, Int32 access) const;
   /// The same, with every missing level made.
-  OpenKey Create(const Variant& key_name, Int32 access) const;
-  /// The path below the root key, as the store has it.
-  std::string PathOf(const Variant& key_name) const;
+  OpenKey Create(std::string_view path, Int32 access) const;
 
   /// Raises `code` unless it is 0.
   void RequireDone(Int32 code) const;
@@ -35,7 +37,7 @@ class RegistryCall {
  private:
   String Text() const;
 
-  const Registry& registry_;
+  HKeyEnum hkey_;
   StringView member_;
   std::array<CallArgument, 4> arguments_;
   std::size_t count_;

@@ -10,8 +10,10 @@ using enum ChangeStep::Kind;
 
 bool IsPlanned(const Key& key) noexcept { return key.StateNow() == Key::State::kPlanned; }
 
-std::unique_ptr<Value> CopyOf(const Value& value) {
-  return std::make_unique<Value>(value.name, value.type, value.data);
+void PutPlanned(Key& planned, std::unique_ptr<Value> value) {
+  if (Value* former = planned.FindValue(value->name)) return former->Take(*value);
+  planned.ReserveValues(1);
+  planned.Insert(std::move(value));
 }
 
 // Copies everything below `from`, which stays as it is, into `to`, which belongs to no tree.
@@ -20,7 +22,10 @@ void CopyBelow(const Key& from, Key& to) {
   while (!waiting.empty()) {
     const auto [source, copy] = waiting.back();
     waiting.pop_back();
-    source->ForEachValue([&, into = copy](const Value& value) { into->Insert(CopyOf(value)); });
+    copy->ReserveValues(source->ValueCount());
+    source->ForEachValue([into = copy](const Value& value) {
+      into->Insert(std::make_unique<Value>(value));
+    });
     source->ForEachSubkey([&, into = copy](const Key& subkey) {
       auto made = std::make_shared<Key>(subkey.Name());
       waiting.emplace_back(&subkey, made.get());
@@ -33,8 +38,16 @@ void CopyBelow(const Key& from, Key& to) {
 
 bool Change::OnlyRemoves() const noexcept {
   return std::ranges::all_of(steps_, [](const ChangeStep& step) {
-    return step.kind == kRemoveKey || step.kind == kRemoveValue;
+    return step.kind == kRemoveKey || step.kind == kRemoveValues;
   });
+}
+
+void Change::ReserveValues() const {
+  std::map<Key*, std::size_t> values;
+  for (const ChangeStep& step : steps_) {
+    if (step.kind != kPutValues) continue;
+    step.key->ReserveValues(values[step.key.get()] += step.values.size());
+  }
 }
 
 void Change::Apply(KeyTree& tree) noexcept {
@@ -50,11 +63,11 @@ void Change::Apply(KeyTree& tree) noexcept {
         if (gone) tree.Remove(made);
         break;
       }
-      case kPutValue:
-        tree.Put(*step.key, std::move(step.value));
+      case kPutValues:
+        for (auto& value : step.values) tree.Put(*step.key, std::move(value));
         break;
-      case kRemoveValue:
-        tree.RemoveValue(*step.key, step.value->name);
+      case kRemoveValues:
+        for (const auto& value : step.values) tree.RemoveValue(*step.key, value->name);
         break;
       case kRemoveKey:
         tree.Remove(*step.key);
@@ -116,9 +129,8 @@ void ChangePlan::PutValue(Key& key, std::string_view name, Int32 type, std::stri
   is_needed_ = true;
   if (IsAnswered()) return;
   auto value = std::make_unique<Value>(name, type, data);
-  if (IsPlanned(key)) return key.Put(std::move(value));
-  with_new_values_.insert(&key);
-  change_.steps_.push_back({.kind = kPutValue, .key = key.Self(), .value = std::move(value)});
+  if (IsPlanned(key)) return PutPlanned(key, std::move(value));
+  StepOn(key, kPutValues).values.push_back(std::move(value));
 }
 
 void ChangePlan::RemoveValue(Key& key, std::string_view name) {
@@ -129,9 +141,18 @@ void ChangePlan::RemoveValue(Key& key, std::string_view name) {
   }
   if (value == nullptr && !with_new_values_.contains(&key)) return;
   is_needed_ = true;
-  change_.steps_.push_back({.kind = kRemoveValue,
-                            .key = key.Self(),
-                            .value = std::make_unique<Value>(name, 0, std::string_view{})});
+  StepOn(key, kRemoveValues).values.push_back(
+      std::make_unique<Value>(name, 0, std::string_view{}));
+}
+
+// The step under way, or a new one when that does something else or with another key.
+ChangeStep& ChangePlan::StepOn(Key& key, ChangeStep::Kind kind) {
+  auto& steps = change_.steps_;
+  if (!steps.empty() && steps.back().kind == kind && steps.back().key.get() == &key) {
+    return steps.back();
+  }
+  if (kind == kPutValues) with_new_values_.insert(&key);
+  return steps.emplace_back(ChangeStep{.kind = kind, .key = key.Self()});
 }
 
 void ChangePlan::RemoveKey(Key& key) {
@@ -174,29 +195,42 @@ bool ChangePlan::HasValues(const Key& key) const {
   key.ForEachValue([&](const Value& value) { hashes.insert(value.hash); });
   for (const ChangeStep& step : change_.steps_) {
     if (step.key.get() != &key) continue;
-    if (step.kind == kPutValue) hashes.insert(step.value->hash);
-    if (step.kind == kRemoveValue) hashes.erase(step.value->hash);
+    for (const auto& value : step.values) {
+      if (step.kind == kPutValues) hashes.insert(value->hash);
+      if (step.kind == kRemoveValues) hashes.erase(value->hash);
+    }
     if (step.kind == kRemoveKey) hashes.clear();
   }
   return !hashes.empty();
 }
 
-void ChangePlan::Merge(const Key& source, Key& into) {
+void ChangePlan::Merge(const Key& source, Key* detached, Key& into) {
+  struct Pair {
+    const Key* from;
+    Key* detached;  // The same where it may lose what it holds.
+    Key* to;
+  };
   if (&source == &into) return;
-  std::vector<std::pair<const Key*, Key*>> waiting{{&source, &into}};
-  while (!waiting.empty()) {
-    const auto [from, to] = waiting.back();
+  if (purpose_ == Purpose::kAsking) detached = nullptr;
+  std::vector<Pair> waiting{{&source, detached, &into}};
+  while (!waiting.empty() && !IsAnswered()) {
+    const Pair pair = waiting.back();
     waiting.pop_back();
-    if (IsPlanned(*to) && to->IsEmpty()) {
-      CopyBelow(*from, *to);
+    if (IsPlanned(*pair.to) && pair.to->IsEmpty()) {
+      if (pair.detached != nullptr) {
+        pair.to->TakeContent(*pair.detached);
+      } else {
+        CopyBelow(*pair.from, *pair.to);
+      }
       continue;
     }
-    from->ForEachValue(
-        [&, key = to](const Value& value) { PutValue(*key, value.name, value.type, value.data); });
-    if (IsAnswered()) return;
-    from->ForEachSubkey([&, key = to](const Key& subkey) {
-      Key* there = FindSubkey(*key, subkey.Name());
-      waiting.emplace_back(&subkey, there == nullptr ? &Create(*key, subkey.Name()) : there);
+    pair.from->ForEachValue([&](const Value& value) {
+      if (!IsAnswered()) PutValue(*pair.to, value.name, value.type, value.data);
+    });
+    pair.from->ForEachSubkey([&](Key& subkey) {
+      Key* there = FindSubkey(*pair.to, subkey.Name());
+      waiting.push_back({&subkey, pair.detached == nullptr ? nullptr : &subkey,
+                         there == nullptr ? &Create(*pair.to, subkey.Name()) : there});
     });
   }
 }

@@ -20,17 +20,17 @@ namespace quorl::internal {
 /// One step of a change.
 struct ChangeStep {
   enum class Kind : std::uint8_t {
-    kNone,         ///< A step that a later one took back.
-    kInsertKey,    ///< `key` gets the new subkey `made`, with all below it.
-    kPutValue,     ///< `key` gets `value`, or has the one of its name replaced.
-    kRemoveValue,  ///< `key` loses the value that is called as `value` is.
-    kRemoveKey,    ///< `key` goes with all below it; of the root, all that it holds.
+    kNone,          ///< A step that a later one took back.
+    kInsertKey,     ///< `key` gets the new subkey `made`, with all below it.
+    kPutValues,     ///< `key` gets `values`, or has those of their names replaced.
+    kRemoveValues,  ///< `key` loses the values that are called as `values` are.
+    kRemoveKey,     ///< `key` goes with all below it; of the root, all that it holds.
   };
   Kind kind = Kind::kNone;
   std::shared_ptr<Key> key;  ///< Of the tree.
   std::shared_ptr<Key> made{};
   Weight weight{};  ///< Of `made` and all below it.
-  std::unique_ptr<Value> value{};
+  std::vector<std::unique_ptr<Value>> values{};
 };
 
 /// A change that only needs to be made.
@@ -43,8 +43,10 @@ class Change {
   /// The new keys in the order in which they get their numbers.
   const std::vector<Key*>& MadeKeys() const noexcept { return made_keys_; }
 
-  /// Makes the change in `tree`, which is as it was when the change was planned. The tree must have
-  /// room for the numbers of the new keys.
+  /// Makes room in the keys of the tree for the values that the change brings.
+  void ReserveValues() const;
+  /// Makes the change in `tree`, which is as it was when the change was planned. It must have room
+  /// for the values and, if keys have numbers there, for those of the new keys.
   void Apply(KeyTree& tree) noexcept;
 
  private:
@@ -86,7 +88,9 @@ class ChangePlan {
   /// Whether the key has neither values nor subkeys.
   bool IsEmpty(const Key& key) const;
   /// Puts the values and subkeys of `source`, a key of whatever tree, into `into`.
-  void Merge(const Key& source, Key& into);
+  void Merge(const Key& source, Key& into) { Merge(source, nullptr, into); }
+  /// The same with a key of no tree, which may lose what it holds when the change is to be made.
+  void MergeDetached(Key& source, Key& into) { Merge(source, &source, into); }
 
   /// What was planned. The plan is used up.
   Change Finish();
@@ -98,6 +102,8 @@ class ChangePlan {
     bool operator<(const Place& other) const noexcept;
   };
 
+  ChangeStep& StepOn(Key& key, ChangeStep::Kind kind);
+  void Merge(const Key& source, Key* detached, Key& into);
   void Forget(Key& planned);
   bool HasValues(const Key& key) const;
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <unordered_map>
+#include <vector>
 
 #include "quorl/store/internal/hive.hpp"
 #include "quorl/store/store.hpp"
@@ -37,8 +37,20 @@ class HandleTable {
   void ReleaseAfterFork() noexcept { mutex_.unlock(); }
 
  private:
+  // A hash table whose rows are a power of two, at most half of them used: a handle's row is the
+  // one of its lowest bits, or the next free one after it.
+  struct Row {
+    KeyHandle handle = 0;  // 0 where the row is free.
+    std::shared_ptr<OpenedKey> opened{};
+  };
+
+  std::size_t RowOf(KeyHandle handle) const noexcept;
+  std::size_t After(std::size_t row) const noexcept { return (row + 1) & (rows_.size() - 1); }
+  void Grow();
+
   mutable std::mutex mutex_;
-  std::unordered_map<KeyHandle, std::shared_ptr<OpenedKey>> open_;
+  std::vector<Row> rows_ = std::vector<Row>(16);
+  std::size_t count_ = 0;
   KeyHandle last_ = 0;
 };
 

@@ -39,7 +39,8 @@ class Hive {
   /// Looks at the content, and returns a code.
   using Look = FunctionRef<StoreStatus(const HiveContent&)>;
   /// Plans a change of the content as it stands, or nothing when none is needed, and returns a
-  /// code. It may be called more than once for one change, each time with an empty plan.
+  /// code. It is called at most once to make the change, and before that any number of times to ask
+  /// for it, each time with an empty plan.
   using Plan = FunctionRef<StoreStatus(const HiveContent&, ChangePlan&)>;
 
   Hive() = default;

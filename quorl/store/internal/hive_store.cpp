@@ -307,7 +307,7 @@ Int32 HiveStore::CopyTree(KeyHandle root, std::string_view source, KeyHandle des
     };
     // Within one hive the source is taken as it stands when the change is made; from another hive a
     // copy comes along.
-    std::shared_ptr<const Key> copy;
+    std::shared_ptr<Key> copy;
     if (base->hive != to->hive) {
       const auto status = base->hive->Read(Freshness::kUpToDate, [&](const HiveContent& content) {
         const Key* found = nullptr;
@@ -320,8 +320,9 @@ Int32 HiveStore::CopyTree(KeyHandle root, std::string_view source, KeyHandle des
     return to->hive->Write([&](const HiveContent& content, ChangePlan& changes) {
       Key* into = Resolve(*to, content);
       if (into == nullptr) return kKeyDeleted;
-      const Key* from = copy.get();
-      const StoreStatus status = copy == nullptr ? find_source(content, from) : kDone;
+      if (copy != nullptr) return changes.MergeDetached(*copy, *into), kDone;
+      const Key* from = nullptr;
+      const StoreStatus status = find_source(content, from);
       if (status == kDone) changes.Merge(*from, *into);
       return status;
     });

@@ -150,9 +150,11 @@ void TransactionWriter::Append(const Change& change, std::uint32_t next_key) {
         std::reverse(waiting.begin() + static_cast<std::ptrdiff_t>(first), waiting.end());
       }
     }
-    if (step.kind == kPutValue) AppendValue(key, *step.value);
-    if (step.kind == kRemoveValue) {
-      AppendRecord(RecordKind::kDeleteValue, key, step.value->name, 0, {});
+    for (const auto& value : step.values) {
+      if (step.kind == kPutValues) AppendValue(key, *value);
+      if (step.kind == kRemoveValues) {
+        AppendRecord(RecordKind::kDeleteValue, key, value->name, 0, {});
+      }
     }
     if (step.kind == kRemoveKey) AppendRecord(RecordKind::kDeleteKey, key, {}, 0, {});
   }

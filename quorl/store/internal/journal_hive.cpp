@@ -20,6 +20,10 @@ constexpr microseconds kLongPause{1000};
 constexpr std::chrono::milliseconds kEagerness{50};
 // For how many changes a writer is polite after it found the lock taken.
 constexpr int kPoliteTurns = 16;
+// A file's time of change may be as coarse as this: two changes within it may bear the same time.
+constexpr std::chrono::milliseconds kCoarsestTime{20};
+// How long a file that has not changed is taken for the one that the path names.
+constexpr std::chrono::milliseconds kPathIsTrusted{10};
 // How often a file that looks damaged is read before it is taken for damaged without its lock.
 constexpr int kLooksAtDamage = 4;
 // A journal may be so much longer than twice a fresh one, lest a small one be rewritten all the
@@ -65,6 +69,7 @@ class JournalHive::Pending final : public PendingChange {
     after_.end = before_.end + bytes_.size();
     after_.SetAnchor(before_.end, bytes_);
     content_->ReserveNumbers(change_.MadeKeys().size());
+    change_.ReserveValues();
   }
   ~Pending() override { hive_.is_appending_ = false; }
 
@@ -225,7 +230,8 @@ std::vector<JournalReport> JournalHive::TakeReports() {
 // Brings the content to where the file is.
 StoreStatus JournalHive::CatchUp() {
   if (place_.status != kDone) return place_.status;
-  if (is_appending_) return kDone;
+  if (is_appending_ || IsUnchanged()) return kDone;
+  const std::chrono::nanoseconds now = files_.Clock();
   FileInfo info;
   const int found = files_.Describe(path_, info);
   if (found == -ENOENT) {
@@ -247,7 +253,33 @@ StoreStatus JournalHive::CatchUp() {
   // What the host has put in the descriptor's place is not the journal, whatever reading it gives.
   if (status != kDone && file_.IsStill(identity_)) return status;
   const bool is_read = status == kDone && following != Following::kOtherJournal;
-  return is_read ? kDone : Load(Lock::kNotHeld);
+  if (!is_read) return Load(Lock::kNotHeld);
+  NoteUnchanged(info, now);
+  return kDone;
+}
+
+// Whether the open file alone tells that there is nothing new. Every change in it, and its removal
+// or replacement by another writer, shows in its time of change, unless that is too coarse: it must
+// have been seen before, long enough before the file was last read. What is done to the folders
+// above does not show; the path is looked at again after a while.
+bool JournalHive::IsUnchanged() const {
+  if (failed_ || looked_at_ - seen_since_ < kCoarsestTime) return false;
+  if (files_.Clock() - looked_at_ > kPathIsTrusted) return false;
+  FileInfo info;
+  return file_.IsOpen() && file_.Describe(info) == kDone && info.SameFile(seen_) &&
+         info.SameFile(identity_) && info.size == seen_.size && info.links == seen_.links &&
+         info.changed == seen_.changed;
+}
+
+// After the file, which was like `info` at `now`, was read to its end.
+void JournalHive::NoteUnchanged(const FileInfo& info, std::chrono::nanoseconds now) noexcept {
+  const bool is_same = info.SameFile(seen_) && info.size == seen_.size &&
+                       info.links == seen_.links && info.changed == seen_.changed;
+  if (!is_same) {
+    seen_ = info;
+    seen_since_ = now;
+  }
+  looked_at_ = now;
 }
 
 // Takes in what was committed since. `following` is what comes then; kOtherJournal when this is not

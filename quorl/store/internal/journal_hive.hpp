@@ -7,6 +7,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -46,6 +47,8 @@ class JournalHive final : public Hive {
   class Pending;
 
   StoreStatus CatchUp();
+  bool IsUnchanged() const;
+  void NoteUnchanged(const FileInfo& info, std::chrono::nanoseconds now) noexcept;
   StoreStatus ReadOn(const OpenFile& file, const FileInfo& info, Following& following);
   enum class Lock : std::uint8_t { kHeld, kNotHeld };
   StoreStatus Load(Lock lock);
@@ -85,6 +88,11 @@ class JournalHive final : public Hive {
   OpenFile file_;                  // Open for reading, unless there is no journal.
   FileInfo identity_;              // Which file that is.
   JournalPosition position_;       // How far it has been read.
+  // What the file was like when it was last looked at and nothing new was found, since when it has
+  // been like that, and when that look was.
+  FileInfo seen_;
+  std::chrono::nanoseconds seen_since_{0};
+  std::chrono::nanoseconds looked_at_{0};
   bool ends_cleanly_ = true;       // When it was loaded, nothing but zeros followed.
   bool is_folder_synced_ = false;  // The file's name is durable.
   // What salvage told of a file that could not be replaced. The content is what could be had.

@@ -100,6 +100,7 @@ StoreStatus Replay(FileWindow& window, JournalPosition& position, KeyTree& tree)
   // The position follows when the change is made: until then, memory may run out.
   for (JournalPosition next = position; auto decoded = NextTransaction(window, next, tree);) {
     tree.ReserveNumbers(decoded->change.MadeKeys().size());
+    decoded->change.ReserveValues();
     decoded->change.Apply(tree);
     position = next;
   }

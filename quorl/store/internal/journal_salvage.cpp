@@ -238,6 +238,7 @@ class Rebuilding {
     }
     if (head.kind == RecordKind::kSetValue) {
       const RecordBody body = DecodeRecordBody(head, record);
+      key.ReserveValues(1);
       tree_.Put(key, std::make_unique<Value>(head.name, static_cast<Int32>(body.word), body.data));
     }
     return true;

@@ -9,24 +9,11 @@ namespace {
 
 constexpr std::string_view kCutPath = "...";
 
-bool IsBefore(const Value& value, std::uint64_t hash, std::string_view name) noexcept {
-  if (value.hash != hash) return value.hash < hash;
-  return std::is_lt(CompareNames(value.name, name));
-}
-
 Weight WeightOf(const Value& value) noexcept {
   return {1, std::uint64_t{value.name.size()} + value.data.size()};
 }
 
 }  // namespace
-
-Value::Value(std::string_view value_name, Int32 value_type, std::string_view value_data)
-    : name(value_name), type(value_type), data(value_data), hash(HashOfName(value_name)) {}
-
-void Value::Take(Value& other) noexcept {
-  type = other.type;
-  data.swap(other.data);
-}
 
 Weight& Weight::operator+=(Weight other) noexcept {
   records += other.records;
@@ -42,10 +29,6 @@ Weight& Weight::operator-=(Weight other) noexcept {
 
 bool Key::KeyIsLess::operator()(const Key& left, const Key& right) const noexcept {
   return std::is_lt(CompareNames(left.name_, right.name_));
-}
-
-bool Key::HashIsLess::operator()(const Value& left, const Value& right) const noexcept {
-  return IsBefore(left, right.hash, right.name);
 }
 
 Key::~Key() { Clear(nullptr); }
@@ -69,20 +52,6 @@ Key* Key::FindSubkey(std::string_view name) const noexcept {
   return found != nullptr && std::is_eq(CompareNames(found->name_, name)) ? found : nullptr;
 }
 
-Value* Key::FindValue(std::string_view name) const noexcept {
-  const std::uint64_t hash = HashOfName(name);
-  Value* found =
-      values_by_name_.LowerBound([&](const Value& value) { return IsBefore(value, hash, name); });
-  const bool same =
-      found != nullptr && found->hash == hash && std::is_eq(CompareNames(found->name, name));
-  return same ? found : nullptr;
-}
-
-Value* Key::FindValueByHash(std::uint64_t hash) const noexcept {
-  Value* found = values_by_name_.LowerBound([&](const Value& value) { return value.hash < hash; });
-  return found != nullptr && found->hash == hash ? found : nullptr;
-}
-
 Weight Key::OwnWeight() const noexcept {
   Weight weight{1, name_.size()};
   values_.ForEach([&](const Value& value) { weight += WeightOf(value); });
@@ -96,24 +65,10 @@ void Key::Insert(std::shared_ptr<Key> subkey) noexcept {
   subkeys_.Insert(key);
 }
 
-void Key::Insert(std::unique_ptr<Value> value) noexcept {
-  value->ordinal = next_ordinal_++;
-  values_by_name_.Insert(*value);
-  values_.Insert(*value.release());
-}
-
-void Key::Put(std::unique_ptr<Value> value) noexcept {
-  if (Value* former = FindValue(value->name)) {
-    former->Take(*value);
-  } else {
-    Insert(std::move(value));
-  }
-}
-
-void Key::Remove(Value& value) noexcept {
-  values_by_name_.Remove(value);
-  values_.Remove(value);
-  delete &value;
+void Key::TakeContent(Key& other) noexcept {
+  values_ = std::exchange(other.values_, ValueList());
+  subkeys_ = std::exchange(other.subkeys_, {});
+  subkeys_.ForEach([&](Key& subkey) { subkey.parent_ = this; });
 }
 
 void Key::Remove(Key& subkey, KeyTree* tree) noexcept {
@@ -131,11 +86,10 @@ void Key::Clear(KeyTree* tree) noexcept {
 }
 
 void Key::DropValues(KeyTree* tree) noexcept {
-  values_by_name_ = {};
-  values_.Clear([&](Value* value) {
-    if (tree != nullptr) tree->weight_ -= WeightOf(*value);
-    delete value;
-  });
+  if (tree != nullptr) {
+    values_.ForEach([&](const Value& value) { tree->weight_ -= WeightOf(value); });
+  }
+  values_.Clear();
 }
 
 // Takes the tree below apart from its leaves upward, along the links to the parents: no recursion,
@@ -200,7 +154,7 @@ void KeyTree::Insert(Key& parent, std::shared_ptr<Key> subkey, Weight added) noe
 }
 
 void KeyTree::Put(Key& key, std::unique_ptr<Value> value) noexcept {
-  if (Value* former = key.FindValue(value->name)) {
+  if (Value* former = key.values_.Find(value->hash, value->name)) {
     weight_ += {0, value->data.size()};
     weight_ -= {0, former->data.size()};
     former->Take(*value);

@@ -1,5 +1,5 @@
-// The content of one hive in memory: a tree of keys with their values. Every step takes logarithmic
-// time, and nothing recurses by the depth of the keys. Nothing here locks. For changes to a tree
+// The content of one hive in memory: a tree of keys with their values (value_list.hpp). Every step
+// takes logarithmic time, and nothing recurses by the depth of the keys. Nothing here locks. For changes to a tree
 // see change.hpp.
 #pragma once
 
@@ -14,26 +14,10 @@
 
 #include "quorl/runtime/types.hpp"
 #include "quorl/store/internal/counted_tree.hpp"
-#include "quorl/store/internal/name_hash.hpp"
+#include "quorl/store/internal/value_list.hpp"
 #include "quorl/store/key_name.hpp"
 
 namespace quorl::internal {
-
-/// One value of a key.
-struct Value {
-  Value(std::string_view value_name, Int32 value_type, std::string_view value_data);
-
-  /// Takes over type and data; name and place stay.
-  void Take(Value& other) noexcept;
-
-  std::string name;
-  Int32 type;
-  std::string data;
-  std::uint64_t hash;         ///< `HashOfName` of the name.
-  std::uint64_t ordinal = 0;  ///< Its place in the order in which the key's values were made.
-  TreeLink<Value> in_order{};
-  TreeLink<Value> by_name{};
-};
 
 /// What a part of a tree takes when it is written out: records, and the bytes of names and data.
 struct Weight {
@@ -84,9 +68,11 @@ class Key : public std::enable_shared_from_this<Key> {
   const Value* ValueAt(std::size_t place) const noexcept { return values_.At(place); }
   /// Null when there is none of that name, in whatever case.
   Key* FindSubkey(std::string_view name) const noexcept;
-  Value* FindValue(std::string_view name) const noexcept;
+  Value* FindValue(std::string_view name) const noexcept {
+    return values_.Find(HashOfName(name), name);
+  }
   /// A value whose name has this hash.
-  Value* FindValueByHash(std::uint64_t hash) const noexcept;
+  Value* FindValueByHash(std::uint64_t hash) const noexcept { return values_.FindByHash(hash); }
 
   /// Calls `visit(Key&)` for each subkey in order.
   template <class Visit>
@@ -104,12 +90,16 @@ class Key : public std::enable_shared_from_this<Key> {
   /// Notes where a planned key is to be.
   void PlanBelow(Key& parent) noexcept { parent_ = &parent; }
 
+  /// Makes room for so many values more.
+  void ReserveValues(std::size_t more) { values_.Reserve(more); }
+
   // Changes, none of which can fail. For keys of a tree KeyTree has its own.
   void Insert(std::shared_ptr<Key> subkey) noexcept;
-  void Insert(std::unique_ptr<Value> value) noexcept;
-  /// Replaces the value of the same name, which keeps its name's case and its place, or inserts.
-  void Put(std::unique_ptr<Value> value) noexcept;
-  void Remove(Value& value) noexcept;
+  /// Appends a value of another name than all others. There must be room.
+  void Insert(std::unique_ptr<Value> value) noexcept { values_.Append(std::move(value)); }
+  void Remove(Value& value) noexcept { values_.Remove(value); }
+  /// Takes values and subkeys of `other`, a key of no tree, in place of its own, which are none.
+  void TakeContent(Key& other) noexcept;
   /// Removes a subkey with all below it; `tree`, unless null, is told.
   void Remove(Key& subkey, KeyTree* tree) noexcept;
   /// Removes every value and every subkey.
@@ -120,15 +110,6 @@ class Key : public std::enable_shared_from_this<Key> {
   struct KeyIsLess {
     bool operator()(const Key& left, const Key& right) const noexcept;
   };
-  struct MadeEarlier {
-    bool operator()(const Value& left, const Value& right) const noexcept {
-      return left.ordinal < right.ordinal;
-    }
-  };
-  // By the names' hashes: most comparisons are of two numbers.
-  struct HashIsLess {
-    bool operator()(const Value& left, const Value& right) const noexcept;
-  };
 
   void DropSubkeys(KeyTree* tree) noexcept;
   void DropValues(KeyTree* tree) noexcept;
@@ -137,13 +118,11 @@ class Key : public std::enable_shared_from_this<Key> {
   std::string name_;
   std::uint32_t number_ = kNoNumber;
   State state_ = State::kPlanned;
-  std::uint64_t next_ordinal_ = 0;
   // A key below another one holds itself, and the trees hold plain pointers.
   std::shared_ptr<Key> self_;
   TreeLink<Key> link_{};
   CountedTree<Key, &Key::link_, KeyIsLess> subkeys_;
-  CountedTree<Value, &Value::in_order, MadeEarlier> values_;
-  CountedTree<Value, &Value::by_name, HashIsLess> values_by_name_;
+  ValueList values_;
 };
 
 /// A root key with everything below it, and its keys by their numbers.
@@ -173,6 +152,8 @@ class KeyTree {
 
   // Changes of keys that are in the tree, none of which can fail.
   void Insert(Key& parent, std::shared_ptr<Key> subkey, Weight added) noexcept;
+  /// Replaces the value of the same name, which keeps its name's case and its place, or appends;
+  /// then there must be room.
   void Put(Key& key, std::unique_ptr<Value> value) noexcept;
   /// Nothing when there is no such value.
   void RemoveValue(Key& key, std::string_view name) noexcept;

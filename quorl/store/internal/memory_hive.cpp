@@ -7,7 +7,9 @@ namespace quorl::internal {
 class MemoryHive::Pending final : public PendingChange {
  public:
   Pending(std::unique_lock<std::mutex> lock, KeyTree& tree, Change change)
-      : lock_(std::move(lock)), tree_(tree), change_(std::move(change)) {}
+      : lock_(std::move(lock)), tree_(tree), change_(std::move(change)) {
+    change_.ReserveValues();
+  }
 
   StoreStatus Commit() noexcept override {
     change_.Apply(tree_);

@@ -1,6 +1,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <array>
@@ -57,6 +58,10 @@ int FlagsOf(OpenFor purpose) noexcept {
   return O_RDONLY;
 }
 
+std::chrono::nanoseconds DurationOf(const timespec& time) noexcept {
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
 FileInfo InfoOf(const struct stat& status) noexcept {
   return {.device = status.st_dev,
           .inode = status.st_ino,
@@ -64,7 +69,9 @@ FileInfo InfoOf(const struct stat& status) noexcept {
           .mode = status.st_mode & kPermissionBits,
           .owner = status.st_uid,
           .group = status.st_gid,
-          .regular = S_ISREG(status.st_mode)};
+          .regular = S_ISREG(status.st_mode),
+          .links = status.st_nlink,
+          .changed = DurationOf(status.st_ctim)};
 }
 
 class PosixFileSystem final : public FileSystem {
@@ -186,6 +193,12 @@ class PosixFileSystem final : public FileSystem {
     std::this_thread::sleep_for(duration);
     return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() -
                                                                  start);
+  }
+
+  std::chrono::nanoseconds Clock() const noexcept override {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return DurationOf(now);
   }
 };
 
