@@ -59,6 +59,9 @@ class QUORL_API FileSystem {
   virtual int Truncate(int file, std::uint64_t size) = 0;
   /// Makes content and size durable.
   virtual int Sync(int file) = 0;
+  /// Begins to write out what was written to a part of a file, without waiting for it. Makes a
+  /// later `Sync` shorter, and promises nothing.
+  virtual void StartSync(int /*file*/, std::uint64_t /*offset*/, std::uint64_t /*size*/) noexcept {}
   virtual int Describe(const std::string& path, FileInfo& info) = 0;
   virtual int DescribeOpen(int file, FileInfo& info) = 0;
   /// Locks the whole file for the open file, against every other open file of any process and of

@@ -43,6 +43,8 @@ class Change {
   /// The new keys in the order in which they get their numbers.
   const std::vector<Key*>& MadeKeys() const noexcept { return made_keys_; }
 
+  /// The same keys in another order, each after its parent.
+  void NumberKeys(std::vector<Key*> made_keys) noexcept { made_keys_ = std::move(made_keys); }
   /// Makes room in the keys of the tree for the values that the change brings.
   void ReserveValues() const;
   /// Makes the change in `tree`, which is as it was when the change was planned. It must have room

@@ -28,6 +28,8 @@ class FreshFile {
   StoreStatus TakePlace();
   /// The same where there is no journal; kLocked when there is one by now.
   StoreStatus TakeEmptyPlace();
+  /// Leaves the descriptor alone from now on, because it is not ours any more.
+  void Forget() noexcept { file_.Forget(); }
   /// The file, with its lock.
   OpenFile Release() noexcept { return std::move(file_); }
 

@@ -7,13 +7,10 @@
 #include <utility>
 
 #include "quorl/store/internal/journal_salvage.hpp"
-#include "quorl/store/internal/random_number.hpp"
 
 namespace quorl::internal {
 namespace {
 
-// Transactions of a fresh journal: many, so that damage to the head of one leaves the others.
-constexpr std::size_t kFreshTransactionBytes = std::size_t{64} * 1024;
 constexpr std::uint64_t kBlockBytes = 4096;
 // Zeros that are always left for what only deletes, and those that are added to a growing file: an
 // eighth of it within these bounds.
@@ -87,46 +84,12 @@ JournalReport ExamineFile(FileSystem& files, const std::string& path) {
   return report;
 }
 
-StoreStatus WriteFreshJournal(const OpenFile& file, Key& root, FreshJournal& fresh) {
-  JournalPosition& position = fresh.position;
-  position.salt = static_cast<std::uint32_t>(RandomNumber());
-  const std::string header = Encoded(JournalHeader{.salt = position.salt});
-  position.SetAnchor(0, header);
-  StoreStatus status = file.Write(header, 0);
-  TransactionWriter writer(position.salt, 0, {});
-  const auto flush = [&](std::size_t least) {
-    if (status != kDone || writer.Size() <= least) return;
-    position.last = writer.LastNumber();
-    position.identity = writer.LastIdentity();
-    const std::string bytes = writer.Finish();
-    status = file.Write(bytes, position.end);
-    position.SetAnchor(position.end, bytes);
-    position.end += bytes.size();
-    writer = TransactionWriter(position.salt, position.last, position.identity);
-  };
-  std::vector<std::pair<Key*, std::uint32_t>> waiting{{&root, 0}};
-  while (!waiting.empty() && status == kDone) {
-    const auto [key, parent] = waiting.back();
-    waiting.pop_back();
-    const auto number = static_cast<std::uint32_t>(fresh.keys.size());
-    fresh.keys.push_back(key);
-    writer.AppendKey(*key, parent, number);
-    flush(kFreshTransactionBytes);
-    const std::size_t first = waiting.size();
-    key->ForEachSubkey([&](Key& subkey) { waiting.emplace_back(&subkey, number); });
-    std::reverse(waiting.begin() + static_cast<std::ptrdiff_t>(first), waiting.end());
-  }
-  flush(kTransactionHeadBytes);
+StoreStatus EndFreshJournal(const OpenFile& file, const JournalPosition& position) {
   const std::uint64_t size = WholeBlocks(position.end + kReserveBytes);
-  if (status == kDone) status = file.WriteZeros(size - position.end, position.end);
+  const StoreStatus status = file.WriteZeros(size - position.end, position.end);
   // It takes its place only when it was synced, and counts as confirmed then.
   Confirm(file, position);
   return status == kDone ? file.Sync() : status;
-}
-
-std::uint64_t FreshJournalBytes(const KeyTree& tree) noexcept {
-  const std::uint64_t bytes = FreshBytes(tree.TotalWeight());
-  return kHeaderBytes + bytes + (bytes / kFreshTransactionBytes + 1) * kTransactionHeadBytes;
 }
 
 StoreStatus ReserveRoom(const OpenFile& file, std::uint64_t size, std::uint64_t end,

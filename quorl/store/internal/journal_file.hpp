@@ -7,7 +7,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "quorl/store/internal/journal_reader.hpp"
 #include "quorl/store/internal/key_tree.hpp"
@@ -33,17 +32,8 @@ StoreStatus LoadJournal(const OpenFile& file, LoadedJournal& loaded);
 /// there is none, else the code of what kept it from being read.
 JournalReport ExamineFile(FileSystem& files, const std::string& path);
 
-/// A journal that was written afresh: how far it goes, and its keys by their new numbers.
-struct FreshJournal {
-  JournalPosition position{};
-  std::vector<Key*> keys{};
-};
-
-/// Writes a journal of what `root` holds into the empty `file` and syncs it.
-StoreStatus WriteFreshJournal(const OpenFile& file, Key& root, FreshJournal& fresh);
-
-/// The length of a fresh journal of `tree`, its zeros not counted.
-std::uint64_t FreshJournalBytes(const KeyTree& tree) noexcept;
+/// Ends the file of a fresh journal of which all bytes were written, and syncs it.
+StoreStatus EndFreshJournal(const OpenFile& file, const JournalPosition& position);
 
 /// Makes sure that `bytes` can be appended at `end` to a file of this size, and something more that
 /// only deletes after them. With `only_deletes`, what room there is may be used up.

@@ -144,7 +144,8 @@ void TransactionWriter::Append(const Change& change, std::uint32_t next_key) {
         const auto [made, parent] = waiting.back();
         waiting.pop_back();
         const std::uint32_t number = next_key++;
-        AppendKey(*made, parent, number);
+        AppendCreation(parent, made->Name(), number);
+        made->ForEachValue([&](const Value& value) { AppendValue(number, value); });
         const std::size_t first = waiting.size();
         made->ForEachSubkey([&](const Key& subkey) { waiting.emplace_back(&subkey, number); });
         std::reverse(waiting.begin() + static_cast<std::ptrdiff_t>(first), waiting.end());
@@ -152,17 +153,23 @@ void TransactionWriter::Append(const Change& change, std::uint32_t next_key) {
     }
     for (const auto& value : step.values) {
       if (step.kind == kPutValues) AppendValue(key, *value);
-      if (step.kind == kRemoveValues) {
-        AppendRecord(RecordKind::kDeleteValue, key, value->name, 0, {});
-      }
+      if (step.kind == kRemoveValues) AppendDeletion(key, value->name);
     }
-    if (step.kind == kRemoveKey) AppendRecord(RecordKind::kDeleteKey, key, {}, 0, {});
+    if (step.kind == kRemoveKey) AppendDeletion(key);
   }
 }
 
-void TransactionWriter::AppendKey(const Key& key, std::uint32_t parent, std::uint32_t number) {
-  if (number != 0) AppendRecord(RecordKind::kCreateKey, parent, key.Name(), number, {});
-  key.ForEachValue([&](const Value& value) { AppendValue(number, value); });
+void TransactionWriter::AppendCreation(std::uint32_t parent, std::string_view name,
+                                       std::uint32_t number) {
+  AppendRecord(RecordKind::kCreateKey, parent, name, number, {});
+}
+
+void TransactionWriter::AppendDeletion(std::uint32_t key, std::string_view value_name) {
+  AppendRecord(RecordKind::kDeleteValue, key, value_name, 0, {});
+}
+
+void TransactionWriter::AppendDeletion(std::uint32_t key) {
+  AppendRecord(RecordKind::kDeleteKey, key, {}, 0, {});
 }
 
 void TransactionWriter::AppendValue(std::uint32_t key, const Value& value) {
@@ -228,10 +235,10 @@ class RecordPlan {
     return false;
   }
 
-  // None when the keys were not made in the order in which they are written.
-  std::optional<Change> Finish() {
+  Change Finish() {
     Change change = plan_.Finish();
-    return change.MadeKeys() == made_ ? std::optional(std::move(change)) : std::nullopt;
+    change.NumberKeys(std::move(made_));
+    return change;
   }
 
  private:
@@ -269,9 +276,7 @@ std::optional<DecodedTransaction> DecodeTransaction(const TransactionHead& head,
     decoded.identity = {record->kind, record->key, HashOfName(record->name)};
     content.remove_prefix(record->Bytes());
   }
-  auto change = plan.Finish();
-  if (!change) return std::nullopt;
-  decoded.change = std::move(*change);
+  decoded.change = plan.Finish();
   return decoded;
 }
 

@@ -141,10 +141,15 @@ class TransactionWriter {
 
   /// A change, whose new keys get the numbers from `next_key` on.
   void Append(const Change& change, std::uint32_t next_key);
-  /// A key without its subkeys: that it was made, unless it is the root, and its values.
-  void AppendKey(const Key& key, std::uint32_t parent, std::uint32_t number);
+  // Single records. A key has the number that stands first.
+  void AppendCreation(std::uint32_t parent, std::string_view name, std::uint32_t number);
+  void AppendValue(std::uint32_t key, const Value& value);
+  void AppendDeletion(std::uint32_t key, std::string_view value_name);
+  void AppendDeletion(std::uint32_t key);
 
+  std::uint32_t Salt() const noexcept { return head_.salt; }
   std::size_t Size() const noexcept { return bytes_.size(); }
+  bool IsEmpty() const noexcept { return bytes_.size() == kTransactionHeadBytes; }
   std::uint64_t LastNumber() const noexcept { return number_; }
   const RecordIdentity& LastIdentity() const noexcept { return identity_; }
   /// The transaction, whole. The writer is used up.
@@ -153,7 +158,6 @@ class TransactionWriter {
  private:
   void AppendRecord(RecordKind kind, std::uint32_t key, std::string_view name, std::uint32_t word,
                     std::string_view data);
-  void AppendValue(std::uint32_t key, const Value& value);
 
   TransactionHead head_;
   std::uint64_t number_;

@@ -1,11 +1,13 @@
 #include "quorl/store/internal/journal_hive.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <new>
 #include <utility>
 
 #include "quorl/store/internal/fresh_file.hpp"
+#include "quorl/store/internal/fresh_journal.hpp"
 
 namespace quorl::internal {
 namespace {
@@ -29,6 +31,10 @@ constexpr int kLooksAtDamage = 4;
 // A journal may be so much longer than twice a fresh one, lest a small one be rewritten all the
 // time. With the zeros at its end it stays within 64 KiB.
 constexpr std::uint64_t kSlackBytes = std::uint64_t{40} * 1024;
+// What a change rewrites of a journal that will soon be too long: little, so that no change takes
+// much longer than others, and several times as much as it makes the journal longer.
+constexpr std::size_t kPieceBytes = std::size_t{32} * 1024;
+constexpr std::size_t kPiecesAChange = 4;
 
 // Lets a lock go for a while, if it is held.
 class Unlocked {
@@ -48,6 +54,60 @@ class Unlocked {
 };
 
 }  // namespace
+
+// A fresh file with a fresh journal in it, on its way to the former one's place.
+class JournalHive::Rewriting {
+ public:
+  // With `state_` of the hive held, as the tree is followed from here on.
+  Rewriting(FileSystem& files, std::string target, HiveContent content)
+      : file_(files, std::move(target)), journal_(std::move(content)) {}
+  Rewriting(const Rewriting&) = delete;
+  Rewriting& operator=(const Rewriting&) = delete;
+  ~Rewriting() {
+    if (identity_ && !IsStillOpen()) file_.Forget();
+  }
+
+  StoreStatus Make(unsigned mode, const FileInfo* former) {
+    FileInfo info;
+    StoreStatus status = file_.Make(mode, former);
+    if (status == kDone) status = file_.File().Describe(info);
+    if (status == kDone) identity_ = info;
+    return status;
+  }
+
+  // Whether the descriptor is still that of the file; the host may have closed it.
+  bool IsStillOpen() const noexcept { return file_.File().IsStill(*identity_); }
+  bool IsWalked() const noexcept { return journal_.IsWalked(); }
+
+  // Writes what comes next. `state` is held until it is encoded, and while nothing is written.
+  StoreStatus Write(std::size_t wanted, std::unique_lock<std::mutex>& state) {
+    const std::uint64_t offset = journal_.Position().end;
+    const std::string bytes = journal_.Next(wanted);
+    const Unlocked unlocked(state);
+    const StoreStatus status = file_.File().Write(bytes, offset);
+    if (status == kDone) file_.File().StartSync(offset, bytes.size());
+    return status;
+  }
+
+  // Writes all that is left and syncs it.
+  StoreStatus WriteRest(std::unique_lock<std::mutex>& state) {
+    StoreStatus status = kDone;
+    do {
+      status = Write(kPieceBytes, state);
+    } while (status == kDone && !IsWalked());
+    const JournalPosition position = journal_.Position();
+    const Unlocked unlocked(state);
+    return status == kDone ? EndFreshJournal(file_.File(), position) : status;
+  }
+
+  FreshFile& File() noexcept { return file_; }
+  const FreshJournal& Journal() const noexcept { return journal_; }
+
+ private:
+  FreshFile file_;
+  std::optional<FileInfo> identity_;  // Once it is made.
+  FreshJournal journal_;
+};
 
 // A planned change with the file locked for it and its transaction written out.
 class JournalHive::Pending final : public PendingChange {
@@ -92,7 +152,7 @@ class JournalHive::Pending final : public PendingChange {
       }
     }
     hive_.is_appending_ = false;
-    if (status == kDone) hive_.RewriteIfWorthwhile(locked_);
+    if (status == kDone) hive_.RewriteIfWorthwhile(locked_, bytes_.size());
     return status;
   }
 
@@ -110,7 +170,10 @@ class JournalHive::Pending final : public PendingChange {
 JournalHive::JournalHive(FileSystem& files, JournalPlace place)
     : files_(files), place_(std::move(place)), path_(place_.Path()) {}
 
-JournalHive::~JournalHive() { CloseFile(); }
+JournalHive::~JournalHive() {
+  rewriting_.reset();
+  CloseFile();
+}
 
 StoreStatus JournalHive::Read(Freshness freshness, Look look) {
   const std::lock_guard state(state_);
@@ -168,6 +231,8 @@ bool JournalHive::LetsOthersGoFirst() {
 void JournalHive::HoldForFork() noexcept {
   writing_.lock();
   state_.lock();
+  // Parent and child would both go on with it, through one open file.
+  rewriting_.reset();
 }
 
 void JournalHive::ReleaseAfterFork() noexcept {
@@ -301,6 +366,7 @@ void JournalHive::CloseFile() noexcept {
 
 void JournalHive::Detach() {
   if (!file_.IsOpen()) return;
+  rewriting_.reset();
   content_ = std::make_shared<KeyTree>();
   CloseFile();
   damage_.reset();
@@ -347,6 +413,7 @@ void JournalHive::Adopt(OpenFile file, const FileInfo& info, LoadedJournal& load
   }
   is_folder_synced_ = is_folder_synced_ && file_.IsOpen() && info.SameFile(identity_);
   CloseFile();
+  rewriting_.reset();
   content_ = std::move(loaded.tree);
   file_ = std::move(file);
   identity_ = info;
@@ -369,12 +436,12 @@ StoreStatus JournalHive::Create(OpenFile& locked) {
   StoreStatus status = MakeFolders(files_, place_.folder, place_.folder_mode);
   if (status == kDone) status = FollowLinks(files_, path_, target);
   if (status != kDone) return status;
-  FreshFile fresh(files_, target);
-  FreshJournal written;
-  status = fresh.Make(place_.file_mode, nullptr);
-  if (status == kDone) status = WriteFreshJournal(fresh.File(), *KeyTree().Root(), written);
-  if (status == kDone) status = fresh.TakeEmptyPlace();
-  if (status == kDone) locked = fresh.Release();
+  Rewriting empty(files_, target, std::make_shared<KeyTree>());
+  std::unique_lock<std::mutex> none;
+  status = empty.Make(place_.file_mode, nullptr);
+  if (status == kDone) status = empty.WriteRest(none);
+  if (status == kDone) status = empty.File().TakeEmptyPlace();
+  if (status == kDone) locked = empty.File().Release();
   return status;
 }
 
@@ -385,7 +452,10 @@ StoreStatus JournalHive::GetReady(OpenFile& locked, FileInfo& info,
   StoreStatus status = kDone;
   if (bool is_ours = false; failed_) {
     status = TakeBackFailed(locked, is_ours);
-    if (status != kDone && is_ours) status = PutInPlace(info, locked, state);
+    if (status != kDone && is_ours) {
+      status = BeginRewriting(info);
+      if (status == kDone) status = EndRewriting(locked, state);
+    }
     if (status != kDone) return status;
   }
   Following following = Following::kOtherJournal;
@@ -462,7 +532,8 @@ StoreStatus JournalHive::Repair(OpenFile& locked, const FileInfo& info) {
   StoreStatus status = FollowLinks(files_, path_, target);
   if (status == kDone) status = Quarantine(files_, target, report.kept_as);
   std::unique_lock<std::mutex> none;
-  if (status == kDone) status = PutInPlace(info, locked, none);
+  if (status == kDone) status = BeginRewriting(info);
+  if (status == kDone) status = EndRewriting(locked, none);
   if (status == kDone) AddReport(std::move(report));
   return status;
 }
@@ -476,60 +547,94 @@ void JournalHive::AddReport(JournalReport report) {
   reports_.push_back(std::move(report));
 }
 
-// Runs after a change was made: nothing that happens here may be reported as its failure.
-void JournalHive::RewriteIfWorthwhile(OpenFile& locked) noexcept {
+// Runs after a change of so many bytes was made: nothing that happens here may be reported as its
+// failure. The journal is rewritten piece by piece with the changes that make it too long. When it
+// has become so before that, much having been deleted at once, the rest is done at once too.
+void JournalHive::RewriteIfWorthwhile(OpenFile& locked, std::size_t changed) noexcept {
   std::unique_lock state(state_);
   const std::uint64_t fresh = FreshJournalBytes(*content_);
-  if (position_.end <= 2 * fresh + kSlackBytes || position_.end < rewrite_from_) return;
+  const std::uint64_t longest = 2 * fresh + kSlackBytes;
+  const bool is_due = position_.end > longest;
+  const bool is_near = rewriting_ != nullptr || position_.end > longest - longest / 4;
+  if (!is_near || position_.end < rewrite_from_) return;
+  StoreStatus status = kDone;
   try {
-    FileInfo info;
-    StoreStatus status = locked.Describe(info);
-    if (status == kDone) status = PutInPlace(info, locked, state);
-    if (status == kDone) return;
-    rewrite_from_ = position_.end + fresh / 2 + kSlackBytes;
-    AddReport({.path = path_, .bytes = position_.end, .rewriting = status});
+    const std::size_t piece = std::max(kPieceBytes, kPiecesAChange * changed);
+    status = RewriteOn(locked, is_due ? SIZE_MAX : piece, state);
+    if (is_due && status != kDone && status != kLocked) {
+      AddReport({.path = path_, .bytes = position_.end, .rewriting = status});
+    }
   } catch (const std::bad_alloc&) {
-    rewrite_from_ = position_.end + fresh / 2 + kSlackBytes;
+    status = kOutOfMemory;
   }
+  if (status == kDone) return;
+  rewriting_.reset();
+  rewrite_from_ = is_due ? position_.end + fresh / 2 + kSlackBytes : longest;
 }
 
-// Writes the content to a fresh journal with mode and owner of the former one and puts it in its
-// place; `locked` becomes the fresh one. `state`, if it is held, is let go while data is written.
-StoreStatus JournalHive::PutInPlace(const FileInfo& former, OpenFile& locked,
-                                    std::unique_lock<std::mutex>& state) {
-  const HiveContent content = content_;
+// Rewrites so much more, or begins to.
+StoreStatus JournalHive::RewriteOn(OpenFile& locked, std::size_t wanted,
+                                   std::unique_lock<std::mutex>& state) {
+  const bool is_at_once = wanted == SIZE_MAX;
+  if (rewriting_ != nullptr && !rewriting_->IsStillOpen()) rewriting_.reset();
+  if (rewriting_ == nullptr) {
+    FileInfo info;
+    StoreStatus status = locked.Describe(info);
+    if (status == kDone) status = BeginRewriting(info);
+    if (status != kDone || !is_at_once) return status;
+  }
+  if (is_at_once || rewriting_->IsWalked()) return EndRewriting(locked, state);
+  // A thread that reads may drop it meanwhile, when it finds another journal.
+  const std::shared_ptr<Rewriting> rewriting = rewriting_;
+  return rewriting->Write(wanted, state);
+}
+
+// Makes a fresh file with mode and owner of the former one.
+StoreStatus JournalHive::BeginRewriting(const FileInfo& former) {
   std::string target;
   StoreStatus status = FollowLinks(files_, path_, target);
   if (status != kDone) return status;
-  FreshFile fresh(files_, target);
-  status = fresh.Make(former.mode, &former);
-  if (status != kDone) return status;
-  FreshJournal written;
-  {
-    const Unlocked unlocked(state);
-    status = WriteFreshJournal(fresh.File(), *content->Root(), written);
-  }
-  const int descriptor = status == kDone ? files_.Open(fresh.Path(), OpenFor::kReading, 0) : -EIO;
-  if (status == kDone) status = CodeOfResult(descriptor);
+  rewriting_.reset();
+  auto made = std::make_shared<Rewriting>(files_, target, content_);
+  status = made->Make(former.mode, &former);
+  if (status == kDone) rewriting_ = std::move(made);
+  return status;
+}
+
+// Writes what is left of the fresh journal and puts it in the place of the one that is locked;
+// `locked` becomes the fresh one. `state`, if it is held, is let go while data is written.
+StoreStatus JournalHive::EndRewriting(OpenFile& locked, std::unique_lock<std::mutex>& state) {
+  const std::shared_ptr<Rewriting> rewriting = rewriting_;
+  StoreStatus status = rewriting->WriteRest(state);
+  // A thread that reads may have found another journal meanwhile.
+  if (status == kDone && rewriting_ != rewriting) status = kLocked;
+  if (status == kDone) status = TakePlace(*rewriting, locked);
+  rewriting_.reset();
+  return status;
+}
+
+// The new name is made durable before the next change is made.
+StoreStatus JournalHive::TakePlace(Rewriting& rewriting, OpenFile& locked) {
+  FreshFile& fresh = rewriting.File();
+  std::vector<Key*> keys = rewriting.Journal().Keys();
+  const int descriptor = files_.Open(fresh.Path(), OpenFor::kReading, 0);
+  if (descriptor < 0) return CodeOfResult(descriptor);
   OpenFile reading(files_, descriptor);
   FileInfo info;
-  if (status == kDone) status = reading.Describe(info);
+  StoreStatus status = reading.Describe(info);
   if (status == kDone) status = fresh.TakePlace();
   if (status != kDone) return status;
-  content->Renumber(std::move(written.keys));
-  content_ = content;
+  content_->Renumber(std::move(keys));
   CloseFile();
   file_ = std::move(reading);
   identity_ = info;
-  position_ = written.position;
+  position_ = rewriting.Journal().Position();
   ends_cleanly_ = true;
   damage_.reset();
   failed_.reset();
   is_folder_synced_ = false;
   rewrite_from_ = 0;
   locked = fresh.Release();
-  // A failure here is met again, and reported, before the next change is made.
-  SyncFolder();
   return kDone;
 }
 

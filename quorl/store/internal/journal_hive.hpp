@@ -45,6 +45,7 @@ class JournalHive final : public Hive {
 
  private:
   class Pending;
+  class Rewriting;
 
   StoreStatus CatchUp();
   bool IsUnchanged() const;
@@ -68,9 +69,11 @@ class JournalHive final : public Hive {
   StoreStatus TakeBackFailed(const OpenFile& locked, bool& is_ours);
   StoreStatus Repair(OpenFile& locked, const FileInfo& info);
   StoreStatus LoadAndRepair(OpenFile& locked, const FileInfo& info, JournalReport& report);
-  void RewriteIfWorthwhile(OpenFile& locked) noexcept;
-  StoreStatus PutInPlace(const FileInfo& former, OpenFile& locked,
-                         std::unique_lock<std::mutex>& state);
+  void RewriteIfWorthwhile(OpenFile& locked, std::size_t changed) noexcept;
+  StoreStatus RewriteOn(OpenFile& locked, std::size_t wanted, std::unique_lock<std::mutex>& state);
+  StoreStatus BeginRewriting(const FileInfo& former);
+  StoreStatus EndRewriting(OpenFile& locked, std::unique_lock<std::mutex>& state);
+  StoreStatus TakePlace(Rewriting& rewriting, OpenFile& locked);
   StoreStatus SyncFolder();
   void AddReport(JournalReport report);
 
@@ -99,6 +102,7 @@ class JournalHive final : public Hive {
   std::optional<JournalReport> damage_;
   // How far the file goes with a failed change that could not be overwritten. It is not read.
   std::optional<JournalPosition> failed_;
+  std::shared_ptr<Rewriting> rewriting_;  // Of `content_`, if one is under way.
   std::uint64_t rewrite_from_ = 0;  // The length from which a rewriting that failed is tried again.
   std::vector<JournalReport> reports_;
 };

@@ -144,7 +144,7 @@ void KeyTree::Adopt(Key& key) noexcept {
 void KeyTree::Renumber(std::vector<Key*> keys) noexcept {
   numbered_ = std::move(keys);
   for (std::uint32_t number = 0; number < numbered_.size(); ++number) {
-    numbered_[number]->number_ = number;
+    if (numbered_[number] != nullptr) numbered_[number]->number_ = number;
   }
 }
 
@@ -154,6 +154,7 @@ void KeyTree::Insert(Key& parent, std::shared_ptr<Key> subkey, Weight added) noe
 }
 
 void KeyTree::Put(Key& key, std::unique_ptr<Value> value) noexcept {
+  if (follower_ != nullptr) follower_->ValueComes(key, *value);
   if (Value* former = key.values_.Find(value->hash, value->name)) {
     weight_ += {0, value->data.size()};
     weight_ -= {0, former->data.size()};
@@ -167,11 +168,13 @@ void KeyTree::Put(Key& key, std::unique_ptr<Value> value) noexcept {
 void KeyTree::RemoveValue(Key& key, std::string_view name) noexcept {
   Value* value = key.FindValue(name);
   if (value == nullptr) return;
+  if (follower_ != nullptr) follower_->ValueGoes(key, *value);
   weight_ -= WeightOf(*value);
   key.Remove(*value);
 }
 
 void KeyTree::Remove(Key& key) noexcept {
+  if (follower_ != nullptr) follower_->KeyGoes(key);
   if (key.parent_ == nullptr) {
     key.Clear(this);
   } else {

@@ -125,6 +125,23 @@ class Key : public std::enable_shared_from_this<Key> {
   ValueList values_;
 };
 
+/// Is told of each change of a tree before it is made, except that new keys come.
+class TreeFollower {
+ public:
+  TreeFollower() = default;
+  TreeFollower(const TreeFollower&) = delete;
+  TreeFollower& operator=(const TreeFollower&) = delete;
+
+  /// `value` is to replace the one of its name, or to be the last one.
+  virtual void ValueComes(const Key& key, const Value& value) noexcept = 0;
+  virtual void ValueGoes(const Key& key, const Value& value) noexcept = 0;
+  /// With all below it; of the root, everything but the root itself.
+  virtual void KeyGoes(const Key& key) noexcept = 0;
+
+ protected:
+  ~TreeFollower() = default;
+};
+
 /// A root key with everything below it, and its keys by their numbers.
 class KeyTree {
  public:
@@ -147,8 +164,11 @@ class KeyTree {
   /// Takes a planned key for one of the tree, with the next number.
   void Adopt(Key& key) noexcept;
   /// Gives all keys new numbers, by their places in `keys`, which holds each of the tree once, the
-  /// root first.
+  /// root first, and null for numbers that are not to be given.
   void Renumber(std::vector<Key*> keys) noexcept;
+
+  /// `follower` is lent; null for none.
+  void Follow(TreeFollower* follower) noexcept { follower_ = follower; }
 
   // Changes of keys that are in the tree, none of which can fail.
   void Insert(Key& parent, std::shared_ptr<Key> subkey, Weight added) noexcept;
@@ -167,6 +187,7 @@ class KeyTree {
   std::shared_ptr<Key> root_;
   Weight weight_;
   std::vector<Key*> numbered_;
+  TreeFollower* follower_ = nullptr;
 };
 
 /// The key at `path` below `from`; null when it is absent.

@@ -44,6 +44,10 @@ class OpenFile {
   StoreStatus WriteZeros(std::uint64_t count, std::uint64_t offset) const;
   StoreStatus Truncate(std::uint64_t size) const;
   StoreStatus Sync() const;
+  /// Begins to write out a part of the file, without waiting.
+  void StartSync(std::uint64_t offset, std::uint64_t count) const noexcept {
+    files_->StartSync(descriptor_, offset, count);
+  }
   StoreStatus Describe(FileInfo& info) const;
 
  private:

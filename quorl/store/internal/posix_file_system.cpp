@@ -101,6 +101,11 @@ class PosixFileSystem final : public FileSystem {
     return Uninterrupted([&] { return fdatasync(file); });
   }
 
+  void StartSync(int file, std::uint64_t offset, std::uint64_t size) noexcept override {
+    sync_file_range(file, static_cast<off_t>(offset), static_cast<off_t>(size),
+                    SYNC_FILE_RANGE_WRITE);
+  }
+
   int Describe(const std::string& path, FileInfo& info) override {
     struct stat status {};
     const int result = OrError(stat(path.c_str(), &status));
