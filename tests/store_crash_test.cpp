@@ -43,6 +43,11 @@ std::vector<Action> Scenario() {
       {kSetValue, "App", "Bulk", bulk},
       {kSetValue, "App", "Bulk", bulk + "1"},
       {kSetValue, "App", "Bulk", bulk + "2"},
+      // These come while the file is being rewritten.
+      {kSetValue, "App", "LONG", "short"},
+      {kCreateKey, "App\\New\\Newer"},
+      {kDeleteValue, "App", "Long"},
+      {kDeleteKey, "App\\New"},
       {kSetValue, "App", "Bulk", "small"},
       {kCopyKey, "Backup", "App"},
       {kSetValue, "Backup\\Windows", "Only", "here"},

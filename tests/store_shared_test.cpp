@@ -205,6 +205,23 @@ TEST_F(Sharing, AChangeIsSeenAtTheNextOpening) {
   EXPECT_EQ(second.SetValue(left.Handle(), "v", 1, "2"), kKeyDeleted);
 }
 
+// A reader looks at the time of change alone when that has been the same for long enough.
+TEST_F(Sharing, AChangeIsSeenAfterAnyQuiet) {
+  PersistentStore writer(folder_.Folders());
+  PersistentStore reader(folder_.Folders());
+  for (int i = 0; i < 12; ++i) {
+    // Some changes leave the file's size as it is, and some have it written afresh.
+    const std::string data = std::to_string(i) + std::string(i % 3 == 0 ? 30000 : 0, 'x');
+    ASSERT_EQ(Save(writer, kCurrentUser, "A", "v", data), kDone);
+    for (int look = 0; look < 8; ++look, usleep(4000)) {
+      ASSERT_EQ(Load(reader, kCurrentUser, "A", "v"), data) << i << " look " << look;
+    }
+  }
+  fs::rename(folder_.Folders().user, folder_.Path() + "/elsewhere");
+  usleep(30000);
+  EXPECT_EQ(Load(reader, kCurrentUser, "A", "v"), "code 2");
+}
+
 // Another journal of the same length, or an older state of this one, is copied over the open file.
 TEST_F(Sharing, WhatIsCopiedOverTheFileIsReadBeforeItIsWrittenOn) {
   for (const bool of_another : {true, false}) {

@@ -21,6 +21,7 @@
 
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/text_case.hpp"
+#include "quorl/store/internal/crc32c.hpp"
 #include "quorl/store/internal/journal_format.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/persistent_store.hpp"
@@ -395,6 +396,17 @@ TEST(Messages, ExistForTheStoresCodesAlone) {
 }
 
 // ---- Damage
+
+TEST(Checksums, AreTheSameByEitherForm) {
+  Random random(11);
+  std::string bytes(100, '\0');
+  for (char& byte : bytes) byte = static_cast<char>(random.Bits());
+  EXPECT_EQ(internal::Crc32cInPlain("123456789"), 0xE3069283U);
+  for (std::size_t size = 0; size <= bytes.size(); ++size) {
+    const std::string_view text = std::string_view(bytes).substr(100 - size);
+    EXPECT_EQ(internal::Crc32c(text, 77), internal::Crc32cInPlain(text, 77)) << size;
+  }
+}
 
 // A store with a value in each of so many keys, one of them written twice, and where its records
 // stand.

@@ -17,7 +17,9 @@
 // Durability. What `SaveValue` has written is on the disk when the call returns, and other
 // processes see it at their next call. Nothing is cached, and no key stays open after a call, a
 // failed one included. Each call sees the store as it is; the deletion or copy of a whole key is
-// one change, which nobody sees half done.
+// one change, which nobody sees half done. Each `SaveValue` waits for the disk; a C++ host that has
+// many values to save makes them one change, which waits once, with `Store::Commit`
+// (store/store.hpp).
 //
 // Failures. A code of the store is raised as it is: Number is the code, Source "qlWinRegistry",
 // Description "Erreur d'accès au registre windows dans la fonction ", the call with its arguments,

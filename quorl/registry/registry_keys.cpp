@@ -27,11 +27,9 @@ constexpr Int32 kColumns = 3;
 // The last subscript is counted in 16 bits.
 String BytesToStr(std::span<const Byte> bytes, Int32 length) {
   const Int16 limit = CheckedInt16(std::int64_t{length} - 1);
-  String text;
-  for (Int32 i = 0; i <= limit && bytes[static_cast<std::size_t>(i)] != 0; ++i) {
-    text.push_back(FromAnsi(bytes[static_cast<std::size_t>(i)]));
-  }
-  return text;
+  const auto text = bytes.first(static_cast<std::size_t>(limit + 1));
+  const auto end = std::ranges::find(text, Byte{0});
+  return FromAnsi(std::string(text.begin(), end));
 }
 
 Int32 BytesToLong(std::span<const Byte> bytes) {
@@ -159,7 +157,8 @@ Variant Registry::GetAllValues(StringView KeyName) const {
 }
 
 Variant Registry::GetSubKeys(StringView KeyName, Int32 Levels) const {
-  return WithinMemory([&] { return ArrayOf(Walk(hkey_, root_key_name_, Levels).NamesFrom(KeyName)); });
+  return WithinMemory(
+      [&] { return ArrayOf(Walk(hkey_, root_key_name_, Levels).NamesFrom(KeyName)); });
 }
 
 void Registry::DeleteKey(StringView KeyName) {
@@ -173,8 +172,10 @@ void Registry::DeleteKey(StringView KeyName) {
 void Registry::CopyKey(StringView SourceKeyName, StringView DestinationKeyName) {
   WithinMemory([&] {
     const RegistryCall call(hkey_, u"CopyKey", {SourceKeyName, DestinationKeyName});
-    const OpenKey destination = call.Create(PathBelow(root_key_name_, DestinationKeyName), kAllAccess);
-    call.RequireDone(SHCopyKeyA(hkey_, PathBelow(root_key_name_, SourceKeyName), destination.Handle(), 0));
+    const OpenKey destination =
+        call.Create(PathBelow(root_key_name_, DestinationKeyName), kAllAccess);
+    call.RequireDone(
+        SHCopyKeyA(hkey_, PathBelow(root_key_name_, SourceKeyName), destination.Handle(), 0));
   });
 }
 

@@ -12,6 +12,7 @@ bool HoldsZero(std::string_view text) noexcept { return text.find('\0') != text.
 }  // namespace
 
 std::strong_ordering CompareNames(std::string_view left, std::string_view right) noexcept {
+  if (left == right) return std::strong_ordering::equal;
   const auto& folded = internal::FoldedBytes();
   const std::size_t shared = std::min(left.size(), right.size());
   for (std::size_t i = 0; i < shared; ++i) {

@@ -13,20 +13,23 @@
 // back failed too, with the process ended before it could try again, it may. Processes and threads
 // may read and write at once; a reader waits for nobody, a writer for another writer for at most 20
 // seconds (then 33), and a writer that is killed holds nobody up. An opening of a key sees what any
-// process had changed before; an open key is read as its hive was last seen. After a fork, parent
-// and child both go on, and a host that closes descriptors which it did not open takes none of its
-// own from the store later. A hive takes memory in proportion to what it holds, whatever the depth
-// and the order of its names.
+// process had changed before; an open key is read as its hive was last seen. When somebody moves
+// the store's folder or changes a link to it, that is noticed within some 10 ms. After a fork,
+// parent and child both go on, and a host that closes descriptors which it did not open takes none
+// of its own from the store later. A hive takes memory in proportion to what it holds, whatever the
+// depth and the order of its names.
 //
-// Files. A file is at most twice as long as its content and 64 KiB. It is written afresh when it
-// grows beyond, under a name that nobody can guess, and keeps its symbolic links, its mode, and its
-// owner as far as the process may give it away (where the group cannot be kept, the group gets no
-// more rights than all others). Where that is not possible, the file grows on, and `TakeReports`
-// tells why. A file in the user's folder that belongs to another user is read but not written (5),
-// unless the process may do everything. A few KiB at its end are kept for a full disk: what only
-// deletes still works there, while anything else gives 112. Where a process has a limit of file
-// size (RLIMIT_FSIZE), a write beyond it sends SIGXFSZ, which ends a process that does not handle
-// or ignore it; with the signal ignored the operation gives 112.
+// Files. A file is at most twice as long as its content and 64 KiB. Before it grows beyond it is
+// written afresh, a piece with each change, so that no change waits for all of it, under a name
+// that nobody can guess; what a process that ends leaves of it goes the next time. The new file
+// keeps the symbolic links, the mode, and the owner as far as the process may give it away (where
+// the group cannot be kept, the group gets no more rights than all others). Where that is not
+// possible, the file grows on, and `TakeReports` tells why. A file in the user's folder that
+// belongs to another user is read but not written (5), unless the process may do everything. A few
+// KiB at its end are kept for a full disk: what only deletes still works there, while anything else
+// gives 112. Where a process has a limit of file size (RLIMIT_FSIZE), a write beyond it sends
+// SIGXFSZ, which ends a process that does not handle or ignore it; with the signal ignored the
+// operation gives 112.
 //
 // Damage. A damaged file is quarantined: it gets a second name, with ".damaged-" and a number, and
 // a fresh file takes its place with everything whose records are intact. Whoever finds the damage

@@ -10,14 +10,8 @@
 namespace quorl::internal {
 
 std::string PathBelow(StringView root_key_name, StringView key_name) {
-  std::string path;
-  path.reserve(root_key_name.size() + 1 + key_name.size());
-  const auto append = [&](StringView text) {
-    for (const char16_t unit : text) path += static_cast<char>(ToAnsi(unit));
-  };
-  append(root_key_name);
-  if (!key_name.empty()) path += kPathSeparator;
-  append(key_name);
+  std::string path = ToAnsi(root_key_name);
+  if (!key_name.empty()) (path += kPathSeparator) += ToAnsi(key_name);
   return path;
 }
 
@@ -45,8 +39,7 @@ OpenKey RegistryCall::OpenIfThere(std::string_view path, Int32 access) const {
 OpenKey RegistryCall::Create(std::string_view path, Int32 access) const {
   const SecurityRecord security;
   KeyHandle handle = 0;
-  RequireDone(
-      RegCreateKeyExA(hkey_, path, 0, "0", 0, access, &security, &handle, nullptr));
+  RequireDone(RegCreateKeyExA(hkey_, path, 0, "0", 0, access, &security, &handle, nullptr));
   return OpenKey(handle);
 }
 

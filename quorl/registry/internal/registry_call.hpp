@@ -21,8 +21,7 @@ class RegistryCall {
  public:
   /// At most four arguments. One that may have no text is put in words now, so that its failure
   /// comes before anything happens in the store; all others only when the store fails.
-  RegistryCall(HKeyEnum hkey, StringView member,
-               std::initializer_list<CallArgument> arguments);
+  RegistryCall(HKeyEnum hkey, StringView member, std::initializer_list<CallArgument> arguments);
 
   /// The key; code 2 is raised when it is absent.
   OpenKey Open(std::string_view path, Int32 access) const;

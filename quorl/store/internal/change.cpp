@@ -23,9 +23,8 @@ void CopyBelow(const Key& from, Key& to) {
     const auto [source, copy] = waiting.back();
     waiting.pop_back();
     copy->ReserveValues(source->ValueCount());
-    source->ForEachValue([into = copy](const Value& value) {
-      into->Insert(std::make_unique<Value>(value));
-    });
+    source->ForEachValue(
+        [into = copy](const Value& value) { into->Insert(std::make_unique<Value>(value)); });
     source->ForEachSubkey([&, into = copy](const Key& subkey) {
       auto made = std::make_shared<Key>(subkey.Name());
       waiting.emplace_back(&subkey, made.get());
@@ -141,8 +140,7 @@ void ChangePlan::RemoveValue(Key& key, std::string_view name) {
   }
   if (value == nullptr && !with_new_values_.contains(&key)) return;
   is_needed_ = true;
-  StepOn(key, kRemoveValues).values.push_back(
-      std::make_unique<Value>(name, 0, std::string_view{}));
+  StepOn(key, kRemoveValues).values.push_back(std::make_unique<Value>(name, 0, std::string_view{}));
 }
 
 // The step under way, or a new one when that does something else or with another key.

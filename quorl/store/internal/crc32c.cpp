@@ -5,6 +5,10 @@
 #include <cstddef>
 #include <cstring>
 
+#if defined(__x86_64__)
+#include <nmmintrin.h>
+#endif
+
 namespace quorl::internal {
 namespace {
 
@@ -53,9 +57,32 @@ constexpr std::array<std::uint32_t, 64> kPowers = [] {
   return powers;
 }();
 
+#if defined(__x86_64__)
+// By the processor's own instruction for this polynomial: eight bytes in three cycles, where the
+// plain form takes about twelve.
+__attribute__((target("sse4.2"))) std::uint32_t BySse(std::string_view bytes,
+                                                      std::uint32_t before) noexcept {
+  std::uint64_t rest = ~before;
+  const char* next = bytes.data();
+  std::size_t left = bytes.size();
+  for (; left >= kStep; left -= kStep, next += kStep) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, next, kStep);
+    rest = _mm_crc32_u64(rest, word);
+  }
+  auto narrow = static_cast<std::uint32_t>(rest);
+  for (; left != 0; --left, ++next) {
+    narrow = _mm_crc32_u8(narrow, static_cast<unsigned char>(*next));
+  }
+  return ~narrow;
+}
+
+const bool has_sse = __builtin_cpu_supports("sse4.2") != 0;
+#endif
+
 }  // namespace
 
-std::uint32_t Crc32c(std::string_view bytes, std::uint32_t before) noexcept {
+std::uint32_t Crc32cInPlain(std::string_view bytes, std::uint32_t before) noexcept {
   std::uint32_t rest = ~before;
   const char* next = bytes.data();
   std::size_t left = bytes.size();
@@ -72,6 +99,13 @@ std::uint32_t Crc32c(std::string_view bytes, std::uint32_t before) noexcept {
     rest = (rest >> 8) ^ kTables[0][(rest ^ static_cast<unsigned char>(*next)) & 0xFF];
   }
   return ~rest;
+}
+
+std::uint32_t Crc32c(std::string_view bytes, std::uint32_t before) noexcept {
+#if defined(__x86_64__)
+  if (has_sse) return BySse(bytes, before);
+#endif
+  return Crc32cInPlain(bytes, before);
 }
 
 std::uint32_t Crc32cOfEnd(std::uint32_t whole, std::uint32_t before, std::uint64_t bytes) noexcept {

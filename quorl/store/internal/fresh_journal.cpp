@@ -91,10 +91,10 @@ void FreshJournal::Note(Write write) noexcept {
 }
 
 void FreshJournal::ValueComes(const Key& key, const Value& value) noexcept {
-  const Value* former = key.Number() == key_ ? key.FindValue(value.name) : nullptr;
-  const bool is_walked = key.Number() == key_ ? former != nullptr && IsWalked(key, *former)
-                                              : IsReached(key);
-  if (is_walked) Note([&] { writer_.AppendValue(numbers_[key.Number()], value); });
+  // A new value of the key where the walk is will still be met.
+  const Value* former = key.Number() == key_ ? key.FindValue(value.name) : &value;
+  if (former != nullptr && IsWalked(key, *former))
+    Note([&] { writer_.AppendValue(numbers_[key.Number()], value); });
 }
 
 void FreshJournal::ValueGoes(const Key& key, const Value& value) noexcept {

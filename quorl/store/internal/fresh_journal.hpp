@@ -4,8 +4,8 @@
 //
 // A walk goes through the keys by their numbers, and through the values of each by their order.
 // What comes before the place where the walk is, is in the journal already: changes there are
-// written too, as they are made. What comes after it will be met as it is by then. New keys have the
-// highest numbers, new values stand last; so they come after it.
+// written too, as they are made. What comes after it will be met as it is by then. New keys have
+// the highest numbers, new values stand last; so they come after it.
 #pragma once
 
 #include <cstdint>

@@ -102,7 +102,7 @@ std::optional<Confirmation> DecodeConfirmation(std::string_view bytes) noexcept 
   return Confirmation{Get<std::uint32_t>(bytes, 4), Get<std::uint64_t>(bytes, 8)};
 }
 
-std::optional<RecordHead> DecodeRecordHead(std::string_view bytes, std::uint32_t salt) noexcept {
+std::optional<RecordHead> DecodeCheckedRecordHead(std::string_view bytes) noexcept {
   if (bytes.size() < kRecordHeadBytes || bytes[0] != kRecordMagic) return std::nullopt;
   const RecordHead head{.kind = static_cast<RecordKind>(bytes[1]),
                         .data_bytes = Get<std::uint32_t>(bytes, 4),
@@ -110,9 +110,14 @@ std::optional<RecordHead> DecodeRecordHead(std::string_view bytes, std::uint32_t
                         .key = Get<std::uint32_t>(bytes, 12),
                         .name = bytes.substr(kRecordHeadBytes, Get<std::uint16_t>(bytes, 2))};
   const bool whole = head.name.size() == Get<std::uint16_t>(bytes, 2);
-  if (!whole || !IsKnown(head.kind)) return std::nullopt;
+  return whole && IsKnown(head.kind) ? std::optional(head) : std::nullopt;
+}
+
+std::optional<RecordHead> DecodeRecordHead(std::string_view bytes, std::uint32_t salt) noexcept {
+  const auto head = DecodeCheckedRecordHead(bytes);
+  if (!head) return std::nullopt;
   const std::uint32_t check = Get<std::uint32_t>(bytes, kRecordHeadBytes - kCheckBytes);
-  return check == HeadCheck(salt, bytes, head.name) ? std::optional(head) : std::nullopt;
+  return check == HeadCheck(salt, bytes, head->name) ? head : std::nullopt;
 }
 
 RecordBody DecodeRecordBody(const RecordHead& head, std::string_view record) noexcept {
@@ -268,14 +273,16 @@ std::optional<DecodedTransaction> DecodeTransaction(const TransactionHead& head,
                                                     std::string_view content, const KeyTree& tree) {
   RecordPlan plan(tree);
   DecodedTransaction decoded{.last = head.first - 1};
+  RecordHead last;
   while (!content.empty()) {
-    const auto record = DecodeRecordHead(content, head.salt);
+    const auto record = DecodeCheckedRecordHead(content);
     if (!record || record->Bytes() > content.size()) return std::nullopt;
     if (record->number != static_cast<std::uint32_t>(++decoded.last)) return std::nullopt;
     if (!plan.Take(*record, DecodeRecordBody(*record, content))) return std::nullopt;
-    decoded.identity = {record->kind, record->key, HashOfName(record->name)};
+    last = *record;
     content.remove_prefix(record->Bytes());
   }
+  decoded.identity = {last.kind, last.key, HashOfName(last.name)};
   decoded.change = plan.Finish();
   return decoded;
 }

@@ -46,8 +46,9 @@
 // trace is left of, like transactions at the end of a file that was cut short, the journal cannot
 // know.
 //
-// A fresh journal is written beside the old one under a name with ".new-" and a random number,
-// synced, and renamed over it. Who writes holds a lock on the journal that the path names.
+// A fresh journal is written beside the old one under a name with ".new-" and a random number, a
+// piece with each change (fresh_journal.hpp), synced, and renamed over it. Who writes holds a lock
+// on the journal that the path names.
 #pragma once
 
 #include <cstdint>
@@ -128,6 +129,8 @@ std::optional<JournalHeader> DecodeHeader(std::string_view bytes) noexcept;
 std::optional<TransactionHead> DecodeTransactionHead(std::string_view bytes) noexcept;
 std::optional<Confirmation> DecodeConfirmation(std::string_view bytes) noexcept;
 std::optional<RecordHead> DecodeRecordHead(std::string_view bytes, std::uint32_t salt) noexcept;
+/// The same without a look at the head's check, for a transaction whose own check is right.
+std::optional<RecordHead> DecodeCheckedRecordHead(std::string_view bytes) noexcept;
 /// The check with which a record's body begins; none when the bytes are too few.
 std::optional<std::uint32_t> DecodeBodyCheck(std::string_view body) noexcept;
 /// The body of a record of which all bytes are there.

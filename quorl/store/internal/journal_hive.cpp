@@ -6,8 +6,7 @@
 #include <new>
 #include <utility>
 
-#include "quorl/store/internal/fresh_file.hpp"
-#include "quorl/store/internal/fresh_journal.hpp"
+#include "quorl/store/internal/rewriting.hpp"
 
 namespace quorl::internal {
 namespace {
@@ -31,83 +30,10 @@ constexpr int kLooksAtDamage = 4;
 // A journal may be so much longer than twice a fresh one, lest a small one be rewritten all the
 // time. With the zeros at its end it stays within 64 KiB.
 constexpr std::uint64_t kSlackBytes = std::uint64_t{40} * 1024;
-// What a change rewrites of a journal that will soon be too long: little, so that no change takes
-// much longer than others, and several times as much as it makes the journal longer.
-constexpr std::size_t kPieceBytes = std::size_t{32} * 1024;
+// A change that makes a journal longer which will soon be too long rewrites so many times as much.
 constexpr std::size_t kPiecesAChange = 4;
 
-// Lets a lock go for a while, if it is held.
-class Unlocked {
- public:
-  explicit Unlocked(std::unique_lock<std::mutex>& lock) : lock_(lock), was_held_(lock.owns_lock()) {
-    if (was_held_) lock_.unlock();
-  }
-  Unlocked(const Unlocked&) = delete;
-  Unlocked& operator=(const Unlocked&) = delete;
-  ~Unlocked() {
-    if (was_held_) lock_.lock();
-  }
-
- private:
-  std::unique_lock<std::mutex>& lock_;
-  bool was_held_;
-};
-
 }  // namespace
-
-// A fresh file with a fresh journal in it, on its way to the former one's place.
-class JournalHive::Rewriting {
- public:
-  // With `state_` of the hive held, as the tree is followed from here on.
-  Rewriting(FileSystem& files, std::string target, HiveContent content)
-      : file_(files, std::move(target)), journal_(std::move(content)) {}
-  Rewriting(const Rewriting&) = delete;
-  Rewriting& operator=(const Rewriting&) = delete;
-  ~Rewriting() {
-    if (identity_ && !IsStillOpen()) file_.Forget();
-  }
-
-  StoreStatus Make(unsigned mode, const FileInfo* former) {
-    FileInfo info;
-    StoreStatus status = file_.Make(mode, former);
-    if (status == kDone) status = file_.File().Describe(info);
-    if (status == kDone) identity_ = info;
-    return status;
-  }
-
-  // Whether the descriptor is still that of the file; the host may have closed it.
-  bool IsStillOpen() const noexcept { return file_.File().IsStill(*identity_); }
-  bool IsWalked() const noexcept { return journal_.IsWalked(); }
-
-  // Writes what comes next. `state` is held until it is encoded, and while nothing is written.
-  StoreStatus Write(std::size_t wanted, std::unique_lock<std::mutex>& state) {
-    const std::uint64_t offset = journal_.Position().end;
-    const std::string bytes = journal_.Next(wanted);
-    const Unlocked unlocked(state);
-    const StoreStatus status = file_.File().Write(bytes, offset);
-    if (status == kDone) file_.File().StartSync(offset, bytes.size());
-    return status;
-  }
-
-  // Writes all that is left and syncs it.
-  StoreStatus WriteRest(std::unique_lock<std::mutex>& state) {
-    StoreStatus status = kDone;
-    do {
-      status = Write(kPieceBytes, state);
-    } while (status == kDone && !IsWalked());
-    const JournalPosition position = journal_.Position();
-    const Unlocked unlocked(state);
-    return status == kDone ? EndFreshJournal(file_.File(), position) : status;
-  }
-
-  FreshFile& File() noexcept { return file_; }
-  const FreshJournal& Journal() const noexcept { return journal_; }
-
- private:
-  FreshFile file_;
-  std::optional<FileInfo> identity_;  // Once it is made.
-  FreshJournal journal_;
-};
 
 // A planned change with the file locked for it and its transaction written out.
 class JournalHive::Pending final : public PendingChange {
@@ -559,8 +485,8 @@ void JournalHive::RewriteIfWorthwhile(OpenFile& locked, std::size_t changed) noe
   if (!is_near || position_.end < rewrite_from_) return;
   StoreStatus status = kDone;
   try {
-    const std::size_t piece = std::max(kPieceBytes, kPiecesAChange * changed);
-    status = RewriteOn(locked, is_due ? SIZE_MAX : piece, state);
+    const std::size_t piece = std::max(Rewriting::kPieceBytes, kPiecesAChange * changed);
+    status = RewriteOn(locked, is_due ? Rewriting::kAll : piece, state);
     if (is_due && status != kDone && status != kLocked) {
       AddReport({.path = path_, .bytes = position_.end, .rewriting = status});
     }
@@ -575,7 +501,7 @@ void JournalHive::RewriteIfWorthwhile(OpenFile& locked, std::size_t changed) noe
 // Rewrites so much more, or begins to.
 StoreStatus JournalHive::RewriteOn(OpenFile& locked, std::size_t wanted,
                                    std::unique_lock<std::mutex>& state) {
-  const bool is_at_once = wanted == SIZE_MAX;
+  const bool is_at_once = wanted == Rewriting::kAll;
   if (rewriting_ != nullptr && !rewriting_->IsStillOpen()) rewriting_.reset();
   if (rewriting_ == nullptr) {
     FileInfo info;

@@ -22,6 +22,8 @@
 
 namespace quorl::internal {
 
+class Rewriting;
+
 class JournalHive final : public Hive {
  public:
   /// `files` is lent for the hive's life. Nothing is read or made before the first use.
@@ -45,7 +47,6 @@ class JournalHive final : public Hive {
 
  private:
   class Pending;
-  class Rewriting;
 
   StoreStatus CatchUp();
   bool IsUnchanged() const;
@@ -88,9 +89,9 @@ class JournalHive final : public Hive {
 
   std::mutex state_;
   HiveContent content_ = std::make_shared<KeyTree>();
-  OpenFile file_;                  // Open for reading, unless there is no journal.
-  FileInfo identity_;              // Which file that is.
-  JournalPosition position_;       // How far it has been read.
+  OpenFile file_;             // Open for reading, unless there is no journal.
+  FileInfo identity_;         // Which file that is.
+  JournalPosition position_;  // How far it has been read.
   // What the file was like when it was last looked at and nothing new was found, since when it has
   // been like that, and when that look was.
   FileInfo seen_;

@@ -1,6 +1,6 @@
 // The content of one hive in memory: a tree of keys with their values (value_list.hpp). Every step
-// takes logarithmic time, and nothing recurses by the depth of the keys. Nothing here locks. For changes to a tree
-// see change.hpp.
+// takes logarithmic time, and nothing recurses by the depth of the keys. Nothing here locks. For
+// changes to a tree see change.hpp.
 #pragma once
 
 #include <cstddef>

@@ -60,8 +60,8 @@ Value* ValueList::Find(std::uint64_t hash, std::string_view name) const noexcept
     }
     return nullptr;
   }
-  Value* found = BucketOf(hash).LowerBound(
-      [&](const Value& value) { return IsBefore(value, hash, name); });
+  Value* found =
+      BucketOf(hash).LowerBound([&](const Value& value) { return IsBefore(value, hash, name); });
   return found != nullptr && is_it(*found) ? found : nullptr;
 }
 
@@ -70,8 +70,7 @@ Value* ValueList::FindByHash(std::uint64_t hash) const noexcept {
     const auto found = std::ranges::find(slots_, hash, [](const auto& each) { return each->hash; });
     return found == slots_.end() ? nullptr : found->get();
   }
-  Value* found =
-      BucketOf(hash).LowerBound([&](const Value& value) { return value.hash < hash; });
+  Value* found = BucketOf(hash).LowerBound([&](const Value& value) { return value.hash < hash; });
   return found != nullptr && found->hash == hash ? found : nullptr;
 }
 
