@@ -10,6 +10,18 @@ target_compile_options(quorl_settings INTERFACE -Wall -Wextra -Wconversion -Wsha
                                                 $<$<BOOL:${PROJECT_IS_TOP_LEVEL}>:-Werror>)
 # The same source gives the same result on every machine: no contraction into fused operations.
 target_compile_options(quorl_settings INTERFACE -ffp-contract=off)
+# Hardening of our own targets. The linker's part is the folder's, so that it stays with them; a host
+# that takes the library into its own build keeps its own.
+target_compile_options(quorl_settings INTERFACE -fstack-protector-strong)
+if(NOT QUORL_SANITIZE AND NOT QUORL_FUZZ)
+  target_compile_options(quorl_settings INTERFACE
+      "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+endif()
+add_link_options(LINKER:-z,relro,-z,now,-z,noexecstack)
+# Containers are asked within their bounds where the tests watch.
+if(QUORL_TESTS)
+  target_compile_definitions(quorl_settings INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
 if(QUORL_SANITIZE)
   target_compile_options(quorl_settings INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                   -fno-omit-frame-pointer)

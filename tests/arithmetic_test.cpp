@@ -1,6 +1,7 @@
 #include "quorl/runtime/arithmetic.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 
@@ -54,14 +55,14 @@ TEST(RoundToDecimals, KeepsTheEdges) {
 // Values as cells: "I-6" is the Int16, "T 6 " the text.
 constexpr std::string_view kLetters = "BILSCDT";
 using enum VariantType;
-constexpr VariantType kTypes[] = {kByte, kInt16, kInt32, kSingle, kCurrency, kDouble, kString};
+constexpr std::array kTypes{kByte, kInt16, kInt32, kSingle, kCurrency, kDouble, kString};
 
-VariantType TypeOf(char letter) { return kTypes[kLetters.find(letter)]; }
+VariantType TypeOf(char letter) { return kTypes.at(kLetters.find(letter)); }
 Variant Read(StringView cell) {
   return ConvertTo(cell.substr(1), TypeOf(static_cast<char>(cell[0])));
 }
 std::string Written(const Variant& value) {
-  const auto type = std::ranges::find(kTypes, value.Type()) - kTypes;
+  const auto type = std::ranges::find(kTypes, value.Type()) - kTypes.begin();
   return kLetters[static_cast<std::size_t>(type)] + Utf8(ToString(value));
 }
 
