@@ -264,8 +264,9 @@ TEST(ComponentProcess, IsFoundWhereverItsTwoLibrariesAre) {
     EXPECT_EQ(result.status, 0) << command;
     return result.output;
   };
-  ASSERT_EQ(shell("rm -rf \"$f\"; mkdir -p \"$f\" && cp " QUORL_BINARY_DIR "/libquorl*.so \"$f\""),
-            "");
+  ASSERT_EQ(
+      shell("rm -rf \"$f\"; mkdir -p \"$f\" && cp -P " QUORL_BINARY_DIR "/libquorl*.so* \"$f\""),
+      "");
   const auto run = [&] {
     MemoryStore store;
     const ScopedStore guard(store);
@@ -388,6 +389,7 @@ TEST(ComponentFiles, GeneratedTextsAreUpToDate) {
   const std::size_t begin = header.find("/* begin generated */\n") + 22;
   const std::pair<std::string, std::string> texts[] = {
       {FileText(QUORL_SOURCE_DIR "/docs/quorl.json"), tools::CatalogueJson()},
+      {FileText(QUORL_SOURCE_DIR "/docs/quorl.classes"), tools::ClassList()},
       {header.substr(begin, header.find("/* end generated */") - begin), tools::HeaderTables()}};
   for (const auto& [text, now] : texts) EXPECT_EQ(text, now) << "run tools/update_generated.sh";
 }

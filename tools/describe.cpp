@@ -2,6 +2,7 @@
 //
 //   describe idl      the type description, docs/quorl.idl
 //   describe json     the catalogue for machines, docs/quorl.json
+//   describe classes  the names and identifiers of the classes, docs/quorl.classes
 //   describe tables   the class tables of quorl/abi/quorl.h, between its two marks
 #include <iostream>
 #include <string_view>
@@ -18,10 +19,12 @@ int main(int count, char** arguments) {
     std::cout << quorl::tools::TypeDescription(*library.Get());
   } else if (what == "json") {
     std::cout << quorl::tools::CatalogueJson();
+  } else if (what == "classes") {
+    std::cout << quorl::tools::ClassList();
   } else if (what == "tables") {
     std::cout << quorl::tools::HeaderTables();
   } else {
-    std::cerr << "describe idl | json | tables\n";
+    std::cerr << "describe idl | json | classes | tables\n";
     return 2;
   }
   return 0;

@@ -1,5 +1,5 @@
-// Texts generated from the catalogue: the type description, the class tables of the C header and
-// the catalogue for machines.
+// Texts generated from the catalogue: the type description, the class tables of the C header, the
+// catalogue for machines and the list of classes.
 #pragma once
 
 #include <string>
@@ -16,5 +16,9 @@ std::string HeaderTables();
 
 /// Everything that a generator of bindings needs, as JSON; docs/catalogue.md describes its form.
 std::string CatalogueJson();
+
+/// A line for each class, its name as hosts know it and its identifier: what an installation for
+/// every user has as quorl/classes.
+std::string ClassList();
 
 }  // namespace quorl::tools

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Writes anew what is generated from the catalogue: docs/quorl.idl, docs/quorl.json and from it the
-# classes of python/quorl and node/lib, and the class tables of quorl/abi/quorl.h. Argument: the
-# program describe as built.
+# Writes anew what is generated from the catalogue: docs/quorl.idl, docs/quorl.classes, docs/quorl.json
+# and from it the classes of python/quorl and node/lib, and the class tables of quorl/abi/quorl.h.
+# Argument: the program describe as built.
 #
 #   tools/update_generated.sh build/test/tools/describe
 set -euo pipefail
@@ -9,6 +9,7 @@ describe=$(realpath -- "$1")
 cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.."
 
 "$describe" idl > docs/quorl.idl
+"$describe" classes > docs/quorl.classes
 "$describe" json > docs/quorl.json
 tools/generate_python.py
 if command -v node > /dev/null; then

@@ -1,8 +1,8 @@
 /*
  * Quorl for hosts in any language: the binary form of values, objects and calls, in plain C11.
  *
- * A host loads libquorl_runtime.so, has the component registered once (QuorlRegister), and gets
- * objects from it:
+ * A host loads libquorl_runtime.so, has the component registered once (QuorlRegister) where it is
+ * not installed for every user, and gets objects from it:
  *
  *     void* object = NULL;
  *     QuorlGlobalObject(u"Quorl.Math", &object);      a global class, without creating anything
@@ -466,8 +466,9 @@ QUORL_API HRESULT CLSIDFromString(const char16_t* text, GUID* out);
 /* Writes 38 characters and a zero; gives 39, or 0 if `capacity` is too small. */
 QUORL_API int32_t StringFromGUID2(const GUID* guid, char16_t* buffer, int32_t capacity);
 
-/* Classes, by what is registered below HKEY_CLASSES_ROOT. `context` is ignored. A store that cannot
- * be read gives 0x80070000 + its code, here and in QuorlGlobalObject. */
+/* Classes, by what is registered below HKEY_CLASSES_ROOT, and what is not, by the list of classes
+ * that an installation for every user has beside this library, if any. `context` is ignored. A
+ * store that cannot be read gives 0x80070000 + its code, here and in QuorlGlobalObject. */
 QUORL_API HRESULT CLSIDFromProgID(const char16_t* progid, GUID* out);
 QUORL_API HRESULT CoGetClassObject(const GUID* class_identifier, uint32_t context, void* reserved,
                                    const GUID* identifier, void** out);

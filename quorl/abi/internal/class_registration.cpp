@@ -2,6 +2,7 @@
 
 #include "quorl/abi/internal/errors.hpp"
 #include "quorl/abi/internal/guid.hpp"
+#include "quorl/abi/internal/machine_classes.hpp"
 #include "quorl/abi/internal/percent_text.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/store/open_key.hpp"
@@ -25,9 +26,11 @@ Int32 ReadDefaultValue(const std::string& path, std::string& text) {
   return code;
 }
 
-// Whether a code says that there is no such key, or that no key can have that name.
+// Whether a code says that there is no such key, that no key can have that name, or that this user
+// has no place for settings.
 bool IsNothing(Int32 code) {
-  return code == kAbsent || code == kKeyDeleted || code == kWrongArgument;
+  return code == kAbsent || code == kKeyDeleted || code == kWrongArgument ||
+         code == kFolderNotFound;
 }
 
 // The unnamed text value of a key below the root of classes; empty where there is none. Raises the
@@ -46,12 +49,14 @@ std::string DefaultValueOf(StringView path) {
 bool FindClassIdentifier(StringView progid, GUID& out) {
   // A name with a level of its own would lead elsewhere.
   if (progid.empty() || progid.find(u'\\') != StringView::npos) return false;
-  return ReadGuidText(FromAnsi(DefaultValueOf(String(progid) + u"\\Clsid")), out);
+  const std::string text = DefaultValueOf(String(progid) + u"\\Clsid");
+  return text.empty() ? FindMachineClass(progid, out) : ReadGuidText(FromAnsi(text), out);
 }
 
 std::string FindLibraryPath(const GUID& class_identifier) {
   const String key = u"CLSID\\" + GuidText(class_identifier) + u"\\InprocServer32";
-  return PercentUnescaped(DefaultValueOf(key));
+  const std::string path = DefaultValueOf(key);
+  return path.empty() ? FindMachineLibrary(class_identifier) : PercentUnescaped(path);
 }
 
 }  // namespace quorl::abi

@@ -1,4 +1,5 @@
-// What hosts need of a class's registration: reading only. Components write it themselves.
+// What hosts need of a class's registration: reading only. Components write it themselves. What the
+// user has registered comes first, then what is there for every user (machine_classes.hpp).
 #pragma once
 
 #include <string>

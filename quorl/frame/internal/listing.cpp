@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "quorl/frame/internal/catalogue.hpp"
 #include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/utf.hpp"
 
@@ -24,6 +25,8 @@ String CurrentInterfaceName(StringView class_name) { return Joined({u"_", class_
 String Digits(std::size_t number) { return Utf16(std::to_string(number)); }
 
 }  // namespace
+
+String QualifiedName(const ClassRow& row) { return Joined({kLibraryName, u".", row.name}); }
 
 String VersionText(std::size_t minor) { return Joined({u"1.", Digits(minor)}); }
 

@@ -1,4 +1,4 @@
-// What the type description says of classes beyond their rows: flags, and the order of the listing.
+// What is said of classes beyond their rows: names, flags, and the order of the listing.
 #pragma once
 
 #include <cstddef>
@@ -17,6 +17,9 @@ inline constexpr std::uint16_t kInterfaceFlags = 0x11D0;
 constexpr std::uint16_t ClassFlags(const ClassRow& row) {
   return row.kind == ClassKind::kGlobal ? kGlobalFlags : kCreatableFlags;
 }
+
+/// The name by which hosts find a class: "Quorl.Math".
+String QualifiedName(const ClassRow& row);
 
 /// The number of a version of an interface: "1.4".
 String VersionText(std::size_t minor);

@@ -1,15 +1,12 @@
 #include "quorl/frame/internal/registration.hpp"
 
-#include <dlfcn.h>
-
-#include <cstdlib>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "quorl/abi/internal/errors.hpp"
 #include "quorl/abi/internal/guarded.hpp"
 #include "quorl/abi/internal/guid.hpp"
+#include "quorl/abi/internal/library_file.hpp"
 #include "quorl/abi/internal/percent_text.hpp"
 #include "quorl/frame/internal/catalogue.hpp"
 #include "quorl/frame/internal/identifiers.hpp"
@@ -43,15 +40,10 @@ class Changes {
 
 // The path of the library that this function is in.
 String OwnPath() {
-  Dl_info info{};
-  if (dladdr(reinterpret_cast<const void*>(&OwnPath), &info) == 0) abi::RequireDone(kAbsent);
-  const std::unique_ptr<char, decltype(&std::free)> path(realpath(info.dli_fname, nullptr),
-                                                         &std::free);
-  if (path == nullptr) abi::RequireDone(kAbsent);
-  return FromAnsi(abi::PercentEscaped(path.get()));
+  const std::string path = abi::LibraryFileOf(reinterpret_cast<const void*>(&OwnPath));
+  if (path.empty()) abi::RequireDone(kAbsent);
+  return FromAnsi(abi::PercentEscaped(path));
 }
-
-String QualifiedName(const ClassRow& row) { return String(kLibraryName) + u"." + String(row.name); }
 
 String LibraryKey() { return abi::GuidText(kLibraryIdentifier); }
 
