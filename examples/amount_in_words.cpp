@@ -9,6 +9,7 @@
 #include <clocale>
 #include <cstdio>
 #include <cwchar>
+#include <filesystem>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -678,6 +679,12 @@ bool PrintAmounts(const Options& options) {
   return good;
 }
 
+// The invoices that come with the program, at their place beside it.
+std::string OwnInvoices() {
+  std::error_code ignored;
+  return std::filesystem::canonical("/proc/self/exe", ignored).parent_path() / QUORL_INVOICES;
+}
+
 bool Run(const Options& options) {
   if (options.Help()) {
     Print(messages::kHelp());
@@ -686,7 +693,7 @@ bool Run(const Options& options) {
   if (!options.Has("--file")) {
     if (!options.Amounts().empty()) return PrintAmounts(options);
     if (options.Count() != 0) throw WrongUsage(messages::kAmountMissing());
-    return PrintFile(QUORL_INVOICES);
+    return PrintFile(OwnInvoices());
   }
   if (options.Count() != 1 || !options.Amounts().empty()) {
     throw WrongUsage(messages::kFileHasAll());
