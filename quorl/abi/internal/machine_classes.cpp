@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <string_view>
 #include <vector>
 
 #include "quorl/abi/internal/guid.hpp"
@@ -17,30 +18,42 @@ struct MachineClass {
   GUID identifier;
 };
 
+// Whether a line tells a class, and which.
+bool ReadLine(std::string_view line, MachineClass& row) {
+  const std::size_t blank = line.find(' ');
+  if (blank == std::string_view::npos) return false;
+  row.progid = Utf16(line.substr(0, blank));
+  return ReadGuidText(Utf16(line.substr(blank + 1)), row.identifier);
+}
+
+// A list that cannot be read is none. Memory that runs out is raised, so that no part of a list is
+// kept for the whole.
+std::vector<MachineClass> ReadList(const std::string& path) try {
+  std::vector<MachineClass> classes;
+  std::ifstream list(path);
+  list.exceptions(std::ios::badbit);
+  MachineClass row;
+  for (std::string line; std::getline(list, line);) {
+    if (ReadLine(line, row)) classes.push_back(row);
+  }
+  return classes;
+} catch (const std::ios::failure&) {
+  return {};
+}
+
 struct MachineClasses {
   std::string folder;
   std::vector<MachineClass> classes;
 };
 
-MachineClasses ReadList() {
-  const std::string file = LibraryFileOf(reinterpret_cast<const void*>(&ReadList));
-  MachineClasses read{.folder = file.substr(0, file.rfind('/') + 1), .classes = {}};
-  std::ifstream list;
-  // Memory that runs out raises, so that no part of a list is kept for the whole.
-  list.exceptions(std::ios::badbit);
-  list.open(read.folder + "quorl/classes");
-  for (std::string line; std::getline(list, line);) {
-    const std::size_t blank = line.find(' ');
-    MachineClass row{Utf16(line.substr(0, blank)), {}};
-    if (blank != std::string::npos && ReadGuidText(Utf16(line.substr(blank + 1)), row.identifier)) {
-      read.classes.push_back(std::move(row));
-    }
-  }
-  return read;
+MachineClasses ListBesideThisLibrary() {
+  const std::string file = LibraryFileOf(reinterpret_cast<const void*>(&ListBesideThisLibrary));
+  const std::string folder = file.substr(0, file.rfind('/') + 1);
+  return {folder, ReadList(folder + "quorl/classes")};
 }
 
 const MachineClasses& List() {
-  static const MachineClasses list = ReadList();
+  static const MachineClasses list = ListBesideThisLibrary();
   return list;
 }
 
