@@ -545,7 +545,7 @@ bool PrintFile(const std::string& name) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(name.c_str(), "rb"),
                                                              std::fclose);
   if (file != nullptr) return InvoiceFile(file.get(), name).Print();
-  command::Tell("amount_in_words: " + name + ": " + command::SystemErrorText(errno));
+  command::Tell(command::ProgramName() + ": " + name + ": " + command::SystemErrorText(errno));
   return false;
 }
 
@@ -673,7 +673,7 @@ bool PrintAmounts(const Options& options) {
   for (const std::string& text : options.Amounts()) {
     const std::string problem = ProblemOf([&] { PrintAmount(wordings, ReadAmount(Utf16(text))); });
     if (problem.empty()) continue;
-    command::Tell("amount_in_words: " + problem);
+    command::Tell(command::ProgramName() + ": " + problem);
     good = false;
   }
   return good;
@@ -687,7 +687,7 @@ std::string OwnInvoices() {
 
 bool Run(const Options& options) {
   if (options.Help()) {
-    Print(messages::kHelp());
+    Print(messages::kHelp(command::ProgramName()));
     return true;
   }
   if (!options.Has("--file")) {
@@ -711,7 +711,7 @@ int main(int count, char** values) {
     command::Flush();
     return good ? 0 : 1;
   } catch (const WrongUsage& wrong) {
-    command::Tell("amount_in_words: " + messages::kSeeHelp(wrong.what()));
+    command::Tell(command::ProgramName() + ": " + messages::kSeeHelp(wrong.what()));
     return 2;
   }
 }

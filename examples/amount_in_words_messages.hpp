@@ -7,11 +7,11 @@ namespace messages {
 
 using command::Message;
 
-inline constexpr Message<> kHelp{
-    R"(amount_in_words: amounts in words, in French, English, Dutch and German
-  amount_in_words                  the invoices that come with the program
-  amount_in_words --file FILE      your invoices, - for standard input
-  amount_in_words [OPTION]... AMOUNT...
+inline constexpr Message<1> kHelp{
+    R"({0}: amounts in words, in French, English, Dutch and German
+  {0}                  the invoices that come with the program
+  {0} --file FILE      your invoices, - for standard input
+  {0} [OPTION]... AMOUNT...
 Options:
   --language FR|UK|NL|DE  the words in this language alone, else all four
   --currency CODE         EUR (when left out), CHF, GBP, USD, JPY or TND
@@ -32,11 +32,11 @@ first line without a digit in its amount and without a currency is a heading.
 What cannot be written is told on standard error as file:line: message.
 Exit status: 0; 1 when something could not be read; 2 for a wrong option.
 )",
-    R"(amount_in_words : montants en lettres, en français, anglais, néerlandais et
+    R"({0} : montants en lettres, en français, anglais, néerlandais et
 allemand
-  amount_in_words                  les factures livrées avec le programme
-  amount_in_words --file FICHIER   vos factures, - pour l'entrée standard
-  amount_in_words [OPTION]... MONTANT...
+  {0}                  les factures livrées avec le programme
+  {0} --file FICHIER   vos factures, - pour l'entrée standard
+  {0} [OPTION]... MONTANT...
 Options :
   --language FR|UK|NL|DE  dans cette langue seule, sinon dans les quatre
   --currency CODE         EUR (sans cette option), CHF, GBP, USD, JPY ou TND

@@ -67,7 +67,7 @@ Request RequestOf(const Command& command, const Words& words, PersistentStore& s
 int Run(const Words& words, PersistentStore& store) {
   if (words.empty()) throw WrongUse(messages::kNoCommand());
   if (AsksForHelp(words)) {
-    command::Print(messages::kHelp());
+    command::Print(messages::kHelp(command::ProgramName()));
     return kSuccess;
   }
   const auto* const command = std::ranges::find(kCommands, words[0], &Command::name);

@@ -8,8 +8,9 @@ namespace settings::messages {
 
 using command::Message;
 
-inline constexpr Message<> kHelp{
-    R"(usage: settings COMMAND ARGUMENTS
+// {0} is the name by which the program was called.
+inline constexpr Message<1> kHelp{
+    R"(usage: {0} COMMAND ARGUMENTS
 
 Looks at the settings that programs keep in the registry, and repairs them.
   list KEY [--json]            a key and all below it, as a tree
@@ -40,7 +41,7 @@ Without a terminal to ask on, repair changes nothing unless --yes is given.
 Exit status: 0 done; 1 refused, absent, damaged or different; 2 wrong command
 line.
 )",
-    R"(utilisation : settings COMMANDE ARGUMENTS
+    R"(utilisation : {0} COMMANDE ARGUMENTS
 
 Montre et répare les réglages que les programmes gardent dans le registre.
   list CLÉ [--json]            une clé et tout ce qu'elle contient, en arbre
