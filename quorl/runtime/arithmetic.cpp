@@ -9,6 +9,7 @@
 
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/decimal.hpp"
+#include "quorl/runtime/internal/exact.hpp"
 #include "quorl/runtime/raised_error.hpp"
 
 namespace quorl {
@@ -18,14 +19,6 @@ namespace {
 
 constexpr int kHighestPower = 308;
 constexpr int kLowestPower = -323;
-
-// A Double holds the powers up to here exactly, and so each is ten times the one before.
-constexpr int kHighestExactPower = 22;
-constexpr auto kExactPowers = [] {
-  std::array<Double, kHighestExactPower + 1> powers{1};
-  for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 10;
-  return powers;
-}();
 
 Double Finite(Double value) {
   if (!std::isfinite(value)) Raise(FailureNumber::kOverflow);
@@ -91,7 +84,7 @@ Double RoundToDecimals(Double value, int decimals) {
   return rounded / factor;
 }
 
-Int32 TruncateToInt32(Double value) { return ToInt32(std::trunc(value)); }
+Int32 TruncateToInt32(Double value) { return QuickTruncateToInt32(value); }
 
 Double PowerOfTen(int exponent) {
   if (exponent > kHighestPower) Raise(FailureNumber::kOverflow);
