@@ -1,5 +1,7 @@
+#include <array>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 
 #include "quorl/numeric/math.hpp"
 #include "quorl/runtime/arithmetic.hpp"
@@ -25,11 +27,27 @@ Double Scaled(const Variant& number, const Variant& factor) {
 Double OffsetFor(bool at_least_zero) { return at_least_zero ? kHalf : -kHalf; }
 
 // 10 to the power of the decimals; 0 for negative ones.
-Int32 FactorOf(Int16 decimals) { return ToInt32(PowerOfTen(decimals)); }
+Int32 FactorOf(Int16 decimals) {
+  constexpr std::array kFactors{1,      10,      100,      1000,      10000,
+                                100000, 1000000, 10000000, 100000000, 1000000000};
+  if (decimals < 0 || decimals > 9) return ToInt32(PowerOfTen(decimals));
+  return kFactors[static_cast<std::size_t>(decimals)];
+}
 
 Double Over(Double whole, Int32 factor) {
+  const Double quotient = factor == 0 ? Divide(whole, 0) : whole / factor;
   // Adding 0 turns a negative zero into 0 and leaves everything else.
-  return Divide(whole, static_cast<Double>(factor)) + 0.0;
+  return quotient + 0.0;
+}
+
+// Whether a scaled number with its half added lies so far from a whole one that cleaning cannot
+// bring it across: below 2 to the power of 31, that and the roundings of the sums move it by less
+// than 0.0001.
+bool IsClear(Double moved) {
+  constexpr Double kMargin = 0.001;
+  if (!(std::fabs(moved) < std::numeric_limits<Int32>::max())) return false;
+  const Double rest = std::fabs(moved - static_cast<Int32>(moved));
+  return rest > kMargin && rest < 1 - kMargin;
 }
 
 void RequireDecimals(Int16 decimals) {
@@ -65,7 +83,10 @@ Variant Math::StdRound(const Variant& Nombre, Int16 Nombredecimales) {
 
 Double Math::FixRound(Double Nombre, Int16 Nombredecimales) {
   const Int32 factor = FactorOf(Nombredecimales);
-  return Over(std::trunc(Scaled(Nombre, factor) + OffsetFor(Nombre >= 0)), factor);
+  const Double offset = OffsetFor(Nombre >= 0);
+  const Double moved = Nombre * factor + offset;
+  if (IsClear(moved)) return Over(static_cast<Int32>(moved), factor);
+  return Over(std::trunc(Scaled(Nombre, factor) + offset), factor);
 }
 
 Double Math::RoundSup(Double Nombre, Int16 Nombredecimales) {
