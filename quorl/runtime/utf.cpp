@@ -1,5 +1,6 @@
 #include "quorl/runtime/utf.hpp"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "quorl/runtime/internal/within_memory.hpp"
@@ -71,13 +72,22 @@ Decoded DecodeUtf16(StringView text, std::size_t at) {
   return {kReplacement, 1};
 }
 
+bool IsAscii(char16_t unit) { return unit < 0x80; }
+
+// Most of most texts: the units become bytes as they are.
+void AppendAscii(std::string& out, StringView run) {
+  const std::size_t size = out.size();
+  out.resize(size + run.size());
+  std::ranges::transform(run, out.begin() + static_cast<std::ptrdiff_t>(size),
+                         [](char16_t unit) { return static_cast<char>(unit); });
+}
+
+// Of a point beyond ASCII.
 void AppendUtf8(std::string& out, char32_t point) {
   const auto tail = [point](int shift) {
     return static_cast<char>(0x80 | ((point >> shift) & 0x3F));
   };
-  if (point < 0x80) {
-    out.push_back(static_cast<char>(point));
-  } else if (point < 0x800) {
+  if (point < 0x800) {
     out.append({static_cast<char>(0xC0 | (point >> 6)), tail(0)});
   } else if (point < 0x10000) {
     out.append({static_cast<char>(0xE0 | (point >> 12)), tail(6), tail(0)});
@@ -103,10 +113,15 @@ std::string Utf8(StringView text) {
   return WithinMemory([&] {
     std::string out;
     out.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) {
-      const Decoded decoded = DecodeUtf16(text, at);
-      AppendUtf8(out, decoded.point);
-      at += decoded.length;
+    while (!text.empty()) {
+      const auto ascii = std::ranges::find_if_not(text, IsAscii) - text.begin();
+      AppendAscii(out, text.substr(0, static_cast<std::size_t>(ascii)));
+      text.remove_prefix(static_cast<std::size_t>(ascii));
+      while (!text.empty() && !IsAscii(text.front())) {
+        const Decoded decoded = DecodeUtf16(text, 0);
+        AppendUtf8(out, decoded.point);
+        text.remove_prefix(decoded.length);
+      }
     }
     return out;
   });
