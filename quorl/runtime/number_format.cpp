@@ -37,22 +37,15 @@ NumberFormat ParseFormat(StringView format) {
   return parsed;
 }
 
-void AppendWholePart(String& text, const Decimal& value, const NumberFormat& format,
-                     StringView thousand_separator) {
-  for (int place = std::max(value.point, format.least_whole_digits) - 1; place >= 0; --place) {
-    text.push_back(static_cast<char16_t>(value.DigitAt(place)));
-    if (format.grouped && place > 0 && place % 3 == 0) text += thousand_separator;
+// The digits from one place down to another, with a separator before every third of the whole part
+// if there is one.
+char16_t* WriteDigits(char16_t* out, const Decimal& value, int highest, int lowest,
+                      StringView separator) {
+  for (int place = highest; place >= lowest; --place) {
+    *out++ = static_cast<char16_t>(value.DigitAt(place));
+    if (place > 0 && place % 3 == 0) out = std::ranges::copy(separator, out).out;
   }
-}
-
-void AppendDecimals(String& text, const Decimal& value, const NumberFormat& format,
-                    StringView decimal_separator) {
-  const int decimals = std::max(format.least_decimals, value.count - value.point);
-  if (decimals <= 0) return;
-  text += decimal_separator;
-  for (int place = -1; place >= -decimals; --place) {
-    text.push_back(static_cast<char16_t>(value.DigitAt(place)));
-  }
+  return out;
 }
 
 }  // namespace
@@ -60,12 +53,20 @@ void AppendDecimals(String& text, const Decimal& value, const NumberFormat& form
 String FormatNumber(const Variant& value, StringView format, const Locale& locale) {
   const NumberFormat parsed = ParseFormat(format);
   const Decimal rounded = RoundedHalfAway(DecimalOf(value), parsed.most_decimals);
-  return WithinMemory([&] {
-    String text = rounded.negative ? u"-" : u"";
-    AppendWholePart(text, rounded, parsed, locale.thousand_separator);
-    AppendDecimals(text, rounded, parsed, locale.decimal_separator);
-    return text;
-  });
+  const int whole = std::max({rounded.point, parsed.least_whole_digits, 0});
+  const int decimals = std::max({rounded.count - rounded.point, parsed.least_decimals, 0});
+  const StringView point = decimals > 0 ? StringView(locale.decimal_separator) : u"";
+  const StringView thousand = parsed.grouped ? StringView(locale.thousand_separator) : u"";
+  const std::size_t groups = whole > 0 ? static_cast<std::size_t>(whole - 1) / 3 : 0;
+  const std::size_t length = (rounded.negative ? 1 : 0) + static_cast<std::size_t>(whole) +
+                             groups * thousand.size() + point.size() +
+                             static_cast<std::size_t>(decimals);
+  String text = WithinMemory([&] { return String(length, u'-'); });
+  char16_t* out = text.data() + (rounded.negative ? 1 : 0);
+  out = WriteDigits(out, rounded, whole - 1, 0, thousand);
+  out = std::ranges::copy(point, out).out;
+  WriteDigits(out, rounded, -1, -decimals, {});
+  return text;
 }
 
 }  // namespace quorl

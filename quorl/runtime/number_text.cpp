@@ -8,6 +8,7 @@
 
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/decimal.hpp"
+#include "quorl/runtime/internal/exact.hpp"
 #include "quorl/runtime/internal/scanner.hpp"
 #include "quorl/runtime/internal/text.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
@@ -171,8 +172,80 @@ bool ToNearest(ScannedNumber& number, Currency& out) {
   return true;
 }
 
+// What most texts are: a sign, then digits with separators of one unit each. Whatever it takes
+// means the same in the general way, which all other texts go.
+class PlainNumber {
+ public:
+  bool Take(StringView text, const Locale& locale) {
+    if (text.empty() || text.size() > kMostUnits || locale.decimal_separator.size() != 1) {
+      return false;
+    }
+    const char16_t point = locale.decimal_separator[0];
+    const StringView thousand = locale.thousand_separator;
+    negative = text[0] == u'-';
+    if (negative || text[0] == u'+') text.remove_prefix(1);
+    bool after_point = false;
+    for (const char16_t unit : text) {
+      if (IsDigit(unit)) {
+        units = units * 10 + (unit - u'0');
+        decimals += after_point ? 1 : 0;
+        Keep(static_cast<char>(unit));
+        ++digits;
+      } else if (unit == point && !after_point) {
+        after_point = true;
+        Keep('.');
+      } else if (thousand.size() != 1 || unit != thousand[0]) {
+        return false;
+      }
+    }
+    return digits > 0;
+  }
+
+  /// Digits and point in the C locale.
+  std::string_view Text() const { return {text_.data(), count_}; }
+
+  bool negative = false;
+  int digits = 0;
+  int decimals = 0;
+  std::uint64_t units = 0;  // the digits as one number, right for up to 19 of them
+
+ private:
+  static constexpr std::size_t kMostUnits = 40;
+
+  void Keep(char unit) { text_[count_++] = unit; }
+
+  std::array<char, kMostUnits> text_;
+  std::size_t count_ = 0;
+};
+
+bool ToNearest(const PlainNumber& number, Double& out) {
+  constexpr int kExactDigits = 15;
+  Double magnitude = 0;
+  if (number.digits <= kExactDigits) {
+    // Both are exact as Doubles, and one division rounds once.
+    magnitude =
+        static_cast<Double>(number.units) / kExactPowers[static_cast<std::size_t>(number.decimals)];
+  } else {
+    const std::string_view text = number.Text();
+    std::from_chars(text.data(), text.data() + text.size(), magnitude);
+  }
+  out = number.negative ? -magnitude : magnitude;
+  return true;
+}
+
+bool ToNearest(const PlainNumber& number, Currency& out) {
+  constexpr std::array<std::int64_t, 5> kPowers{10000, 1000, 100, 10, 1};
+  if (number.decimals > 4 || number.digits + 4 - number.decimals > 18) return false;
+  const std::int64_t size =
+      static_cast<std::int64_t>(number.units) * kPowers[static_cast<std::size_t>(number.decimals)];
+  out = Currency::FromTenThousandths(number.negative ? -size : size);
+  return true;
+}
+
 template <class Number>
 NumberReading Read(StringView text, const Locale& locale, Number& out) {
+  PlainNumber plain;
+  if (plain.Take(text, locale) && ToNearest(plain, out)) return NumberReading::kGood;
   Scanner scanner(Trim(text));
   ScannedNumber number;
   const ThousandSeparator thousand(locale.thousand_separator);

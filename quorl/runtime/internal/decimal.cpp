@@ -33,13 +33,15 @@ Decimal Normalized(bool negative, std::string_view digits, int point) {
 template <class Floating>
 Decimal ShortestDigits(Floating number) {
   if (!std::isfinite(number)) Raise(FailureNumber::kOverflow);
-  std::array<char, 32> buffer{};  // "d.ddddde-xxx" of the absolute value
+  std::array<char, 32> buffer;  // "d.ddddde-xxx" of the absolute value
   const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
                                      std::fabs(number), std::chars_format::scientific);
   const std::string_view text(buffer.data(), static_cast<std::size_t>(written.ptr - buffer.data()));
-  const std::size_t mark = text.find('e');
+  // The exponent has two digits or three.
+  const std::size_t mark = text.size() - (text[text.size() - 4] == 'e' ? 4 : 5);
   int exponent = 0;
-  std::from_chars(text.data() + mark + (text[mark + 1] == '+' ? 2 : 1), written.ptr, exponent);
+  for (const char digit : text.substr(mark + 2)) exponent = exponent * 10 + (digit - '0');
+  if (text[mark + 1] == '-') exponent = -exponent;
   std::array<char, 24> digits{text[0]};
   const std::string_view after_point = mark > 1 ? text.substr(2, mark - 2) : std::string_view{};
   std::ranges::copy(after_point, digits.begin() + 1);
@@ -56,22 +58,20 @@ Decimal ScaledDigits(std::int64_t units, int decimals) {
                     static_cast<int>(length) - decimals);
 }
 
-void AppendDigits(String& text, const Decimal& value, int highest_place, int lowest_place) {
-  for (int place = highest_place; place >= lowest_place; --place) {
-    text.push_back(static_cast<char16_t>(value.DigitAt(place)));
-  }
-}
-
+// Zeros all over, then the digits before the separator from the start on, those behind it up to the
+// end.
 void AppendPlain(String& text, const Decimal& value, StringView separator, LeadingZero zero) {
-  if (value.point > 0) {
-    AppendDigits(text, value, value.point - 1, 0);
-  } else if (zero == LeadingZero::kWritten || value.count == 0) {
-    text.push_back(u'0');
-  }
-  const int lowest = value.point - value.count;
-  if (lowest >= 0) return;
-  text += separator;
-  AppendDigits(text, value, -1, lowest);
+  const bool has_zero = value.point <= 0 && (zero == LeadingZero::kWritten || value.count == 0);
+  const int whole = has_zero ? 1 : std::max(value.point, 0);
+  const int decimals = std::max(value.count - value.point, 0);
+  const int before = std::clamp(value.point, 0, value.count);
+  const std::size_t gap = decimals > 0 ? separator.size() : 0, start = text.size();
+  text.resize(start + static_cast<std::size_t>(whole + decimals) + gap, u'0');
+  char16_t* const first = text.data() + start;
+  std::copy_n(value.digits.begin(), before, first);
+  std::copy_n(separator.begin(), gap, first + whole);
+  std::copy(value.digits.begin() + before, value.digits.begin() + value.count,
+            text.data() + text.size() - (value.count - before));
 }
 
 void AppendWithExponent(String& text, const Decimal& value, StringView separator) {
@@ -89,7 +89,21 @@ void AppendWithExponent(String& text, const Decimal& value, StringView separator
 
 }  // namespace
 
-Decimal DecimalOf(Double value) { return ShortestDigits(value); }
+Decimal DecimalOf(Double value) {
+  // Of at most 15 digits no two decimals are the same Double: where such a one, with no more
+  // decimals than an amount, is this Double, no other is as short.
+  constexpr Double kFifteenDigits = 1e15;
+  constexpr int kDecimals = 4;
+  constexpr Double kScale = 1e4;
+  const Double scaled = std::fabs(value) * kScale + 0.5;
+  if (scaled < kFifteenDigits) {
+    const auto units = static_cast<std::int64_t>(scaled);
+    if (static_cast<Double>(units) / kScale == std::fabs(value)) {
+      return ScaledDigits(value < 0 ? -units : units, kDecimals);
+    }
+  }
+  return ShortestDigits(value);
+}
 Decimal DecimalOf(Single value) { return ShortestDigits(value); }
 Decimal DecimalOf(Currency value) { return ScaledDigits(value.TenThousandths(), 4); }
 Decimal DecimalOf(std::int64_t value) { return ScaledDigits(value, 0); }
