@@ -218,6 +218,7 @@ class PlainNumber {
   std::size_t count_ = 0;
 };
 
+// False where the general way has to decide.
 bool ToNearest(const PlainNumber& number, Double& out) {
   constexpr int kExactDigits = 15;
   Double magnitude = 0;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 #include "quorl/runtime/internal/within_memory.hpp"
 
@@ -74,6 +76,18 @@ Decoded DecodeUtf16(StringView text, std::size_t at) {
 
 bool IsAscii(char16_t unit) { return unit < 0x80; }
 
+// The number of ASCII units at the head of a text, four at a time as long as all four are.
+std::size_t AsciiRun(StringView text) {
+  constexpr std::uint64_t kBeyondAscii = 0xFF80FF80FF80FF80;
+  std::size_t run = 0;
+  for (std::uint64_t four = 0; run + 4 <= text.size(); run += 4) {
+    std::memcpy(&four, text.data() + run, sizeof four);
+    if ((four & kBeyondAscii) != 0) break;
+  }
+  while (run < text.size() && IsAscii(text[run])) ++run;
+  return run;
+}
+
 // Most of most texts: the units become bytes as they are.
 void AppendAscii(std::string& out, StringView run) {
   const std::size_t size = out.size();
@@ -114,9 +128,9 @@ std::string Utf8(StringView text) {
     std::string out;
     out.reserve(text.size());
     while (!text.empty()) {
-      const auto ascii = std::ranges::find_if_not(text, IsAscii) - text.begin();
-      AppendAscii(out, text.substr(0, static_cast<std::size_t>(ascii)));
-      text.remove_prefix(static_cast<std::size_t>(ascii));
+      const std::size_t ascii = AsciiRun(text);
+      AppendAscii(out, text.substr(0, ascii));
+      text.remove_prefix(ascii);
       while (!text.empty() && !IsAscii(text.front())) {
         const Decoded decoded = DecodeUtf16(text, 0);
         AppendUtf8(out, decoded.point);

@@ -8,10 +8,6 @@ namespace quorl::internal {
 
 namespace {
 
-constexpr std::uint64_t PowerOfThousand(std::size_t power) {
-  return power == 0 ? 1 : 1000 * PowerOfThousand(power - 1);
-}
-
 using Words = const LanguageWords&;
 
 char16_t* BelowHundred(char16_t* out, Words words, const Slot& slot, Int16 kind) {
@@ -37,12 +33,11 @@ char16_t* GroupBeforeThousand(char16_t* out, Words words, std::uint64_t number) 
 }
 
 // Writes the multiplier of a scale word and the word, and leaves the rest of `number`.
-template <ScaleLevel level>
+template <ScaleLevel level, std::uint64_t scale>
 char16_t* TakeScale(char16_t* out, Words words, std::uint64_t& number) {
-  constexpr std::uint64_t kScale = PowerOfThousand(level);
-  if (number < kScale) return out;
-  const std::uint64_t head = number / kScale;
-  number %= kScale;
+  if (number < scale) return out;
+  const std::uint64_t head = number / scale;
+  number %= scale;
   if (head == 1) {
     return (number == 0 ? words.one_scale : words.one_scale_before_more)[level].CopyTo(out);
   }
@@ -66,12 +61,12 @@ char16_t* NumberToText(char16_t* out, const LanguageWords& words, std::uint64_t 
                        Int16 kind) {
   if (number == 0) return words.zero.CopyTo(out);
   if (number >= 100 && !words.has_kind_behind_hundreds) kind = 0;
-  if (number >= PowerOfThousand(kMillions)) {
-    out = TakeScale<kBillions>(out, words, number);
-    out = TakeScale<kMilliards>(out, words, number);
-    out = TakeScale<kMillions>(out, words, number);
+  if (number >= 1'000'000) {
+    out = TakeScale<kBillions, 1'000'000'000'000>(out, words, number);
+    out = TakeScale<kMilliards, 1'000'000'000>(out, words, number);
+    out = TakeScale<kMillions, 1'000'000>(out, words, number);
   }
-  out = TakeScale<kThousands>(out, words, number);
+  out = TakeScale<kThousands, 1'000>(out, words, number);
   return Group(out, words, number, kind);
 }
 

@@ -1,7 +1,7 @@
 // Whole numbers in words, in French, English, Dutch or German.
 //
-// Every word stands in word_tables.hpp; for amounts with the names of a currency see money.hpp.
-// Free of state, usable from any thread.
+// Every word stands in word_tables.hpp, what they make together in language_words.hpp; for amounts
+// with the names of a currency see money.hpp. Free of state, usable from any thread.
 #pragma once
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 // All the words of amounts in words: one table of 168 rows, a block of 42 for each language.
 //
 // A row is known by its id, the block's base plus the row's number: row 34, the word for minus, is
-// 1034 in French and 4034 in German. The code that writes numbers holds no word of a language; it
-// reads the row when it needs it. Three forms of row:
+// 1034 in French and 4034 in German. The code that writes numbers holds no word of a language; the
+// compiler puts the rows together (language_words.hpp). Three forms of row:
 //  - a plain row is taken whole;
 //  - alternatives stand with ";" between them and are counted from 0: "eins;ein;eine";
 //  - a joiner row (36 to 39) begins with a ";" that is no separator: what follows is the joiner.

@@ -90,8 +90,8 @@ void AppendWithExponent(String& text, const Decimal& value, StringView separator
 }  // namespace
 
 Decimal DecimalOf(Double value) {
-  // Of at most 15 digits no two decimals are the same Double: where such a one, with no more
-  // decimals than an amount, is this Double, no other is as short.
+  // Two decimals of at most 15 digits never have the same nearest Double. So where one, with no
+  // more decimals than an amount, has this Double, it is the shortest that has.
   constexpr Double kFifteenDigits = 1e15;
   constexpr int kDecimals = 4;
   constexpr Double kScale = 1e4;

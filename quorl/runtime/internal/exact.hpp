@@ -24,7 +24,7 @@ inline Double QuickPowerOfTen(int exponent) {
   return kExactPowers[static_cast<std::size_t>(exponent)];
 }
 
-/// `TruncateToInt32`.
+/// `TruncateToInt32`; a conversion within the range truncates by itself.
 inline Int32 QuickTruncateToInt32(Double value) {
   // Written so that NaN fails it.
   if (!(value > -2147483649.0 && value < 2147483648.0)) Raise(FailureNumber::kOverflow);
