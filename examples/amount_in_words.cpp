@@ -62,7 +62,7 @@ const std::array<Language, 4>& Languages() {
   return all;
 }
 
-// A currency in a language.
+// A currency in a language; each currency has a row for every language, in their order.
 struct Names {
   StringView currency, language;
   StringView unit, units, sub_unit, sub_units;
@@ -133,15 +133,17 @@ const Language& LanguageOf(StringView code) {
 
 template <class Kind>
 const Names& NamesOf(StringView currency, const Language& language) {
-  for (const Names& names : kNames) {
-    if (names.currency == currency && names.language == language.code) return names;
+  const auto first = static_cast<std::size_t>(&language - Languages().data());
+  for (std::size_t at = first; at < kNames.size(); at += Languages().size()) {
+    if (kNames[at].currency == currency) return kNames[at];
   }
   Refuse<Kind>(messages::kUnknownCurrency, currency);
 }
 
 // --- Amounts as people write them ---
 
-constexpr StringView kDigits = u"0123456789";
+constexpr bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
 constexpr StringView kMarks = u",.";
 constexpr std::size_t kMostDecimals = 4;
 
@@ -174,7 +176,7 @@ std::optional<char16_t> GroupMarkOf(StringView whole) {
   char16_t mark = u'\0';
   std::size_t run = 0;
   for (const char16_t unit : whole) {
-    if (kDigits.find(unit) != StringView::npos) {
+    if (IsDigit(unit)) {
       ++run;
       continue;
     }
@@ -192,14 +194,14 @@ Currency ReadUnsigned(StringView number, StringView shown) {
   const bool has_decimals = at != StringView::npos;
   const StringView decimals = has_decimals ? number.substr(at + 1) : StringView();
   const auto group = GroupMarkOf(number.substr(0, at));
-  const bool all_digits = decimals.find_first_not_of(kDigits) == StringView::npos;
+  const bool all_digits = std::ranges::all_of(decimals, IsDigit);
   if (!group || !all_digits || number.empty() || has_decimals == decimals.empty()) {
     Refuse(messages::kNoAmount, shown);
   }
   if (decimals.size() > kMostDecimals) Refuse(messages::kTooManyDecimals, shown);
-  Locale locale;
+  static Locale locale;  // made once: of an amount only the separators are its own
   locale.decimal_separator = has_decimals ? number[at] : *group == u'.' ? u',' : u'.';
-  locale.thousand_separator = String(*group != u'\0' ? 1 : 0, *group);
+  locale.thousand_separator.assign(*group != u'\0' ? 1 : 0, *group);
   Currency amount;
   const auto reading = quorl::ReadCurrency(number, locale, amount);
   if (reading == quorl::NumberReading::kOutOfRange) Refuse(messages::kOutOfRange, shown);
@@ -236,37 +238,60 @@ Wording WordingOf(const Names& names, const Language& language) {
   return {std::move(money), &language.locale, names.decimals == 0};
 }
 
-std::string WordsOf(const Wording& wording, Currency amount) {
+String WordsOf(const Wording& wording, Currency amount) {
   if (wording.whole_only && amount.TenThousandths() % Currency::kScale != 0) {
     throw Problem(messages::kWholeOnly());
   }
-  return Utf8(wording.money.ToText(amount));
+  return wording.money.ToText(amount);
+}
+
+// The wording of a known currency, each made once.
+template <class Kind>
+const Wording& WordingOf(StringView currency, const Language& language) {
+  static const std::vector<Wording> all = [] {
+    std::vector<Wording> made;
+    made.reserve(kNames.size());
+    for (const Names& names : kNames) {
+      made.push_back(WordingOf(names, LanguageOf<Kind>(names.language)));
+    }
+    return made;
+  }();
+  return all[static_cast<std::size_t>(&NamesOf<Kind>(currency, language) - kNames.data())];
 }
 
 // All decimals of the sub-unit, and any beyond them that are not zero.
 String FiguresOf(const Wording& wording, Currency amount) {
+  constexpr std::array<StringView, kMostDecimals + 1> kFormats{
+      u"#,##0.####", u"#,##0.0###", u"#,##0.00##", u"#,##0.000#", u"#,##0.0000"};
   const auto places = static_cast<std::size_t>(wording.money.SubUnitRow);
-  String format = u"#,##0.";
-  format.append(std::min(places, kMostDecimals), u'0');
-  format.append(kMostDecimals - std::min(places, kMostDecimals), u'#');
+  const StringView format = kFormats[std::min(places, kMostDecimals)];
   return quorl::FormatNumber(amount, format, *wording.locale);
 }
 
 // --- Output ---
 
+bool IsPlain(StringView text) {
+  return std::ranges::all_of(text, [](char16_t unit) { return unit >= u' ' && unit <= u'~'; });
+}
+
 // Columns of a terminal.
-std::size_t WidthOf(const std::string& text) {
-  std::wstring wide(text.size(), L'\0');
-  wide.resize(std::min(std::mbstowcs(wide.data(), text.c_str(), wide.size()), wide.size()));
+std::size_t WidthOf(StringView text) {
+  const std::string bytes = Utf8(text);
+  std::wstring wide(bytes.size(), L'\0');
+  wide.resize(std::min(std::mbstowcs(wide.data(), bytes.c_str(), wide.size()), wide.size()));
   return static_cast<std::size_t>(std::max(wcswidth(wide.c_str(), wide.size()), 0));
 }
 
 enum class Side { kLeft, kRight };
 
-std::string Cell(StringView content, std::size_t width, Side side = Side::kLeft) {
-  const std::string text = Utf8(Printable(content));
-  const std::string blanks(width - std::min(WidthOf(text), width), ' ');
-  return side == Side::kLeft ? text + blanks : blanks + text;
+void AddCell(String& row, StringView content, std::size_t width, Side side = Side::kLeft) {
+  const bool plain = IsPlain(content);
+  const String printable = plain ? String() : Printable(content);
+  const StringView text = plain ? content : printable;
+  const std::size_t blanks = width - std::min(plain ? text.size() : WidthOf(text), width);
+  if (side == Side::kRight) row.append(blanks, u' ');
+  row += text;
+  if (side == Side::kLeft) row.append(blanks, u' ');
 }
 
 // Shown while a terminal waits; taken away before anything else is written to it.
@@ -296,13 +321,12 @@ class Progress {
 // from its first line that is no UTF-8 on Windows-1252, unless it has shown itself UTF-8 before.
 class TextFile {
  public:
-  explicit TextFile(std::FILE* file) : file_(file) {
-    for (int byte = 0; ahead_.size() < 3 && (byte = ReadByte()) != EOF;) {
-      ahead_ += static_cast<char>(byte);
+  explicit TextFile(std::FILE* file) : file_(fileno(file)) {
+    while (end_ < 3 && Fill()) {
     }
     for (const auto& [mark, encoding] : kMarks) {
-      if (!std::string_view(ahead_).starts_with(mark)) continue;
-      ahead_.erase(0, mark.size());
+      if (!std::string_view(bytes_.data(), end_).starts_with(mark)) continue;
+      at_ = mark.size();
       encoding_ = encoding;
       break;
     }
@@ -324,6 +348,7 @@ class TextFile {
     for (; unit != EOF && unit != '\n' && unit != '\r'; unit = NextUnit()) {
       too_long = too_long || line.size() == kLongestLine / UnitSize();
       if (!too_long) line += static_cast<char16_t>(unit);
+      if (!too_long && UnitSize() == 1) TakeBytes(line);
     }
     after_return_ = unit == '\r';
     if (too_long) throw Problem(messages::kLineTooLong(kLongestLine));
@@ -341,16 +366,32 @@ class TextFile {
 
   std::size_t UnitSize() const { return encoding_ >= Encoding::kUtf16 ? 2 : 1; }
 
-  int ReadByte() {
-    const int byte = std::getc(file_);
-    if (byte == EOF && std::ferror(file_) != 0) error_ = errno;
-    return byte;
+  // Reads what there is, which of a terminal is a line; false at the end.
+  bool Fill() {
+    if (ended_) return false;
+    if (at_ == end_) at_ = end_ = 0;
+    const ssize_t count = read(file_, bytes_.data() + end_, bytes_.size() - end_);
+    if (count < 0) error_ = errno;
+    ended_ = count <= 0;
+    if (!ended_) end_ += static_cast<std::size_t>(count);
+    return !ended_;
   }
   int NextByte() {
-    if (ahead_.empty()) return ReadByte();
-    const auto byte = static_cast<unsigned char>(ahead_.front());
-    ahead_.erase(0, 1);
-    return byte;
+    if (at_ == end_ && !Fill()) return EOF;
+    return static_cast<unsigned char>(bytes_[at_++]);
+  }
+  // Takes at once what was read already of a line of bytes.
+  void TakeBytes(String& line) {
+    const auto begin = bytes_.begin() + static_cast<std::ptrdiff_t>(at_);
+    const auto end = bytes_.begin() +
+                     static_cast<std::ptrdiff_t>(std::min(end_, at_ + kLongestLine - line.size()));
+    const auto stop =
+        std::find_if(begin, end, [](char byte) { return byte == '\n' || byte == '\r'; });
+    const std::size_t size = line.size(), count = static_cast<std::size_t>(stop - begin);
+    line.resize(size + count);
+    std::transform(begin, stop, line.begin() + static_cast<std::ptrdiff_t>(size),
+                   [](char byte) { return static_cast<unsigned char>(byte); });
+    at_ += count;
   }
   int NextUnit() {
     const int first = NextByte();
@@ -364,13 +405,18 @@ class TextFile {
   // Of a line of bytes, its text.
   void Decode(String& line) {
     if (half_) throw Problem(messages::kEndsInCharacter());
-    if (line.find(u'\0') != String::npos) throw Problem(messages::kZeroByte());
+    char16_t bits = 0, zeros = 0;  // of the units' own size, so that many are seen to at once
+    for (const char16_t unit : line) {
+      bits |= unit;
+      zeros |= unit == 0 ? 1 : 0;
+    }
+    if (zeros != 0) throw Problem(messages::kZeroByte());
     if (UnitSize() == 2) {
       if (Utf16(Utf8(line)) != line) throw Problem(messages::kHalfCharacter());
       return;
     }
+    if (bits < u'\u0080') return;
     const std::string bytes(line.begin(), line.end());
-    if (std::ranges::all_of(line, [](char16_t unit) { return unit < u'\u0080'; })) return;
     if (encoding_ != Encoding::kWindows1252) {
       line = Utf16(bytes);
       if (Utf8(line) == bytes) {
@@ -385,8 +431,11 @@ class TextFile {
     encoding_ = Encoding::kWindows1252;
   }
 
-  std::FILE* file_;
-  std::string ahead_;
+  int file_;
+  std::array<char, 65536> bytes_;
+  std::size_t at_ = 0;   // of the next byte
+  std::size_t end_ = 0;  // of those that were read
+  bool ended_ = false;
   Encoding encoding_ = Encoding::kUnknown;
   bool after_return_ = false;
   bool half_ = false;
@@ -402,24 +451,28 @@ constexpr std::size_t kDateWidth = 10;
 constexpr std::size_t kFiguresWidth = 25;
 constexpr std::size_t kCodeWidth = 3;
 
-// The fields of a line; one in quotes may hold the separator, and a quote written twice.
-std::vector<String> FieldsOf(StringView line, char16_t separator) {
-  std::vector<String> fields(1);
+// The fields of a line; one in quotes may hold the separator, and a quote written twice. Each is
+// put together where it stands in the line, since it is no longer there than it was.
+void FieldsOf(String& line, char16_t separator, std::vector<StringView>& fields) {
+  fields.clear();
   bool quoted = false;
+  char16_t* begin = line.data();
+  char16_t* end = begin;
   for (std::size_t at = 0; at < line.size(); ++at) {
     const char16_t unit = line[at];
-    if (unit == u'"' && quoted && at + 1 < line.size() && line[at + 1] == u'"') {
-      fields.back() += line[++at];
-    } else if (unit == u'"') {
-      quoted = !quoted;
-    } else if (unit == separator && !quoted) {
-      fields.emplace_back();
+    if (unit != u'"' && (unit != separator || quoted)) {
+      *end++ = unit;
+    } else if (unit == separator) {
+      fields.emplace_back(begin, end);
+      begin = end = line.data() + at + 1;
+    } else if (quoted && at + 1 < line.size() && line[at + 1] == u'"') {
+      *end++ = line[++at];
     } else {
-      fields.back() += unit;
+      quoted = !quoted;
     }
   }
   if (quoted) throw Problem(messages::kOpenQuote());
-  return fields;
+  fields.emplace_back(begin, end);
 }
 
 constexpr StringView kSeparators = u"\t;,";
@@ -450,31 +503,41 @@ char16_t NamedSeparator(StringView line) {
 }
 
 struct Row {
-  StringView reference, date, figures, currency, language;
-  std::string words;
+  StringView reference, date, figures, currency, language, words;
 };
 
 void PrintRow(const Row& row) {
-  Print(Cell(row.reference, kReferenceWidth) + " " + Cell(row.date, kDateWidth) + " " +
-        Cell(row.figures, kFiguresWidth, Side::kRight) + " " + Cell(row.currency, kCodeWidth) +
-        " " + Cell(row.language, kCodeWidth) + " " + row.words + "\n");
+  static String line;  // keeps its memory from row to row
+  line.clear();
+  const auto add = [](StringView content, std::size_t width, Side side = Side::kLeft) {
+    AddCell(line, content, width, side);
+    line += u' ';
+  };
+  add(row.reference, kReferenceWidth);
+  add(row.date, kDateWidth);
+  add(row.figures, kFiguresWidth, Side::kRight);
+  add(row.currency, kCodeWidth);
+  add(row.language, kCodeWidth);
+  line += row.words;
+  line += u'\n';
+  Print(Utf8(line));
 }
 
-void PrintInvoice(std::vector<String> fields) {
+void PrintInvoice(std::vector<StringView>& fields) {
   if (fields.size() != kFields) {
     throw Problem(messages::kOtherFields(kFields, fields.size()));
   }
-  for (String& field : fields) field = String(WithoutBlanks(field));
+  for (StringView& field : fields) field = WithoutBlanks(field);
   const Currency amount = ReadAmount(fields[2]);
   const Language& language = LanguageOf<Problem>(fields[4]);
-  const Wording wording = WordingOf(NamesOf<Problem>(fields[3], language), language);
+  const Wording& wording = WordingOf<Problem>(fields[3], language);
   PrintRow({fields[0], fields[1], FiguresOf(wording, amount), fields[3], fields[4],
             WordsOf(wording, amount)});
 }
 
-bool IsHeading(const std::vector<String>& fields) {
+bool IsHeading(const std::vector<StringView>& fields) {
   const auto is_currency = [&](const Names& names) { return names.currency == fields[3]; };
-  return fields.size() == kFields && fields[2].find_first_of(kDigits) == String::npos &&
+  return fields.size() == kFields && std::ranges::none_of(fields[2], IsDigit) &&
          std::ranges::none_of(kNames, is_currency);
 }
 
@@ -503,23 +566,23 @@ class InvoiceFile {
     const String reference = Utf16(messages::kReference());
     const String date = Utf16(messages::kDate());
     const String amount = Utf16(messages::kAmount());
-    PrintRow({reference, date, amount, u"", u"", messages::kInWords()});
+    const String words = Utf16(messages::kInWords());
+    PrintRow({reference, date, amount, u"", u"", words});
     const String rule(kFiguresWidth, u'-');
     const StringView all = rule;
     PrintRow({all.substr(0, kReferenceWidth), all.substr(0, kDateWidth), all,
-              all.substr(0, kCodeWidth), all.substr(0, kCodeWidth), Utf8(all)});
+              all.substr(0, kCodeWidth), all.substr(0, kCodeWidth), all});
   }
 
   bool PrintNext() {
-    String line;
-    if (!file_.Next(line)) return false;
-    if (WithoutBlanks(line).empty()) return true;
-    if (number_ == 1) separator_ = NamedSeparator(line);
+    if (!file_.Next(line_)) return false;
+    if (WithoutBlanks(line_).empty()) return true;
+    if (number_ == 1) separator_ = NamedSeparator(line_);
     if (number_ == 1 && separator_ != u'\0') return true;
-    if (separator_ == u'\0') separator_ = SeparatorOf(line);
-    std::vector<String> fields = FieldsOf(line, separator_);
+    if (separator_ == u'\0') separator_ = SeparatorOf(line_);
+    FieldsOf(line_, separator_, fields_);
     const bool may_be_heading = std::exchange(is_first_, false);
-    if (!may_be_heading || !IsHeading(fields)) PrintInvoice(std::move(fields));
+    if (!may_be_heading || !IsHeading(fields_)) PrintInvoice(fields_);
     return true;
   }
 
@@ -533,6 +596,8 @@ class InvoiceFile {
 
   TextFile file_;
   std::string name_;
+  String line_;
+  std::vector<StringView> fields_;
   std::size_t number_ = 0;
   char16_t separator_ = u'\0';
   bool is_first_ = true;
@@ -657,14 +722,14 @@ std::vector<Wording> WordingsOf(const Options& options) {
 
 // Every row or, with a Problem, none.
 void PrintAmount(const std::vector<Wording>& wordings, Currency amount) {
-  if (wordings.size() == 1) return Print(WordsOf(wordings[0], amount) + "\n");
-  std::string rows;
+  if (wordings.size() == 1) return Print(Utf8(WordsOf(wordings[0], amount)) + "\n");
+  String rows;
   for (const Wording& wording : wordings) {
-    rows += Cell(wording.money.Language, kCodeWidth) +
-            Cell(FiguresOf(wording, amount), kFiguresWidth, Side::kRight) + "  " +
-            WordsOf(wording, amount) + "\n";
+    AddCell(rows, wording.money.Language, kCodeWidth);
+    AddCell(rows, FiguresOf(wording, amount), kFiguresWidth, Side::kRight);
+    rows += u"  " + WordsOf(wording, amount) + u"\n";
   }
-  Print(rows);
+  Print(Utf8(rows));
 }
 
 bool PrintAmounts(const Options& options) {
