@@ -74,7 +74,7 @@ class RollBuffer {
   Boolean OnLast() const noexcept;
 
   /// Whether the cursor is after the last item, or the buffer is empty. `AtEOF` and `EOF` are one
-  /// member. The standard header <cstdio>, and with it most others, defines EOF as a macro, which
+  /// member. The standard header `<cstdio>`, and with it most others, defines EOF as a macro, which
   /// is set aside here for the declaration alone and stays in force for whoever includes this
   /// header. Where the macro is defined, write `AtEOF()`, in a call and in a pointer to the member.
   Boolean AtEOF() const noexcept;
