@@ -33,6 +33,7 @@ int main() {
 HOST = """#include <stdlib.h>
 #include <uchar.h>
 #include "quorl/abi/quorl.h"
+%s
 int main(void) {
   BSTR path = NULL;
   if (QuorlSetStore(NULL, NULL) != 0 || QuorlFromUtf8("%s", &path) != 0) return 1;
@@ -47,8 +48,8 @@ def compiled(compiler, suffix, source, folder, library):
     """The command that runs `source`, once it is compiled."""
     file, program = folder / f"example{suffix}", folder / "example"
     file.write_text(source)
-    subprocess.run([*compiler, f"-I{ROOT}", "-o", program, file, f"-L{BUILD}", f"-Wl,-rpath,{BUILD}",
-                    *library], check=True)
+    subprocess.run([*compiler, f"-I{ROOT}", "-o", program, file, f"-L{BUILD}",
+                    f"-Wl,-rpath,{BUILD}:{BUILD}/examples/parity", *library], check=True)
     return [program]
 
 
@@ -58,8 +59,10 @@ def cpp(code, folder):
 
 
 def c(code, folder):
-    source = HOST % (BUILD / "libquorl.so", code)
-    return compiled(["cc", "-std=c11"], ".c", source, folder, ["-lquorl_runtime"])
+    heads = "".join(re.findall(r"^#include .*\n", code, re.M))
+    source = HOST % (heads, BUILD / "libquorl.so", code.removeprefix(heads))
+    recorder = [BUILD / "examples/parity/libquorl_parity.so"] if "recorder.h" in heads else []
+    return compiled(["cc", "-std=c11"], ".c", source, folder, [*recorder, "-lquorl_runtime"])
 
 
 def python(code, folder):
