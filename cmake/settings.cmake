@@ -10,6 +10,8 @@ target_compile_options(quorl_settings INTERFACE -Wall -Wextra -Wconversion -Wsha
                                                 $<$<BOOL:${PROJECT_IS_TOP_LEVEL}>:-Werror>)
 # The same source gives the same result on every machine: no contraction into fused operations.
 target_compile_options(quorl_settings INTERFACE -ffp-contract=off)
+# A function of ours that is shown to hosts is called, or taken in, directly within our own library.
+target_compile_options(quorl_settings INTERFACE -fno-semantic-interposition)
 # Hardening of our own targets. The linker's part is the folder's, so that it stays with them; a host
 # that takes the library into its own build keeps its own.
 target_compile_options(quorl_settings INTERFACE -fstack-protector-strong)

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "quorl/runtime/ansi.hpp"
+#include "quorl/runtime/internal/search.hpp"
 #include "quorl/runtime/internal/text.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "tests/support/values.hpp"
@@ -60,29 +61,44 @@ TEST(Text, SearchesCutsAndTrimsLikeTheNaiveWay) {
   EXPECT_EQ(String(Trim(u"\t\u00A0 x\n")), u"\t\u00A0 x\n");  // nothing but U+0020 is a blank
 }
 
-TEST(Text, LongTextsAreFoundWhereTheStandardSearchFindsThem) {
+TEST(Text, TextsOfAnyLengthAreFoundWhereTheStandardSearchFindsThem) {
   Random random(5);
   for (int i = 0; i < 20000; ++i) {
-    const String text = random.Text(u"aaaaaaaaaaaaaaab", 400) + u"a";
-    const auto size = static_cast<std::size_t>(random.Whole(60, 80));
-    const std::int64_t from = random.Whole(0, std::ssize(text)), start = from / 2 + 1;
+    // Of few letters, so that beginnings without the rest abound.
+    const String text = random.Text(i % 3 == 0 ? u"ab" : u"aaaaaaaaaaaaaaab", 400) + u"a";
+    const auto size = static_cast<std::size_t>(random.Whole(1, 80));
+    const std::int64_t from = random.Whole(0, std::ssize(text) - 1), start = from / 2 + 1;
     const String run = String(size, u'a') + u'b';
     const String sought = i % 2 == 0 ? text.substr(static_cast<std::size_t>(from), size) : run;
     ASSERT_EQ(Find(start, text, sought), NaiveFind(start, text, sought)) << Shown(text);
+    Search search(text, sought);
+    const std::size_t step = i % 5 < 2 ? 1 : sought.size();
+    for (std::size_t at = 0, found = 0; found != text.npos; at = found + step) {
+      found = search.Next(at);
+      ASSERT_EQ(found, text.find(sought, at)) << Shown(text) << ", " << Shown(sought);
+    }
+    ASSERT_EQ(CountOf(text, u'b'), static_cast<std::size_t>(std::ranges::count(text, u'b')));
   }
 }
 
 TEST(TextCase, MapsEveryCodeUnit) {
+  String units;
   for (unsigned number = 0; number <= 0xFFFF; ++number) {
     const auto unit = static_cast<char16_t>(number);
     const char16_t lower = LowerCase(unit);
     const char16_t upper = UpperCase(unit);
+    units += unit;
     ASSERT_EQ(LowerCase(lower), lower) << std::hex << number;
     ASSERT_EQ(UpperCase(upper), upper) << std::hex << number;
     ASSERT_TRUE(number < 0xD800 || number > 0xDFFF || (lower == unit && upper == unit)) << number;
     if (number >= 0x80) continue;
     ASSERT_EQ(lower, number >= 'A' && number <= 'Z' ? number + 32 : number);
     ASSERT_EQ(upper, number >= 'a' && number <= 'z' ? number - 32 : number);
+  }
+  // Whole texts go another way, with units of several scripts side by side too.
+  units += u"A\u0100B\u0391C";
+  for (const String lowered = LowerCase(StringView(units)); char16_t& unit : units) {
+    ASSERT_EQ(lowered[static_cast<std::size_t>(&unit - units.data())], LowerCase(unit));
   }
   const String upper = u"ÀÉÎÖØÞŒŸŽΑΣΩЀЁЖЯԱỲⰀＡ";
   const String lower = u"àéîöøþœÿžασωѐёжяաỳⰰａ";

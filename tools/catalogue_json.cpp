@@ -159,7 +159,7 @@ std::string ClassText(const ClassRow& row) {
   const auto member = [&](const MemberRow& known) { return MemberText(row, known); };
   return LongObjectOf({{"name", Quoted(row.name)},
                        {"kind", row.kind == ClassKind::kGlobal ? "\"global\"" : "\"creatable\""},
-                       {"progid", Quoted(internal::Joined({kLibraryName, u".", row.name}))},
+                       {"progid", Quoted(internal::Joined(kLibraryName, u".", row.name))},
                        {"identifier", Identifier(row.identifier)},
                        {"interfaces", LinesOf(Each(row.interfaces, interface), 3)},
                        {"members", LinesOf(Each(row.members, member), 3)}},

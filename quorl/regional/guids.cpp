@@ -59,8 +59,8 @@ String GUIDs::GetNullGUID() { return CopyOf(kAllOnesGuid); }
 String GUIDs::GetZeroGUID() { return CopyOf(kZeroGuidText); }
 
 String GUIDs::GetNumGUID(Int32 Number) {
-  return Joined(
-      {u"{", FormatNumber(Number, kEightDigits), kZeroGuidText.substr(1 + kEightDigits.size())});
+  return Joined(u"{", FormatNumber(Number, kEightDigits),
+                kZeroGuidText.substr(1 + kEightDigits.size()));
 }
 
 }  // namespace quorl

@@ -155,7 +155,7 @@ void Registry::InitAbsolute(HKeyEnum New_HKey, StringView New_RootKeyName) {
 void Registry::InitApp(StringView Compagny, StringView AppName, RegModeEnum Mode) {
   WithinMemory([&] {
     InitAbsolute(Mode == qlWinRegCurrentUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE,
-                 Joined({u"Software\\", Compagny, u"\\", AppName}));
+                 Joined(u"Software\\", Compagny, u"\\", AppName));
   });
 }
 

@@ -112,9 +112,8 @@ class Walk {
                                              &name_size, nullptr, key_class.data(), &class_size,
                                              &time));
     ++level.next;
-    return Joined(
-        {names_[level.place], u"\\",
-         FromAnsi(std::string_view(name).substr(0, static_cast<std::size_t>(name_size)))});
+    return Joined(names_[level.place], u"\\",
+                  FromAnsi(std::string_view(name).substr(0, static_cast<std::size_t>(name_size))));
   }
 
   // Whether the subkeys of a key entered now are looked at.

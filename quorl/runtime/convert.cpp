@@ -10,6 +10,7 @@
 
 #include "quorl/runtime/date_text.hpp"
 #include "quorl/runtime/internal/decimal.hpp"
+#include "quorl/runtime/internal/plain_number.hpp"
 #include "quorl/runtime/internal/text.hpp"
 #include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/number_text.hpp"
@@ -37,37 +38,16 @@ Whole NearestWhole(Double value) {
   return static_cast<Whole>(rounded);
 }
 
-// Null, Missing, arrays and objects: the same in every conversion.
-template <class Result, Result (*Convert)(const Variant&)>
-struct PlainReader {
-  Result operator()(NullState) const { Raise(FailureNumber::kInvalidUseOfNull); }
-  Result operator()(MissingState) const { Raise(FailureNumber::kTypeMismatch); }
-  Result operator()(const Array&) const { Raise(FailureNumber::kTypeMismatch); }
-  Result operator()(const Object& object) const { return Convert(PlainValueOf(object)); }
-};
+void RequireGood(NumberReading reading) {
+  if (reading == NumberReading::kNotANumber) Raise(FailureNumber::kTypeMismatch);
+  if (reading == NumberReading::kOutOfRange) Raise(FailureNumber::kOverflow);
+}
 
-struct DoubleReader : PlainReader<Double, ToDouble> {
-  using PlainReader::operator();
-  Double operator()(EmptyState) const { return 0; }
-  Double operator()(Boolean value) const { return value ? kTrueAsNumber : 0; }
-  Double operator()(Byte value) const { return value; }
-  Double operator()(Int16 value) const { return value; }
-  Double operator()(Int32 value) const { return value; }
-  Double operator()(Single value) const { return value; }
-  Double operator()(Double value) const { return value; }
-  Double operator()(Currency value) const { return ToDouble(value); }
-  Double operator()(Date value) const { return value.Days(); }
-  Double operator()(const String& text) const {
-    Double value = 0;
-    RequireGood(ReadDouble(text, Locale::Current(), value));
-    return value;
-  }
-
-  static void RequireGood(NumberReading reading) {
-    if (reading == NumberReading::kNotANumber) Raise(FailureNumber::kTypeMismatch);
-    if (reading == NumberReading::kOutOfRange) Raise(FailureNumber::kOverflow);
-  }
-};
+Double NumberIn(StringView text) {
+  Double value = 0;
+  RequireGood(ReadDouble(text, Locale::Current(), value));
+  return value;
+}
 
 template <class Whole>
 Whole WholeOf(const Variant& value) {
@@ -86,7 +66,7 @@ Boolean TruthOf(StringView text) {
   Double number = 0;
   const NumberReading reading = ReadDouble(text, locale, number);
   if (reading != NumberReading::kNotANumber) {
-    DoubleReader::RequireGood(reading);
+    RequireGood(reading);
     return number != 0;
   }
   const StringView word = Trim(text);
@@ -102,8 +82,11 @@ String ShortestText(const Decimal& value) {
   return text;
 }
 
-struct TextWriter : PlainReader<String, ToString> {
-  using PlainReader::operator();
+struct TextWriter {
+  String operator()(NullState) const { Raise(FailureNumber::kInvalidUseOfNull); }
+  String operator()(MissingState) const { Raise(FailureNumber::kTypeMismatch); }
+  String operator()(const Array&) const { Raise(FailureNumber::kTypeMismatch); }
+  String operator()(const Object& object) const { return ToString(PlainValueOf(object)); }
   String operator()(EmptyState) const { return {}; }
   String operator()(Boolean value) const {
     const Locale& locale = Locale::Current();
@@ -129,13 +112,6 @@ Byte ToByte(const Variant& value) { return WholeOf<Byte>(value); }
 Int16 ToInt16(const Variant& value) { return WholeOf<Int16>(value); }
 Int32 ToInt32(const Variant& value) { return WholeOf<Int32>(value); }
 
-Int16 CheckedInt16(std::int64_t value) { return Checked<Int16>(value); }
-Int32 CheckedInt32(std::int64_t value) { return Checked<Int32>(value); }
-
-Int16 LengthAsInt16(StringView text) {
-  return CheckedInt16(static_cast<std::int64_t>(text.size()));
-}
-
 Single ToSingle(Double value) {
   const auto nearest = static_cast<Single>(value);
   if (!std::isfinite(nearest)) Raise(FailureNumber::kOverflow);
@@ -144,7 +120,13 @@ Single ToSingle(Double value) {
 
 Single ToSingle(const Variant& value) { return ToSingle(ToDouble(value)); }
 
-Double ToDouble(const Variant& value) { return value.Visit(DoubleReader{}); }
+Double ToDouble(const Variant& value) {
+  if (const auto number = PlainNumberOf(value)) return *number;
+  if (const auto* amount = value.If<Currency>()) return ToDouble(*amount);
+  if (const auto* text = value.If<String>()) return NumberIn(*text);
+  if (value.Holds<Object>()) return ToDouble(PlainValueOf(value));
+  Raise(value.IsNull() ? FailureNumber::kInvalidUseOfNull : FailureNumber::kTypeMismatch);
+}
 
 Double ToDouble(Currency value) {
   // Up to here a count of ten-thousandths is exact as a Double, and one division rounds once.
@@ -180,7 +162,7 @@ Currency ToCurrency(const Variant& value) {
   if (value.Holds<Object>()) return ToCurrency(PlainValueOf(value));
   if (const auto* text = value.If<String>()) {
     Currency amount;
-    DoubleReader::RequireGood(ReadCurrency(*text, Locale::Current(), amount));
+    RequireGood(ReadCurrency(*text, Locale::Current(), amount));
     return amount;
   }
   return ToCurrency(ToDouble(value));

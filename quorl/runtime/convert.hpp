@@ -8,7 +8,9 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
+#include "quorl/runtime/raised_error.hpp"
 #include "quorl/runtime/variant.hpp"
 
 namespace quorl {
@@ -24,10 +26,18 @@ QUORL_API Int32 ToInt32(Double value);
 
 /// Narrows a whole number; failure 6 outside the type. This is the limit of every counter,
 /// length and position that a signature declares as Int16.
-QUORL_API Int16 CheckedInt16(std::int64_t value);
-QUORL_API Int32 CheckedInt32(std::int64_t value);
+inline Int16 CheckedInt16(std::int64_t value) {
+  if (!std::in_range<Int16>(value)) Raise(FailureNumber::kOverflow);
+  return static_cast<Int16>(value);
+}
+inline Int32 CheckedInt32(std::int64_t value) {
+  if (!std::in_range<Int32>(value)) Raise(FailureNumber::kOverflow);
+  return static_cast<Int32>(value);
+}
 /// A text's length or any other size as an Int16; failure 6 above 32767.
-QUORL_API Int16 LengthAsInt16(StringView text);
+inline Int16 LengthAsInt16(StringView text) {
+  return CheckedInt16(static_cast<std::int64_t>(text.size()));
+}
 
 /// The single-precision number nearest to the value's Double; failure 6 beyond its range, and for
 /// NaN and infinities.

@@ -1,10 +1,13 @@
 // Tokens, occurrences and positions.
 
 #include <algorithm>
+#include <bitset>
 
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/internal/search.hpp"
 #include "quorl/runtime/internal/text.hpp"
+#include "quorl/runtime/internal/within_memory.hpp"
 #include "quorl/runtime/raised_error.hpp"
 #include "quorl/text/strings.hpp"
 
@@ -17,15 +20,16 @@ namespace {
 std::int64_t LengthOf(StringView text) { return static_cast<std::int64_t>(text.size()); }
 
 // A text with one separator after it, in which `GetToken` searches, without the copy that putting
-// the two together would take.
+// the two together would take. The separator is not empty.
 class ClosedText {
  public:
-  ClosedText(StringView text, StringView separator) : text_(text), separator_(separator) {}
+  ClosedText(StringView text, StringView separator)
+      : text_(text), separator_(separator), search_(text, separator) {}
 
-  // The first separator at or after `start`, or 0.
-  std::int64_t FindSeparator(std::int64_t start) const {
-    const std::int64_t found = Find(start, text_, separator_);
-    return found != 0 ? found : FindAcrossEnd(start);
+  // The first separator at or after `start`, or 0; `start` never goes back.
+  std::int64_t FindSeparator(std::int64_t start) {
+    const std::size_t found = search_.Next(static_cast<std::size_t>(start - 1));
+    return found != StringView::npos ? static_cast<std::int64_t>(found) + 1 : FindAcrossEnd(start);
   }
 
   // What lies at or after `start`, a position after the text.
@@ -35,16 +39,16 @@ class ClosedText {
 
  private:
   // A separator that the text does not hold whole begins in its last characters, one fewer than the
-  // separator has, or is the one after the text. The former takes a separator that overlaps
-  // itself.
+  // separator has, or is the one after the text. The former takes a separator that overlaps itself,
+  // which holds its first character again.
   std::int64_t FindAcrossEnd(std::int64_t start) const {
-    if (separator_.size() <= 1) {
+    if (separator_.find(separator_.front(), 1) == StringView::npos) {
       const std::int64_t after = LengthOf(text_) + 1;
       return start <= after ? after : 0;
     }
     const StringView tail = LastOf(text_, LengthOf(separator_) - 1);
     const std::int64_t skipped = LengthOf(text_) - LengthOf(tail);
-    const String closed_tail = Joined({tail, separator_});
+    const String closed_tail = Joined(tail, separator_);
     const std::int64_t found =
         Find(std::max<std::int64_t>(start - skipped, 1), closed_tail, separator_);
     return found == 0 ? 0 : found + skipped;
@@ -52,6 +56,7 @@ class ClosedText {
 
   StringView text_;
   StringView separator_;
+  Search search_;
 };
 
 // The last position of the range that `nStart` and `nCount` give, or the text's end before it.
@@ -59,6 +64,23 @@ std::int64_t EndOfRange(StringView text, Int16 start, Int16 count) {
   const Int16 after = CheckedInt16(std::int64_t{start} + count);
   const Int16 end = CheckedInt16(std::int64_t{after} - 1);
   return std::min<std::int64_t>(end, LengthOf(text));
+}
+
+// The first place in `text` of one of `units`, or npos, in a time that grows with the sum of both
+// lengths.
+std::size_t FindAny(StringView text, StringView units) {
+  // So many comparisons cost about as much as an empty set of all units. Up to there each character
+  // is looked for among the units.
+  constexpr std::size_t kComparisons = 512;
+  const std::size_t near = kComparisons / std::max<std::size_t>(units.size(), 1);
+  const std::size_t found = text.substr(0, near).find_first_of(units);
+  if (found != StringView::npos || near >= text.size()) return found;
+  std::bitset<0x10000> wanted;
+  for (const char16_t unit : units) wanted[unit] = true;
+  for (std::size_t place = near; place < text.size(); ++place) {
+    if (wanted[text[place]]) return place;
+  }
+  return StringView::npos;
 }
 
 }  // namespace
@@ -75,7 +97,7 @@ String Strings::GetToken(StringView Text, StringView Separator, Int16 Index) {
   // An empty separator is found wherever the search stands, so nothing ever moves on.
   if (Separator.empty()) return {};
 
-  const ClosedText closed(Text, Separator);
+  ClosedText closed(Text, Separator);
   std::int64_t start = 1;
   for (Int16 token = 0; token < skipped_tokens; ++token) {
     const std::int64_t found = closed.FindSeparator(start);
@@ -84,19 +106,21 @@ String Strings::GetToken(StringView Text, StringView Separator, Int16 Index) {
   }
   const std::int64_t end = closed.FindSeparator(start);
   // Without an end the search stands after the whole text, and one character further counts.
-  if (end == 0) return Joined({closed.RestAfterText(start + 1)});
-  return Joined({Slice(Text, start, end - start)});
+  if (end == 0) return CopyOf(closed.RestAfterText(start + 1));
+  return CopyOf(Slice(Text, start, end - start));
 }
 
 Int32 Strings::StrCount(StringView Text, StringView SubString) {
   const Int16 length = LengthAsInt16(SubString);
+  if (Text.empty()) return 0;
   // An empty text would be found at the first position for ever, past the limit of any count.
-  if (length == 0 && !Text.empty()) Raise(FailureNumber::kOverflow);
+  if (length == 0) Raise(FailureNumber::kOverflow);
   // One character cannot overlap itself, and counting it needs no search.
-  if (length == 1) return CheckedInt32(std::ranges::count(Text, SubString.front()));
+  if (length == 1) return CheckedInt32(static_cast<std::int64_t>(CountOf(Text, SubString.front())));
+  Search search(Text, SubString);
   std::int64_t count = 0;
-  for (std::int64_t found = Find(1, Text, SubString); found > 0;
-       found = Find(found + length, Text, SubString)) {
+  for (std::size_t found = search.Next(0); found != StringView::npos;
+       found = search.Next(found + SubString.size())) {
     ++count;
   }
   return CheckedInt32(count);
@@ -105,8 +129,8 @@ Int32 Strings::StrCount(StringView Text, StringView SubString) {
 String Strings::StrTran(StringView Text, StringView OldSubString, StringView NewSubString) {
   const Int16 found = CheckedInt16(Find(1, Text, OldSubString));
   const Int16 after = CheckedInt16(found + LengthOf(OldSubString));
-  if (found == 0) return Joined({Text});
-  return Joined({FirstOf(Text, found - 1), NewSubString, SliceFrom(Text, after)});
+  if (found == 0) return CopyOf(Text);
+  return Joined(FirstOf(Text, found - 1), NewSubString, SliceFrom(Text, after));
 }
 
 Int16 Strings::IndexOf(StringView cText, StringView cSubString, Int16 nStart, Int16 nCount) {
@@ -124,7 +148,7 @@ Int16 Strings::IndexOfAny(StringView cText, StringView cAnyOf, Int16 nStart, Int
       nCount > 0 ? EndOfRange(cText, nStart, nCount) : std::int64_t{LengthAsInt16(cText)};
   if (nStart > end) return 0;
   const StringView scanned = Slice(cText, nStart, end - nStart + 1);
-  const std::size_t offset = scanned.find_first_of(cAnyOf);
+  const std::size_t offset = FindAny(scanned, cAnyOf);
   if (offset != StringView::npos) return CheckedInt16(nStart + static_cast<std::int64_t>(offset));
   // Published limit: the counter is 16 bits and must reach one past the end (failure 6).
   CheckedInt16(end + 1);

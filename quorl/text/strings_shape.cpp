@@ -25,11 +25,12 @@ String RunOf(Int16 length, StringView pad) {
   return WithinMemory([&] { return String(static_cast<std::size_t>(length), pad.front()); });
 }
 
-// How many characters stand before the dots, as long as it is not rounded.
-Double HeadLength(Int16 length, Int16 dots_position) {
+// How many characters stand before the dots. The half of an odd length is rounded to the even
+// neighbour: 2 of 5, 4 of 7.
+Int16 HeadLength(Int16 length, Int16 dots_position) {
   const Int16 highest = CheckedInt16(std::int64_t{length} - kDotsMargin);
   if (dots_position > kDotsMargin && dots_position < highest) return dots_position;
-  return length / 2.0;
+  return static_cast<Int16>(length / 2 + (length % 4 == 3 ? 1 : 0));
 }
 
 }  // namespace
@@ -55,20 +56,20 @@ String Strings::Padr(StringView Text, Int16 Length, StringView PadChar) {
 String Strings::RTrimEx(StringView Text, StringView Char) {
   StringView rest = TrimTrailing(Text);
   if (Char.size() == 1) rest = TrimTrailing(rest, Char.front());
-  return Joined({rest});
+  return CopyOf(rest);
 }
 
 String Strings::LTrimEx(StringView Text, StringView Char) {
   StringView rest = TrimLeading(Text);
   if (Char.size() == 1) rest = TrimLeading(rest, Char.front());
-  return Joined({rest});
+  return CopyOf(rest);
 }
 
 String Strings::TruncateMiddle(StringView Text, Int16 Length, Int16 DotsPosition) {
-  if (static_cast<std::int64_t>(Text.size()) <= Length) return Joined({Text});
-  const Double head = HeadLength(Length, DotsPosition);
-  const Double tail = Length - head - static_cast<Double>(kDots.size());
-  return Joined({FirstOf(Text, ToInt16(head)), kDots, LastOf(Text, ToInt16(tail))});
+  if (static_cast<std::int64_t>(Text.size()) <= Length) return CopyOf(Text);
+  const std::int64_t head = HeadLength(Length, DotsPosition);
+  const std::int64_t tail = Length - head - static_cast<std::int64_t>(kDots.size());
+  return Joined(FirstOf(Text, head), kDots, LastOf(Text, tail));
 }
 
 }  // namespace quorl

@@ -1,7 +1,10 @@
 // Word forms.
 
+#include <algorithm>
+
 #include "quorl/runtime/convert.hpp"
 #include "quorl/runtime/internal/join.hpp"
+#include "quorl/runtime/internal/search.hpp"
 #include "quorl/runtime/internal/text.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "quorl/text/strings.hpp"
@@ -13,7 +16,6 @@ using namespace internal;
 namespace {
 
 constexpr StringView kVowels = u"aàâäeéèêioôöuûü";
-constexpr StringView kBlankText(&kBlank, 1);
 
 // What makes a plural of a word that ends in `last`.
 StringView PluralEnding(char16_t last) {
@@ -26,19 +28,16 @@ StringView PluralEnding(char16_t last) {
 
 String Strings::Pluriel(StringView Text) {
   const StringView word = Trim(Text);
-  return Joined({word, word.empty() ? u"S" : PluralEnding(word.back())});
+  return Joined(word, word.empty() ? u"S" : PluralEnding(word.back()));
 }
 
 String Strings::ProperCase(StringView Text) {
-  const Int16 length = LengthAsInt16(Text);
+  // Published limit: the position after a blank is 16 bits too (failure 6).
+  CheckedInt16(LengthAsInt16(Text) + (Text.ends_with(kBlank) ? 1 : 0));
   String words = LowerCase(Text);
-  std::int64_t position = 1;
-  while (position <= length) {
-    char16_t& initial = words[static_cast<std::size_t>(position - 1)];
-    initial = UpperCase(initial);
-    const std::int64_t blank = Find(position, words, kBlankText);
-    if (blank == 0) break;
-    position = CheckedInt16(blank + 1);
+  for (std::size_t at = 0; at < words.size(); ++at) {
+    words[at] = UpperCase(words[at]);
+    at = std::min(FindUnit(Text, kBlank, at), words.size());
   }
   return words;
 }

@@ -20,19 +20,19 @@ bool StandsBefore(const MemberRow& first, const MemberRow& second) {
   return &first < &second;
 }
 
-String CurrentInterfaceName(StringView class_name) { return Joined({u"_", class_name}); }
+String CurrentInterfaceName(StringView class_name) { return Joined(u"_", class_name); }
 
 String Digits(std::size_t number) { return Utf16(std::to_string(number)); }
 
 }  // namespace
 
-String QualifiedName(const ClassRow& row) { return Joined({kLibraryName, u".", row.name}); }
+String QualifiedName(const ClassRow& row) { return Joined(kLibraryName, u".", row.name); }
 
-String VersionText(std::size_t minor) { return Joined({u"1.", Digits(minor)}); }
+String VersionText(std::size_t minor) { return Joined(u"1.", Digits(minor)); }
 
 String InterfaceName(const ClassRow& row, std::size_t version) {
   if (version + 1 == row.interfaces.size()) return CurrentInterfaceName(row.name);
-  return Joined({row.name, u"___v", Digits(version)});
+  return Joined(row.name, u"___v", Digits(version));
 }
 
 String PublishedName(const TypeRow& type) {

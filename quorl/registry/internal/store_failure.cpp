@@ -11,8 +11,8 @@ namespace quorl::internal {
 void RaiseStoreFailure(Int32 code, StringView call_text) {
   const StringView sentence = SentenceOf(code);
   throw RaisedError(code, kRegistrySource,
-                    Joined({u"Erreur d'accès au registre windows dans la fonction ", call_text,
-                            u"\n\n", sentence.empty() ? u"Erreur inconnue" : sentence}));
+                    Joined(u"Erreur d'accès au registre windows dans la fonction ", call_text,
+                           u"\n\n", sentence.empty() ? u"Erreur inconnue" : sentence));
 }
 
 bool CallArgument::SurelyHasText() const noexcept {

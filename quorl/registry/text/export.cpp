@@ -36,7 +36,7 @@ RegistryTextKey ExportKey(const KeyPlace& place) {
     const OpenKey key(handle);
     if (code == kDone) code = ReadValues(handle, section.values);
     if (code != kDone) {
-      RaiseStoreFailure(code, Joined({u"ExportKey(", NameOf(section.place), u")"}));
+      RaiseStoreFailure(code, Joined(u"ExportKey(", NameOf(section.place), u")"));
     }
     return section;
   });

@@ -285,8 +285,8 @@ class Reader {
 };
 
 String DescriptionOf(StringView file, Int32 line, Fault fault) {
-  return Joined({file, u":", FromAnsi(std::to_string(line)), u": ",
-                 kRegistryTextFaults[static_cast<std::size_t>(fault)].sentence});
+  return Joined(file, u":", FromAnsi(std::to_string(line)), u": ",
+                kRegistryTextFaults[static_cast<std::size_t>(fault)].sentence);
 }
 
 }  // namespace

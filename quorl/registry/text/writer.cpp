@@ -93,7 +93,7 @@ class Writer {
     for (; type != 0 || digits.empty(); type >>= 4)
       digits += HexPair<char16_t>(type & 0xF, kSmallHexDigits)[1];
     std::ranges::reverse(digits);
-    Put(Joined({u"hex(", digits, u"):"}));
+    Put(Joined(u"hex(", digits, u"):"));
   }
 
   void PutBytes(std::string_view data, bool is_text) {

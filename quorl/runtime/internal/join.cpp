@@ -21,17 +21,6 @@ void AppendPlain(String& text, const Variant& plain) {
 
 }  // namespace
 
-String Joined(std::initializer_list<StringView> pieces) {
-  return WithinMemory([&] {
-    std::size_t length = 0;
-    for (const StringView piece : pieces) length += piece.size();
-    String joined;
-    joined.reserve(length);
-    for (const StringView piece : pieces) joined += piece;
-    return joined;
-  });
-}
-
 void AppendText(String& text, const Variant& value) {
   WithinMemory([&] {
     if (value.Holds<Object>()) return AppendPlain(text, PlainValueOf(value));
