@@ -30,6 +30,21 @@ constexpr StringView kBeforeFirst =
 // The first growth of the storage, in items; from there on it doubles.
 constexpr std::size_t kFirstGrowth = 16;
 
+// What a text may keep of the memory of one before it, in units, besides twice its own length.
+constexpr std::size_t kLeastKept = 64;
+
+// Copies a text into the memory of the text in `place`, unless that is too little, or far more than
+// it needs. False where it did not.
+bool ReplaceText(Variant& place, const Variant& item) {
+  const String* text = item.If<String>();
+  String* former = place.If<String>();
+  if (text == nullptr || former == nullptr) return false;
+  const std::size_t most = kLeastKept + 2 * text->size();
+  if (former->capacity() < text->size() || former->capacity() > most) return false;
+  former->assign(*text);
+  return true;
+}
+
 void Check(bool allowed, StringView description) {
   if (!allowed) throw RaisedError(kFailedCheck, kSource, description);
 }
@@ -77,8 +92,7 @@ Variant RollBuffer::CurrentItem() const {
 
 void RollBuffer::CurrentItem(const Variant& New_Item) {
   Check(IsItem(index_), kNotOnItem);
-  Variant item = CopyOf(New_Item);
-  Store(PhysicalIndex(index_), item);
+  const Variant former = Store(PhysicalIndex(index_), New_Item);
 }
 
 Variant RollBuffer::Items(Int32 Index) const {
@@ -100,32 +114,33 @@ void RollBuffer::Clear() noexcept {
   first_ = 0;
 }
 
-// Puts `item` in its place, the next free one or one in use, and leaves the former content in
-// `item`: what that releases is released when the caller has finished.
-void RollBuffer::Store(std::size_t place, Variant& item) {
+// Puts a copy of `item` in its place, the next free one or one in use, and gives the former
+// content: what that releases is released when the caller has finished.
+Variant RollBuffer::Store(std::size_t place, const Variant& item) {
   if (place < items_.size()) {
-    std::swap(items_[place], item);
-    return;
+    if (ReplaceText(items_[place], item)) return {};
+    return std::exchange(items_[place], CopyOf(item));
   }
+  Variant copy = CopyOf(item);
   if (items_.size() == items_.capacity()) {
     const std::size_t size = static_cast<std::size_t>(buffer_size_);
     const std::size_t wanted = std::max(kFirstGrowth, 2 * items_.size());
     WithinMemory([&] { items_.reserve(std::min(size, wanted)); });
   }
-  items_.push_back(std::move(item));
+  items_.push_back(std::move(copy));
+  return {};
 }
 
 void RollBuffer::AddItem(const Variant& Item) {
-  Variant item = CopyOf(Item);
   const Int32 before = std::min(index_, count_ - 1);
-  if (before < buffer_size_ - 1) {
-    Store(PhysicalIndex(before + 1), item);
-    index_ = before + 1;
-    count_ = index_ + 1;
-  } else {
-    Store(PhysicalIndex(0), item);
+  const bool drops_oldest = before == buffer_size_ - 1;
+  const Variant former = Store(PhysicalIndex(drops_oldest ? 0 : before + 1), Item);
+  if (drops_oldest) {
     first_ = first_ == buffer_size_ - 1 ? 0 : first_ + 1;
     index_ = before;
+  } else {
+    index_ = before + 1;
+    count_ = index_ + 1;
   }
 }
 

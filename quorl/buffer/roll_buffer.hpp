@@ -108,7 +108,7 @@ class RollBuffer {
 
   bool IsItem(Int32 position) const noexcept;
   std::size_t PhysicalIndex(Int32 position) const noexcept;
-  void Store(std::size_t place, Variant& item);
+  Variant Store(std::size_t place, const Variant& item);
 
   // The ring, as far as it was ever filled. It turns only once it has its full size, so that
   // `first_` is 0 as long as places are missing at its end.

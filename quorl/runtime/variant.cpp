@@ -1,19 +1,25 @@
 #include "quorl/runtime/variant.hpp"
 
-#include <array>
-
 namespace quorl {
 
-VariantType Variant::Type() const noexcept {
-  // In the order of the alternatives.
-  static constexpr std::array kTypes{
-      VariantType::kEmpty,    VariantType::kNull,  VariantType::kMissing, VariantType::kByte,
-      VariantType::kInt16,    VariantType::kInt32, VariantType::kSingle,  VariantType::kDouble,
-      VariantType::kCurrency, VariantType::kDate,  VariantType::kBoolean, VariantType::kString,
-      VariantType::kObject,   VariantType::kArray,
-  };
-  static_assert(kTypes.size() == std::variant_size_v<decltype(state_)>);
-  return kTypes[state_.index()];
+static_assert(alignof(String) <= alignof(std::uint64_t) &&
+              alignof(Object) <= alignof(std::uint64_t) &&
+              alignof(Array) <= alignof(std::uint64_t));
+
+void Variant::HoldContentOf(Variant& owner) noexcept {
+  if (auto* text = owner.If<String>()) return Hold<String>(std::move(*text));
+  if (auto* object = owner.If<Object>()) return Hold<Object>(std::move(*object));
+  Hold<Array>(std::move(*owner.If<Array>()));
+}
+
+void Variant::HoldReferenceOf(const Variant& owner) noexcept {
+  if (const auto* object = owner.If<Object>()) return Hold<Object>(*object);
+  Hold<Array>(*owner.If<Array>());
+}
+
+void Variant::ReleaseReference() noexcept {
+  if (auto* object = If<Object>()) return std::destroy_at(object);
+  std::destroy_at(If<Array>());
 }
 
 }  // namespace quorl

@@ -5,7 +5,12 @@
 // by the library's rules compare.hpp, for multiplication and division arithmetic.hpp.
 #pragma once
 
+#include <algorithm>
 #include <concepts>
+#include <cstddef>
+#include <cstring>
+#include <new>
+#include <type_traits>
 #include <utility>
 #include <variant>
 
@@ -53,6 +58,44 @@ inline constexpr EmptyState Empty{};
 inline constexpr NullState Null{};
 inline constexpr MissingState Missing{};
 
+namespace detail {
+
+// The number of a content's type; of any other type there is none.
+template <class Content>
+struct TypeOf;
+template <VariantType kType>
+using Number = std::integral_constant<VariantType, kType>;
+template <>
+struct TypeOf<EmptyState> : Number<VariantType::kEmpty> {};
+template <>
+struct TypeOf<NullState> : Number<VariantType::kNull> {};
+template <>
+struct TypeOf<MissingState> : Number<VariantType::kMissing> {};
+template <>
+struct TypeOf<Byte> : Number<VariantType::kByte> {};
+template <>
+struct TypeOf<Int16> : Number<VariantType::kInt16> {};
+template <>
+struct TypeOf<Int32> : Number<VariantType::kInt32> {};
+template <>
+struct TypeOf<Single> : Number<VariantType::kSingle> {};
+template <>
+struct TypeOf<Double> : Number<VariantType::kDouble> {};
+template <>
+struct TypeOf<Currency> : Number<VariantType::kCurrency> {};
+template <>
+struct TypeOf<Date> : Number<VariantType::kDate> {};
+template <>
+struct TypeOf<Boolean> : Number<VariantType::kBoolean> {};
+template <>
+struct TypeOf<String> : Number<VariantType::kString> {};
+template <>
+struct TypeOf<Object> : Number<VariantType::kObject> {};
+template <>
+struct TypeOf<Array> : Number<VariantType::kArray> {};
+
+}  // namespace detail
+
 /// A number or truth value in exactly its own type, so that no pointer or wider integer slips into
 /// a Variant as a Boolean.
 template <class Plain>
@@ -76,31 +119,52 @@ class QUORL_API Variant {
  public:
   Variant() noexcept = default;
   Variant(EmptyState) noexcept {}
-  Variant(NullState) noexcept : state_(Null) {}
-  Variant(MissingState) noexcept : state_(Missing) {}
+  Variant(NullState) noexcept : type_(VariantType::kNull) {}
+  Variant(MissingState) noexcept : type_(VariantType::kMissing) {}
   template <PlainScalar Plain>
-  Variant(Plain value) noexcept : state_(value) {}
-  Variant(Currency value) noexcept : state_(value) {}
-  Variant(Date value) noexcept : state_(value) {}
-  Variant(String value) noexcept : state_(std::move(value)) {}
-  Variant(StringView value) : state_(String(value)) {}
+  Variant(Plain value) noexcept {
+    Hold<Plain>(value);
+  }
+  Variant(Currency value) noexcept { Hold<Currency>(value); }
+  Variant(Date value) noexcept { Hold<Date>(value); }
+  Variant(String value) noexcept { Hold<String>(std::move(value)); }
+  Variant(StringView value) { Hold<String>(value); }
   /// A null pointer gives the empty text.
-  Variant(const char16_t* value) : state_(value == nullptr ? String() : String(value)) {}
-  Variant(Object value) noexcept : state_(std::move(value)) {}
-  Variant(Array value) noexcept : state_(std::move(value)) {}
+  Variant(const char16_t* value) : Variant(value == nullptr ? StringView() : StringView(value)) {}
+  Variant(Object value) noexcept { Hold<Object>(std::move(value)); }
+  Variant(Array value) noexcept { Hold<Array>(std::move(value)); }
 
-  Variant(const Variant&) = default;
-  Variant(Variant&&) noexcept = default;
-  ~Variant() = default;
-  // The new content is taken before the old one goes: it may be an element of it.
+  Variant(const Variant& other) {
+    if (const String* text = other.If<String>()) {
+      Hold<String>(*text);
+    } else {
+      other.Owns() ? HoldReferenceOf(other) : HoldPlain(other);
+    }
+  }
+  Variant(Variant&& other) noexcept { other.Owns() ? HoldContentOf(other) : HoldPlain(other); }
+  ~Variant() {
+    if (String* text = If<String>()) {
+      std::destroy_at(text);
+    } else if (Owns()) {
+      ReleaseReference();
+    }
+  }
+  // The new content is taken before the old one goes, of which it may be an element; and the old
+  // one goes when the new one is there.
   Variant& operator=(const Variant& other) { return *this = Variant(other); }
   Variant& operator=(Variant&& other) noexcept {
-    auto taken = std::move(other.state_);
-    state_ = std::move(taken);
+    if (!Owns() && !other.Owns()) {
+      HoldPlain(other);
+      return *this;
+    }
+    Variant taken(std::move(other));
+    const Variant former(std::move(*this));
+    this->~Variant();
+    new (this) Variant(std::move(taken));
     return *this;
   }
 
-  VariantType Type() const noexcept;
+  VariantType Type() const noexcept { return type_; }
   bool IsEmpty() const noexcept { return Holds<EmptyState>(); }
   bool IsNull() const noexcept { return Holds<NullState>(); }
   bool IsMissing() const noexcept { return Holds<MissingState>(); }
@@ -108,31 +172,86 @@ class QUORL_API Variant {
   /// Whether it holds a `Content` now: Int32, String, Object and so on. No conversion.
   template <class Content>
   bool Holds() const noexcept {
-    return std::holds_alternative<Content>(state_);
+    return type_ == detail::TypeOf<Content>::value;
   }
   /// The content, null if it is of another type; valid until the Variant is assigned or gone.
   template <class Content>
   const Content* If() const noexcept {
-    return std::get_if<Content>(&state_);
+    return Holds<Content>() ? std::launder(reinterpret_cast<const Content*>(bytes_)) : nullptr;
   }
   template <class Content>
   Content* If() noexcept {
-    return std::get_if<Content>(&state_);
+    return Holds<Content>() ? std::launder(reinterpret_cast<Content*>(bytes_)) : nullptr;
   }
   /// Calls `visitor` with the content as its own type.
   template <class Visitor>
   decltype(auto) Visit(Visitor&& visitor) const {
-    return std::visit(std::forward<Visitor>(visitor), state_);
+    switch (type_) {
+      case VariantType::kNull:
+        return visitor(Null);
+      case VariantType::kMissing:
+        return visitor(Missing);
+      case VariantType::kByte:
+        return visitor(*If<Byte>());
+      case VariantType::kInt16:
+        return visitor(*If<Int16>());
+      case VariantType::kInt32:
+        return visitor(*If<Int32>());
+      case VariantType::kSingle:
+        return visitor(*If<Single>());
+      case VariantType::kDouble:
+        return visitor(*If<Double>());
+      case VariantType::kCurrency:
+        return visitor(*If<Currency>());
+      case VariantType::kDate:
+        return visitor(*If<Date>());
+      case VariantType::kBoolean:
+        return visitor(*If<Boolean>());
+      case VariantType::kString:
+        return visitor(*If<String>());
+      case VariantType::kObject:
+        return visitor(*If<Object>());
+      case VariantType::kArray:
+        return visitor(*If<Array>());
+      default:
+        return visitor(Empty);
+    }
   }
 
   /// The same type and the same content, without any conversion: Int16 5 is not Int32 5 here, and
   /// two Nulls are the same. For the library's comparison see compare.hpp.
-  friend bool operator==(const Variant&, const Variant&) = default;
+  friend bool operator==(const Variant& a, const Variant& b) {
+    return a.type_ == b.type_ && a.Visit([&b]<class Content>(const Content& content) {
+      return content == *b.If<Content>();
+    });
+  }
 
  private:
-  std::variant<EmptyState, NullState, MissingState, Byte, Int16, Int32, Single, Double, Currency,
-               Date, Boolean, String, Object, Array>
-      state_;
+  template <class Content, class... From>
+  void Hold(From&&... from) {
+    new (bytes_) Content(std::forward<From>(from)...);
+    type_ = detail::TypeOf<Content>::value;
+  }
+
+  // Texts, objects and arrays own something; the content of all else is its first eight bytes.
+  bool Owns() const noexcept {
+    return type_ == VariantType::kString || type_ == VariantType::kObject ||
+           type_ == VariantType::kArray;
+  }
+  void HoldPlain(const Variant& other) noexcept {
+    std::memcpy(bytes_, other.bytes_, sizeof plain_);
+    type_ = other.type_;
+  }
+  void HoldContentOf(Variant& owner) noexcept;
+  // Of an object or an array.
+  void HoldReferenceOf(const Variant& owner) noexcept;
+  void ReleaseReference() noexcept;
+
+  union {
+    std::uint64_t plain_ = 0;
+    std::byte bytes_[std::max({sizeof(String), sizeof(Object), sizeof(Array)})];
+  };
+  VariantType type_ = VariantType::kEmpty;
 };
 
 }  // namespace quorl
