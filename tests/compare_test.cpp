@@ -74,6 +74,17 @@ TEST(Compare, EveryValueAgainstEveryOtherAndWhatTheCodeFixes) {
   }
 }
 
+TEST(Compare, LongTextsDifferAtTheirFirstOtherUnit) {
+  Random random(6);
+  for (int i = 0; i < 20000; ++i) {
+    const String left = random.Text(u"ab\u8000", 40);
+    String right = left + u"a";
+    right[random.Bits() % right.size()] = u'\u8000';
+    right.resize(random.Bits() % 2 == 0 ? left.size() : random.Bits() % right.size());
+    EXPECT_EQ(Shown(Compare(left, right)), Shown(left <=> right)) << Shown(left) << Shown(right);
+  }
+}
+
 TEST(Compare, KeepsAmountsExactAndNaNUnordered) {
   const Variant below = Currency::FromTenThousandths(Currency::Highest().TenThousandths() - 1);
   EXPECT_EQ(ToDouble(Currency::Highest()), ToDouble(below));

@@ -1,10 +1,31 @@
 #include "quorl/runtime/compare.hpp"
 
+#include <algorithm>
+
 #include "quorl/runtime/convert.hpp"
+#include "quorl/runtime/internal/plain_number.hpp"
+#include "quorl/runtime/internal/unit_block.hpp"
 #include "quorl/runtime/raised_error.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
+
+// Many units at once, where the standard comparison takes them one by one.
+std::strong_ordering CompareUnits(StringView left, StringView right) noexcept {
+  const std::size_t shorter = std::min(left.size(), right.size());
+  if (shorter < kBlockUnits) return left <=> right;
+  for (std::size_t at = 0; at < shorter; at += kBlockUnits) {
+    // The last block has units in common with the one before.
+    const std::size_t block = std::min(at, shorter - kBlockUnits);
+    const Lanes differ(BlockAt(left.data() + block) != BlockAt(right.data() + block));
+    if (differ.IsEmpty()) continue;
+    const std::size_t first = block + differ.First();
+    return left[first] <=> right[first];
+  }
+  return left.size() <=> right.size();
+}
 
 std::partial_ordering ByNumber(const Variant& left, const Variant& right) {
   const auto* left_amount = left.If<Currency>();
@@ -17,13 +38,12 @@ void RequireComparable(const Variant& plain) {
   if (plain.IsMissing() || plain.Holds<Array>()) Raise(FailureNumber::kTypeMismatch);
 }
 
-// Both sides are neither Null nor objects here.
+// Both sides are neither Null nor objects here, and not both are texts.
 std::partial_ordering ComparePlain(const Variant& left, const Variant& right) {
   RequireComparable(left);
   RequireComparable(right);
   const auto* left_text = left.If<String>();
   const auto* right_text = right.If<String>();
-  if (left_text != nullptr && right_text != nullptr) return *left_text <=> *right_text;
   if (left_text != nullptr) {
     return right.IsEmpty() ? *left_text <=> StringView() : std::strong_ordering::greater;
   }
@@ -33,13 +53,24 @@ std::partial_ordering ComparePlain(const Variant& left, const Variant& right) {
   return ByNumber(left, right);
 }
 
-}  // namespace
-
-std::partial_ordering Compare(const Variant& left, const Variant& right) {
+// Apart, so that comparing numbers needs no room for what this does.
+[[gnu::noinline]] std::partial_ordering CompareOthers(const Variant& left, const Variant& right) {
   if (left.Holds<Object>()) return Compare(PlainValueOf(left), right);
   if (right.Holds<Object>()) return Compare(left, PlainValueOf(right));
   if (left.IsNull() || right.IsNull()) return std::partial_ordering::unordered;
   return ComparePlain(left, right);
+}
+
+}  // namespace
+
+std::partial_ordering Compare(const Variant& left, const Variant& right) {
+  if (const auto* text = left.If<String>()) {
+    if (const auto* other = right.If<String>()) return CompareUnits(*text, *other);
+  }
+  if (const auto number = PlainNumberOf(left)) {
+    if (const auto other = PlainNumberOf(right)) return *number <=> *other;
+  }
+  return CompareOthers(left, right);
 }
 
 std::partial_ordering CompareToNumber(const Variant& value, Double number) {
@@ -55,8 +86,8 @@ std::partial_ordering CompareToBoolean(const Variant& value, Boolean truth) {
 std::partial_ordering CompareToText(const Variant& value, StringView text) {
   if (value.Holds<Object>()) return CompareToText(PlainValueOf(value), text);
   if (value.IsNull()) return std::partial_ordering::unordered;
-  if (const auto* content = value.If<String>()) return StringView(*content) <=> text;
-  return StringView(ToString(value)) <=> text;
+  if (const auto* content = value.If<String>()) return CompareUnits(*content, text);
+  return CompareUnits(ToString(value), text);
 }
 
 }  // namespace quorl
