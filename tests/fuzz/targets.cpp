@@ -5,7 +5,15 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <vector>
 
+#include "examples/amount_in_words/amount.hpp"
+#include "examples/amount_in_words/fields.hpp"
+#include "examples/amount_in_words/problem.hpp"
+#include "examples/amount_in_words/text_file.hpp"
+#include "examples/parity/log_text.hpp"
+#include "examples/parity/read_log.hpp"
 #include "quorl/registry/text/reader.hpp"
 #include "quorl/registry/text/root_name.hpp"
 #include "quorl/registry/text/writer.hpp"
@@ -106,11 +114,41 @@ void FeedJournal(std::string_view bytes) {
           "a damaged journal is kept");
 }
 
+// A file of invoices, as amount_in_words reads it.
+void FeedInvoices(std::string_view bytes) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), std::fclose);
+  Promise(std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size(),
+          "a file is there");
+  std::rewind(file.get());
+  amounts::TextFile lines(fileno(file.get()));
+  String line;
+  std::vector<StringView> fields;
+  for (bool more = true; more;) {
+    try {
+      more = lines.Next(line);
+      amounts::FieldsOf(line, amounts::SeparatorOf(line), fields);
+      for (const StringView field : fields) amounts::ReadAmount(field);
+    } catch (const amounts::Problem&) {
+      // Said of the line; the next one is read all the same.
+    }
+  }
+}
+
+void FeedParityLog(std::string_view bytes) {
+  try {
+    parity::ReadLog(bytes);
+  } catch (const parity::Unreadable& unreadable) {
+    Promise(unreadable.line >= 1, "a log is refused by its line");
+  }
+}
+
 constexpr std::array kTargets{
     FuzzTarget{"numbers", FeedNumbers},
     FuzzTarget{"dates", FeedDates},
     FuzzTarget{"settings_text", FeedSettingsText},
     FuzzTarget{"journal", FeedJournal},
+    FuzzTarget{"invoices", FeedInvoices},
+    FuzzTarget{"parity_log", FeedParityLog},
 };
 
 }  // namespace
