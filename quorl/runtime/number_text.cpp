@@ -245,9 +245,10 @@ bool ToNearest(const PlainNumber& number, Currency& out) {
 
 template <class Number>
 NumberReading Read(StringView text, const Locale& locale, Number& out) {
+  const StringView trimmed = Trim(text);
   PlainNumber plain;
-  if (plain.Take(text, locale) && ToNearest(plain, out)) return NumberReading::kGood;
-  Scanner scanner(Trim(text));
+  if (plain.Take(trimmed, locale) && ToNearest(plain, out)) return NumberReading::kGood;
+  Scanner scanner(trimmed);
   ScannedNumber number;
   const ThousandSeparator thousand(locale.thousand_separator);
   const bool taken = TakeNumber(scanner, locale.decimal_separator, thousand, number);
