@@ -222,7 +222,7 @@ std::vector<JournalReport> JournalHive::TakeReports() {
 StoreStatus JournalHive::CatchUp() {
   if (place_.status != kDone) return place_.status;
   if (is_appending_ || IsUnchanged()) return kDone;
-  const std::chrono::nanoseconds now = files_.Clock();
+  const std::chrono::nanoseconds look = files_.Clock();
   FileInfo info;
   const int found = files_.Describe(path_, info);
   if (found == -ENOENT) {
@@ -245,7 +245,7 @@ StoreStatus JournalHive::CatchUp() {
   if (status != kDone && file_.IsStill(identity_)) return status;
   const bool is_read = status == kDone && following != Following::kOtherJournal;
   if (!is_read) return Load(Lock::kNotHeld);
-  NoteUnchanged(info, now);
+  NoteUnchanged(info, look);
   return kDone;
 }
 
@@ -262,15 +262,16 @@ bool JournalHive::IsUnchanged() const {
          info.changed == seen_.changed;
 }
 
-// After the file, which was like `info` at `now`, was read to its end.
-void JournalHive::NoteUnchanged(const FileInfo& info, std::chrono::nanoseconds now) noexcept {
+// After the file was read to its end. It was like `info` after `look`; from when on, only a later
+// moment tells for sure.
+void JournalHive::NoteUnchanged(const FileInfo& info, std::chrono::nanoseconds look) noexcept {
   const bool is_same = info.SameFile(seen_) && info.size == seen_.size &&
                        info.links == seen_.links && info.changed == seen_.changed;
   if (!is_same) {
     seen_ = info;
-    seen_since_ = now;
+    seen_since_ = files_.Clock();
   }
-  looked_at_ = now;
+  looked_at_ = look;
 }
 
 // Takes in what was committed since. `following` is what comes then; kOtherJournal when this is not
@@ -483,6 +484,8 @@ void JournalHive::RewriteIfWorthwhile(OpenFile& locked, std::size_t changed) noe
   const bool is_due = position_.end > longest;
   const bool is_near = rewriting_ != nullptr || position_.end > longest - longest / 4;
   if (!is_near || position_.end < rewrite_from_) return;
+  // A journal that was exchanged from outside meanwhile is not the one that is locked.
+  if (!locked.IsStill(identity_)) return;
   StoreStatus status = kDone;
   try {
     const std::size_t piece = std::max(Rewriting::kPieceBytes, kPiecesAChange * changed);

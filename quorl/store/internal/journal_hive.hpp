@@ -50,7 +50,7 @@ class JournalHive final : public Hive {
 
   StoreStatus CatchUp();
   bool IsUnchanged() const;
-  void NoteUnchanged(const FileInfo& info, std::chrono::nanoseconds now) noexcept;
+  void NoteUnchanged(const FileInfo& info, std::chrono::nanoseconds look) noexcept;
   StoreStatus ReadOn(const OpenFile& file, const FileInfo& info, Following& following);
   enum class Lock : std::uint8_t { kHeld, kNotHeld };
   StoreStatus Load(Lock lock);
