@@ -25,10 +25,12 @@ FreshJournal::FreshJournal(std::shared_ptr<KeyTree> tree)
 FreshJournal::~FreshJournal() { tree_->Follow(nullptr); }
 
 std::string FreshJournal::Next(std::size_t wanted) {
-  if (lacked_memory_) throw std::bad_alloc();
+  // What stops halfway is not gone on with.
+  if (std::exchange(lacked_memory_, true)) throw std::bad_alloc();
   while (!IsWalked() && bytes_.size() + writer_.Size() < wanted) WalkOn();
   EndTransaction();
   position_.end += bytes_.size();
+  lacked_memory_ = false;
   return std::exchange(bytes_, {});
 }
 

@@ -29,7 +29,8 @@ class FreshJournal final : private TreeFollower {
   ~FreshJournal();
 
   /// The bytes that come next: some `wanted` of what the walk meets, and what has changed since.
-  /// Memory may have run out while the tree was changed, which is thrown now.
+  /// Memory may have run out while the tree was changed, which is thrown now. Once this has thrown,
+  /// it throws each time.
   std::string Next(std::size_t wanted);
   /// Whether everything has been walked. What has changed since is still to be taken.
   bool IsWalked() const noexcept { return key_ == tree_->NextNumber(); }
