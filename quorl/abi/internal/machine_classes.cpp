@@ -48,6 +48,8 @@ struct MachineClasses {
 
 MachineClasses ListBesideThisLibrary() {
   const std::string file = LibraryFileOf(reinterpret_cast<const void*>(&ListBesideThisLibrary));
+  // Without a place of its own it must not come to that of the process.
+  if (file.empty()) return {};
   const std::string folder = file.substr(0, file.rfind('/') + 1);
   return {folder, ReadList(folder + "quorl/classes")};
 }
