@@ -2,6 +2,8 @@
 
 namespace quorl {
 
+static_assert(std::is_trivially_copyable_v<Currency> && sizeof(Currency) == sizeof(std::uint64_t) &&
+              std::is_trivially_copyable_v<Date> && sizeof(Date) == sizeof(std::uint64_t));
 static_assert(alignof(String) <= alignof(std::uint64_t) &&
               alignof(Object) <= alignof(std::uint64_t) &&
               alignof(Array) <= alignof(std::uint64_t));

@@ -239,7 +239,7 @@ class QUORL_API Variant {
            type_ == VariantType::kArray;
   }
   void HoldPlain(const Variant& other) noexcept {
-    std::memcpy(bytes_, other.bytes_, sizeof plain_);
+    std::memmove(bytes_, other.bytes_, sizeof plain_);  // `other` may be this one.
     type_ = other.type_;
   }
   void HoldContentOf(Variant& owner) noexcept;
