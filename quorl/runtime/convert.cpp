@@ -6,7 +6,6 @@
 #include <cmath>
 #include <limits>
 #include <string_view>
-#include <utility>
 
 #include "quorl/runtime/date_text.hpp"
 #include "quorl/runtime/internal/decimal.hpp"
@@ -20,12 +19,6 @@ namespace quorl {
 
 using namespace internal;
 namespace {
-
-template <class Whole>
-Whole Checked(std::int64_t value) {
-  if (!std::in_range<Whole>(value)) Raise(FailureNumber::kOverflow);
-  return static_cast<Whole>(value);
-}
 
 template <class Whole>
 Whole NearestWhole(Double value) {
@@ -51,10 +44,10 @@ Double NumberIn(StringView text) {
 
 template <class Whole>
 Whole WholeOf(const Variant& value) {
-  if (const auto* whole = value.If<Int32>()) return Checked<Whole>(*whole);
-  if (const auto* small = value.If<Int16>()) return Checked<Whole>(*small);
+  if (const auto* whole = value.If<Int32>()) return detail::Narrowed<Whole>(*whole);
+  if (const auto* small = value.If<Int16>()) return detail::Narrowed<Whole>(*small);
   if (const auto* amount = value.If<Currency>()) {
-    return Checked<Whole>(
+    return detail::Narrowed<Whole>(
         static_cast<std::int64_t>(DivideHalfEven(amount->TenThousandths(), Currency::kScale)));
   }
   if (value.Holds<Object>()) return WholeOf<Whole>(PlainValueOf(value));

@@ -24,16 +24,20 @@ QUORL_API Byte ToByte(Double value);
 QUORL_API Int16 ToInt16(Double value);
 QUORL_API Int32 ToInt32(Double value);
 
+namespace detail {
+
+template <class Whole>
+Whole Narrowed(std::int64_t value) {
+  if (!std::in_range<Whole>(value)) Raise(FailureNumber::kOverflow);
+  return static_cast<Whole>(value);
+}
+
+}  // namespace detail
+
 /// Narrows a whole number; failure 6 outside the type. This is the limit of every counter,
 /// length and position that a signature declares as Int16.
-inline Int16 CheckedInt16(std::int64_t value) {
-  if (!std::in_range<Int16>(value)) Raise(FailureNumber::kOverflow);
-  return static_cast<Int16>(value);
-}
-inline Int32 CheckedInt32(std::int64_t value) {
-  if (!std::in_range<Int32>(value)) Raise(FailureNumber::kOverflow);
-  return static_cast<Int32>(value);
-}
+inline Int16 CheckedInt16(std::int64_t value) { return detail::Narrowed<Int16>(value); }
+inline Int32 CheckedInt32(std::int64_t value) { return detail::Narrowed<Int32>(value); }
 /// A text's length or any other size as an Int16; failure 6 above 32767.
 inline Int16 LengthAsInt16(StringView text) {
   return CheckedInt16(static_cast<std::int64_t>(text.size()));
