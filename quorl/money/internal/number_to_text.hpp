@@ -20,8 +20,7 @@ inline constexpr std::size_t kRoomForWords = 560;
 /// last of them if it is higher.
 ///
 ///     std::array<char16_t, kRoomForWords> text;
-///     NumberToText(text.data(), WordsOf(kFrenchWords), 1234, 0);  //
-///     "mille-deux-cent-trente-quatre"
+///     NumberToText(text.data(), WordsOf(kFrenchWords), 21, 0);  // "vingt-et-un"
 ///
 /// The scale words end at 10 to the 12th: 10 to the 15th is "mille billions". Failure 9 where a
 /// negative `kind` is needed for the word for one; `out` holds rubbish then.

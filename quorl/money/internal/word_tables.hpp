@@ -6,15 +6,14 @@
 //  - a plain row is taken whole;
 //  - alternatives stand with ";" between them and are counted from 0: "eins;ein;eine";
 //  - a joiner row (36 to 39) begins with a ";" that is no separator: what follows is the joiner.
-// Blanks at the ends of a row belong to it. Everything is a view of constant data: no call here
-// allocates, and views live for ever. Usable from any thread. For numbers see number_to_text.hpp.
+// Blanks at the ends of a row belong to it. The functions are for the compiler alone: a row or an
+// alternative that there is none of does not compile. For numbers see number_to_text.hpp.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 
-#include "quorl/runtime/raised_error.hpp"
 #include "quorl/runtime/types.hpp"
 
 namespace quorl::internal {
@@ -94,16 +93,10 @@ inline constexpr std::array<std::array<StringView, kWordBlocks>, kWordRows> kWor
 
 }  // namespace detail
 
-/// True for the base of a block.
-constexpr bool IsWordBlock(Int32 base) noexcept {
-  return base % 1000 == 0 && base >= kFrenchWords && base <= kGermanWords;
-}
-
-/// The text of the row `id`, whole; the empty text for an id that lies in no block.
-constexpr StringView LoadWordRow(Int32 id) noexcept {
-  const Int32 row = id % 1000;
-  if (!IsWordBlock(id - row) || row >= kWordRows) return {};
-  return detail::kWords[static_cast<std::size_t>(row)][static_cast<std::size_t>(id / 1000 - 1)];
+/// The text of the row `id`, whole.
+constexpr StringView LoadWordRow(Int32 id) {
+  return detail::kWords[static_cast<std::size_t>(id % 1000)]
+                       [static_cast<std::size_t>(id / 1000 - 1)];
 }
 
 /// The index of a row's last alternative: 0 for a row without ";".
@@ -111,20 +104,14 @@ constexpr Int32 LastAlternative(StringView row) noexcept {
   return static_cast<Int32>(std::count(row.begin(), row.end(), u';'));
 }
 
-/// The alternative of a row at `index`. Failure 9 for an index below 0 or above the last.
+/// The alternative of a row at `index`.
 constexpr StringView Alternative(StringView row, Int32 index) {
-  if (index < 0) Raise(FailureNumber::kSubscriptOutOfRange);
-  for (; index > 0; --index) {
-    const std::size_t cut = row.find(u';');
-    if (cut == StringView::npos) Raise(FailureNumber::kSubscriptOutOfRange);
-    row.remove_prefix(cut + 1);
-  }
+  if (index < 0 || index > LastAlternative(row)) throw "the row has fewer alternatives";
+  for (; index > 0; --index) row.remove_prefix(row.find(u';') + 1);
   return row.substr(0, row.find(u';'));
 }
 
 /// The joiner in a joiner row, which may be empty.
-constexpr StringView Joiner(StringView row) noexcept {
-  return row.empty() ? row : StringView(row.data() + 1, row.size() - 1);
-}
+constexpr StringView Joiner(StringView row) { return row.substr(1); }
 
 }  // namespace quorl::internal
