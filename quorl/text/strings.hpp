@@ -9,8 +9,7 @@
 // number of threads may call at once (`WinVal` as far as `Locale::Current()` is left alone). Where
 // an argument, a result or a counter is an Int16 it ends at 32767, and going past raises failure 6;
 // nothing is ever cut silently. Every member that gives a text or a Variant raises failure 7 when
-// memory is short; the others ask for none. For the search and slice rules underneath see
-// quorl/runtime/text.hpp, for reading numbers quorl/runtime/number_text.hpp.
+// memory is short; the others ask for none. For reading numbers see quorl/runtime/number_text.hpp.
 #pragma once
 
 #include "quorl/runtime/types.hpp"
@@ -42,9 +41,9 @@ class Strings {
   static String Padr(StringView Text, Int16 Length, StringView PadChar = u" ");
 
   /// The plural of a French word by the short rule: `Text` without the blanks around it and with an
-  /// s after it, a capital S where the last character is a capital A to Z, a digit, a sign or
-  /// absent; nothing is added after s, x, S and X. "mot" gives "mots", "MOT" "MOTS", "prix" "prix",
-  /// "cheval" "chevals".
+  /// s after it, a capital S where the last character is absent or below U+0061, as A to Z and the
+  /// digits are; nothing is added after s, x, S and X. "mot" gives "mots", "MOT" "MOTS", "prix"
+  /// "prix", "cheval" "chevals", "CAFÉ" "CAFÉs".
   static String Pluriel(StringView Text);
 
   /// `Text` in lower case, but for its first character and each character after a blank, which are
@@ -65,9 +64,8 @@ class Strings {
   /// empty.
   ///
   /// The search runs over `Text` with one more `Separator` after it. A separator that overlaps
-  /// itself
-  /// ("aaa") may thus be found across the end of `Text`, which takes the last token's end with it:
-  /// GetToken(u"xaa", u"aaa") is "x", and the next `Index` gives what is left after that
+  /// itself ("aaa") may thus be found across the end of `Text`, which takes the last token's end
+  /// with it: GetToken(u"xaa", u"aaa") is "x", and the next `Index` gives what is left after that
   /// occurrence but for one character, here "a".
   static String GetToken(StringView Text, StringView Separator = u" ", Int16 Index = 1);
 

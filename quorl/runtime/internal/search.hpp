@@ -30,7 +30,8 @@ class Search {
       : text_(text), sought_(sought), head_(sought.substr(0, kHeadUnits)) {}
 
   /// The lowest place at or after `from` at which `sought` stands whole, or npos. `from` never goes
-  /// back from one call to the next.
+  /// back from one call to the next, not behind a place that was found, and after npos it lies
+  /// behind the text.
   std::size_t Next(std::size_t from) noexcept {
     if (sought_.size() == 1) return FindUnit(text_, sought_.front(), from);
     return sought_.size() <= kHeadUnits ? NextOfHead(from) : NextOfLong(from);

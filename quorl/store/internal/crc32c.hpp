@@ -1,6 +1,5 @@
 // The checksum of the journal: CRC-32C, which finds every single flipped bit, every burst of up to
-// 32 bits, and all but one in four thousand million of other damage. Pure
-// functions.
+// 32 bits, and all but one in four thousand million of other damage. Pure functions.
 #pragma once
 
 #include <cstdint>

@@ -1,9 +1,7 @@
 #include "quorl/store/internal/journal_file.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cstring>
 #include <utility>
 
 #include "quorl/store/internal/journal_salvage.hpp"
