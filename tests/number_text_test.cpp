@@ -20,7 +20,8 @@ TEST(NumberText, ReadsByTheLocale) {
   // Nothing behind "=" stands for no number.
   const std::pair<std::vector<Locale>, StringView> rows[] = {
       {{kFrench, kEnglish, kGerman, kSwiss},
-       u"12=12|  -12  =-12|+1E3=1000|1e-3=.001|=| =|-=|+-1=|--1=|1-=|1-2=|12abc=|abc=|e5=|1e=|1e+="
+       u"12=12|  -12  =-12|+1E3=1000|1e-3=.001|1e-330=0|=| "
+       u"=|-=|+-1=|--1=|1-=|1-2=|12abc=|abc=|e5=|1e=|1e+="
        u"|1e5.5=|1e5e5=|1E 5=|&H10=|0x10=|\t1=|inf=|nan=|\uFF11="},
       {{kFrench},
        u"1,5=1.5|1.5=|1,234.56=|1.234,56=|1 234,56=1234.56|1\u00A0234\u202F567=1234567"

@@ -22,6 +22,7 @@
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/text_case.hpp"
 #include "quorl/store/internal/crc32c.hpp"
+#include "quorl/store/internal/handle_table.hpp"
 #include "quorl/store/internal/journal_format.hpp"
 #include "quorl/store/memory_store.hpp"
 #include "quorl/store/persistent_store.hpp"
@@ -279,7 +280,10 @@ Action RandomAction(Random& random) {
     return text;
   };
   const auto kind = random.Whole(0, 99);
-  const std::string name = kLevels[random.Bits() % kLevels.size()];
+  // Of values there are many now and then, so that a key's list of them has a search tree and
+  // holes.
+  const std::string number = random.Bits() % 2 == 0 ? "" : std::to_string(random.Whole(0, 40));
+  const std::string name = kLevels[random.Bits() % kLevels.size()] + number;
   if (kind < 30) return {kCreateKey, path()};
   if (kind < 75) {
     std::string data(static_cast<std::size_t>(random.Whole(0, 40)), '\0');
@@ -307,6 +311,23 @@ TEST_P(Operations, AgreeWithAPlainModel) {
     if (model.Content().size() < 20000) continue;
     ASSERT_EQ(SHDeleteKeyA(kCurrentUser, ""), kDone);
     model = Model();
+  }
+}
+
+TEST(Handles, AreFoundWhateverOthersEnd) {
+  internal::HandleTable table;
+  std::map<KeyHandle, std::shared_ptr<internal::OpenedKey>> open;
+  Random random(7);
+  for (int step = 0; step < 3000; ++step) {
+    const auto one = open.lower_bound(static_cast<KeyHandle>(random.Whole(0, step)));
+    if (one == open.end()) {
+      const auto key = std::make_shared<internal::OpenedKey>();
+      EXPECT_TRUE(open.try_emplace(table.Add(key), key).second);
+    } else if (random.Bits() % 2 == 0) {
+      EXPECT_TRUE(table.Remove(one->first) && !table.Remove(one->first));
+      open.erase(one);
+    }
+    for (const auto& [handle, key] : open) ASSERT_EQ(table.Find(handle), key) << step;
   }
 }
 
