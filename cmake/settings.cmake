@@ -25,9 +25,16 @@ if(QUORL_TESTS)
   target_compile_definitions(quorl_settings INTERFACE _GLIBCXX_ASSERTIONS)
 endif()
 if(QUORL_SANITIZE)
-  target_compile_options(quorl_settings INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+  set(sanitizers address,undefined)
+  if(QUORL_SANITIZE STREQUAL THREAD)
+    set(sanitizers thread)
+    # It does not follow fences, so that an Array which one thread writes after another has let its
+    # copy go would look like a race.
+    target_compile_options(quorl_settings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-tsan>)
+  endif()
+  target_compile_options(quorl_settings INTERFACE -fsanitize=${sanitizers} -fno-sanitize-recover=all
                                                   -fno-omit-frame-pointer)
-  target_link_options(quorl_settings INTERFACE -fsanitize=address,undefined)
+  target_link_options(quorl_settings INTERFACE -fsanitize=${sanitizers})
 endif()
 if(QUORL_FUZZ)
   if(NOT CMAKE_CXX_COMPILER_ID MATCHES Clang)
