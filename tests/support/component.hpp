@@ -142,7 +142,8 @@ inline std::function<HRESULT(const std::function<HRESULT()>&)> around_call =
 
 /// The slot of a table that takes anything: whole numbers and pointers travel in six registers,
 /// reals in registers of their own, VARIANTs on the stack, each in their order, and a callee looks
-/// at those that it knows of.
+/// at those that it knows of. A VARIANT goes to the stack on x86-64, and as a pointer among the
+/// whole numbers on AArch64: not to be moved then.
 struct SlotArguments {
   std::array<std::int64_t, 5> w{};
   std::array<double, 4> r{};
@@ -153,7 +154,11 @@ struct SlotArguments {
 
   void Add(VariantType type, const VARIANT& value) {
     if (type == VariantType::kVariant) {
-      v.at(variants++) = value;
+      v.at(variants) = value;
+#if defined(__aarch64__)
+      Add(&v.at(variants));
+#endif
+      ++variants;
     } else if (type == VariantType::kDouble || type == VariantType::kDate) {
       r.at(reals++) = value.value.r8;
     } else {
