@@ -29,9 +29,9 @@ class Search {
   Search(StringView text, StringView sought) noexcept
       : text_(text), sought_(sought), head_(sought.substr(0, kHeadUnits)) {}
 
-  /// The lowest place at or after `from` at which `sought` stands whole, or npos. `from` never goes
-  /// back from one call to the next, not behind a place that was found, and after npos it lies
-  /// behind the text.
+  /// The lowest place at or after `from` at which `sought` stands whole, or npos. `from` is never
+  /// before that of a former call or a place that was found; after npos it is the text's length or
+  /// more.
   std::size_t Next(std::size_t from) noexcept {
     if (sought_.size() == 1) return FindUnit(text_, sought_.front(), from);
     return sought_.size() <= kHeadUnits ? NextOfHead(from) : NextOfLong(from);

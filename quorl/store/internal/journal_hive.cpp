@@ -262,8 +262,8 @@ bool JournalHive::IsUnchanged() const {
          info.changed == seen_.changed;
 }
 
-// After the file was read to its end. It was like `info` after `look`; from when on, only a later
-// moment tells for sure.
+// After the file was read to its end, which was begun after `look`. It was described between, so it
+// has been like `info` since now at the latest.
 void JournalHive::NoteUnchanged(const FileInfo& info, std::chrono::nanoseconds look) noexcept {
   const bool is_same = info.SameFile(seen_) && info.size == seen_.size &&
                        info.links == seen_.links && info.changed == seen_.changed;
