@@ -73,44 +73,60 @@ std::string TerminatedText(const Variant& value) {
   return bytes;
 }
 
-// The bytes of a value, read into room for `size` of them: what the store gives now, which may be
-// fewer. `code` is what the store said.
-std::string QueryData(KeyHandle key, const std::string& name, Int32 size, Int32& code) {
-  std::string data(static_cast<std::size_t>(size), '\0');
-  code = RegQueryValueExA(key, name, nullptr, nullptr, data.data(), &size);
-  if (code == kDone) data.resize(static_cast<std::size_t>(size));
-  return data;
+// The last byte is the terminator, whatever it is.
+String TextOf(std::string_view data) {
+  return FromAnsi(data.substr(0, data.empty() ? 0 : data.size() - 1));
 }
 
-Variant ReadValue(const RegistryCall& call, const OpenKey& key, StringView value_name,
-                  const Variant& otherwise) {
-  const std::string name = ToAnsi(value_name);
-  Int32 type = 0;
-  Int32 size = 0;
-  Int32 code = RegQueryValueExA(key.Handle(), name, nullptr, &type, nullptr, &size);
-  if (code == kAbsent) return otherwise;
-  call.RequireDone(code);
+// A value of this type and size. `read(void* data, Int32* size)` gives its bytes as the store does,
+// with a code; there may be fewer by then.
+template <class Read>
+Variant ValueOf(const RegistryCall& call, Int32 type, Int32 size, Read read) {
   switch (type) {
     case REG_SZ: {
-      const std::string data = QueryData(key.Handle(), name, size, code);
-      call.RequireDone(code);
-      return FromAnsi(std::string_view(data).substr(0, data.empty() ? 0 : data.size() - 1));
+      std::string data(static_cast<std::size_t>(size), '\0');
+      call.RequireDone(read(data.data(), &size));
+      return TextOf(std::string_view(data).substr(0, static_cast<std::size_t>(size)));
     }
     case REG_BINARY: {
       Array bytes = Array::WithBounds(VariantType::kByte, 0, size - 1);
-      call.RequireDone(RegQueryValueExA(key.Handle(), name, nullptr, nullptr,
-                                        bytes.WritableBytes().data(), &size));
+      call.RequireDone(read(bytes.WritableBytes().data(), &size));
       return bytes;
     }
     case REG_DWORD: {
       Int32 number = 0;
       Int32 capacity = sizeof(number);
-      call.RequireDone(RegQueryValueExA(key.Handle(), name, nullptr, nullptr, &number, &capacity));
+      call.RequireDone(read(&number, &capacity));
       return number;
     }
     default:
       return Null;
   }
+}
+
+// For every store and every value: the key is opened, its value asked for its size, then read.
+Variant ReadInSteps(const RegistryCall& call, std::string_view path, std::string_view name,
+                    const Variant& otherwise) {
+  const OpenKey key = call.OpenIfThere(path, kReadValues);
+  if (!key) return otherwise;
+  Int32 type = 0;
+  Int32 size = 0;
+  const Int32 code = RegQueryValueExA(key.Handle(), name, nullptr, &type, nullptr, &size);
+  if (code == kAbsent) return otherwise;
+  call.RequireDone(code);
+  return ValueOf(call, type, size, [&](void* data, Int32* capacity) {
+    return RegQueryValueExA(key.Handle(), name, nullptr, nullptr, data, capacity);
+  });
+}
+
+Variant ReadShort(const RegistryCall& call, const ShortValue& value) {
+  const std::string_view bytes(value.bytes.data(), static_cast<std::size_t>(value.size));
+  if (value.type == REG_SZ) return TextOf(bytes);
+  return ValueOf(call, value.type, value.size, [&](void* data, const Int32* capacity) {
+    if (value.size > *capacity) return kBufferTooSmall;
+    std::memcpy(data, bytes.data(), bytes.size());
+    return kDone;
+  });
 }
 
 void WriteValue(const RegistryCall& call, const OpenKey& key, StringView value_name, Int32 type,
@@ -130,7 +146,7 @@ void WriteValue(const RegistryCall& call, const OpenKey& key, StringView value_n
       return;
   }
   const Int32 size = CheckedInt32(static_cast<std::int64_t>(data.size()));
-  call.RequireDone(RegSetValueExA(key.Handle(), ToAnsi(value_name), 0, type, data.data(), size));
+  call.RequireDone(RegSetValueExA(key.Handle(), StoreName(value_name), 0, type, data.data(), size));
 }
 
 }  // namespace
@@ -175,15 +191,21 @@ String Registry::KeyFullName(const Variant& KeyName) const {
 Boolean Registry::KeyExists(const Variant& KeyName) const {
   return WithinMemory([&] {
     const RegistryCall call(hkey_, u"KeyExists", {KeyName});
-    return static_cast<bool>(call.OpenIfThere(ToAnsi(KeyFullName(KeyName)), kReadValues));
+    return static_cast<bool>(call.OpenIfThere(StoreName(KeyFullName(KeyName)), kReadValues));
   });
 }
 
 Variant Registry::GetValue(StringView KeyName, StringView ValueName, const Variant& Default) const {
   return WithinMemory([&]() -> Variant {
     const RegistryCall call(hkey_, u"GetValue", {KeyName, ValueName, Default});
-    const OpenKey key = call.OpenIfThere(PathBelow(root_key_name_, KeyName), kReadValues);
-    return key ? ReadValue(call, key, ValueName, Default) : Default;
+    const StoreName path = PathBelow(root_key_name_, KeyName);
+    const StoreName name(ValueName);
+    ShortValue value;
+    const Int32 code = call.ReadShortValue(path, name, value);
+    if (code == kAbsent) return Default;
+    if (code == kBufferTooSmall) return ReadInSteps(call, path, name, Default);
+    call.RequireDone(code);
+    return ReadShort(call, value);
   });
 }
 
@@ -201,7 +223,7 @@ void Registry::DeleteValue(StringView KeyName, StringView ValueName) {
   WithinMemory([&] {
     const RegistryCall call(hkey_, u"DeleteValue", {KeyName, ValueName});
     const OpenKey key = call.Open(PathBelow(root_key_name_, KeyName), kSetValues);
-    call.RequireDone(RegDeleteValueA(key.Handle(), ToAnsi(ValueName)));
+    call.RequireDone(RegDeleteValueA(key.Handle(), StoreName(ValueName)));
   });
 }
 

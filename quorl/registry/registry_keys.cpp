@@ -29,7 +29,8 @@ String BytesToStr(std::span<const Byte> bytes, Int32 length) {
   const Int16 limit = CheckedInt16(std::int64_t{length} - 1);
   const auto text = bytes.first(static_cast<std::size_t>(limit + 1));
   const auto end = std::ranges::find(text, Byte{0});
-  return FromAnsi(std::string(text.begin(), end));
+  const auto count = static_cast<std::size_t>(end - text.begin());
+  return FromAnsi({reinterpret_cast<const char*>(text.data()), count});
 }
 
 Int32 BytesToLong(std::span<const Byte> bytes) {

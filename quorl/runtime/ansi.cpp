@@ -20,32 +20,51 @@ constexpr std::array<char16_t, 32> kUpperControls{
     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,  // 98 to 9F
 };
 
-}  // namespace
+constexpr auto kCharacters = [] {
+  std::array<char16_t, 256> characters{};
+  for (unsigned byte = 0; byte < characters.size(); ++byte) {
+    const bool is_upper_control = byte >= kFirst && byte < kFirst + kUpperControls.size();
+    characters[byte] = is_upper_control ? kUpperControls[byte - kFirst] : char16_t(byte);
+  }
+  return characters;
+}();
 
-char16_t FromAnsi(unsigned char byte) noexcept {
-  return byte >= kFirst && byte < kFirst + kUpperControls.size() ? kUpperControls[byte - kFirst]
-                                                                 : char16_t{byte};
+// Inline in the loops over whole texts, which calls of the exported functions would take longer
+// than.
+constexpr char16_t CharacterOf(char byte) noexcept {
+  return kCharacters[static_cast<unsigned char>(byte)];
 }
 
-String FromAnsi(std::string_view bytes) {
-  String text = WithinMemory([&] { return String(bytes.size(), u'\0'); });
-  std::ranges::transform(bytes, text.begin(),
-                         [](char byte) { return FromAnsi(static_cast<unsigned char>(byte)); });
-  return text;
-}
-
-unsigned char ToAnsi(char16_t unit) noexcept {
+constexpr unsigned char ByteOf(char16_t unit) noexcept {
   if (unit < kFirst || (unit >= 0xA0 && unit <= 0xFF)) return static_cast<unsigned char>(unit);
   const auto* found = std::ranges::find(kUpperControls, unit);
   if (found == kUpperControls.end()) return '?';
   return static_cast<unsigned char>(kFirst + static_cast<unsigned>(found - kUpperControls.begin()));
 }
 
+}  // namespace
+
+char16_t FromAnsi(unsigned char byte) noexcept { return kCharacters[byte]; }
+
+String FromAnsi(std::string_view bytes) {
+  String text = WithinMemory([&] { return String(bytes.size(), u'\0'); });
+  std::ranges::transform(bytes, text.begin(), CharacterOf);
+  return text;
+}
+
+unsigned char ToAnsi(char16_t unit) noexcept { return ByteOf(unit); }
+
 std::string ToAnsi(StringView text) {
   std::string bytes = WithinMemory([&] { return std::string(text.size(), '\0'); });
-  std::ranges::transform(text, bytes.begin(),
-                         [](char16_t unit) { return static_cast<char>(ToAnsi(unit)); });
+  ToAnsi(text, bytes.data());
   return bytes;
+}
+
+char* ToAnsi(StringView text, char* bytes) noexcept {
+  // Most texts have nothing but these.
+  const auto* unit = text.begin();
+  while (unit != text.end() && *unit < kFirst) *bytes++ = static_cast<char>(*unit++);
+  return std::transform(unit, text.end(), bytes, ByteOf);
 }
 
 }  // namespace quorl

@@ -19,5 +19,7 @@ QUORL_API String FromAnsi(std::string_view bytes);
 QUORL_API unsigned char ToAnsi(char16_t unit) noexcept;
 /// One byte a code unit.
 QUORL_API std::string ToAnsi(StringView text);
+/// The same into `bytes`, which has room for as many as `text` has code units; the end of them.
+QUORL_API char* ToAnsi(StringView text, char* bytes) noexcept;
 
 }  // namespace quorl

@@ -13,6 +13,11 @@ class QUORL_API MemoryStore final : public ForwardingStore {
  public:
   MemoryStore();
 
+  Int32 ReadShortValue(KeyHandle root, std::string_view path, std::string_view name,
+                       ShortValue* value) noexcept override {
+    return Next().ReadShortValue(root, path, name, value);
+  }
+
  private:
   Store& Next() const noexcept override { return *engine_; }
 

@@ -1,6 +1,5 @@
 #include "quorl/store/operations.hpp"
 
-#include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <mutex>
@@ -158,10 +157,7 @@ Int32 FormatMessageA(Int32 flags, const void* /*source*/, Int32 code, Int32 /*la
   const StringView sentence = SentenceOf(code);
   const auto length = static_cast<Int32>(sentence.size());
   if (flags != kFromSystem || buffer == nullptr || length == 0 || capacity <= length) return 0;
-  char* end = std::ranges::transform(sentence, buffer, [](char16_t unit) {
-                return static_cast<char>(ToAnsi(unit));
-              }).out;
-  *end = '\0';
+  *ToAnsi(sentence, buffer) = '\0';
   return length;
 }
 

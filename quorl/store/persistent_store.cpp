@@ -97,6 +97,11 @@ PersistentStore::~PersistentStore() = default;
 
 Store& PersistentStore::Next() const noexcept { return engine_->store; }
 
+Int32 PersistentStore::ReadShortValue(KeyHandle root, std::string_view path, std::string_view name,
+                                      ShortValue* value) noexcept {
+  return engine_->store.ReadShortValue(root, path, name, value);
+}
+
 std::string PersistentStore::HivePath(StoreRoot root) const {
   const JournalHive* journal = engine_->JournalOf(root);
   return journal == nullptr ? std::string() : journal->Path();

@@ -93,6 +93,9 @@ class QUORL_API PersistentStore final : public ForwardingStore {
   /// each file that could not be written afresh (`rewriting`).
   std::vector<JournalReport> TakeReports();
 
+  Int32 ReadShortValue(KeyHandle root, std::string_view path, std::string_view name,
+                       ShortValue* value) noexcept override;
+
  private:
   struct Engine;
 

@@ -7,6 +7,8 @@
 // No member throws: every failure is a code of status.hpp, and after a failure nothing has changed.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -70,6 +72,15 @@ struct OutBuffer {
   Int32* size = nullptr;
 };
 
+/// A value of few bytes, as `Store::ReadShortValue` gives it.
+struct ShortValue {
+  static constexpr std::size_t kRoom = 256;
+
+  Int32 type = 0;
+  Int32 size = 0;                 ///< Of its bytes.
+  std::array<char, kRoom> bytes;  ///< The first `size` of them.
+};
+
 /// One of several changes that are committed together; see `Store::Commit`.
 struct StoreChange {
   enum class Kind : std::uint8_t {
@@ -113,6 +124,15 @@ class QUORL_API Store {
   virtual Int32 CopyTree(KeyHandle root, std::string_view source,
                          KeyHandle destination) noexcept = 0;
   virtual Int32 DeleteTree(KeyHandle root, std::string_view path) noexcept = 0;
+
+  /// Reads a value in one step, as `Registry.GetValue` tries first: the codes of `OpenKey` and of
+  /// `QueryValue`, and 234 when the value has more than `ShortValue::kRoom` bytes, `root` is no
+  /// root key, or the store has no such step. The value is then read by `OpenKey`, `QueryValue` and
+  /// `CloseKey`, which a store that does not override this therefore sees each time.
+  virtual Int32 ReadShortValue(KeyHandle /*root*/, std::string_view /*path*/,
+                               std::string_view /*name*/, ShortValue* /*value*/) noexcept {
+    return kBufferTooSmall;
+  }
 
   /// Makes all `changes` in their order, each seeing what those before it did, as one durable
   /// change of each hive. Everything that can fail but the disk itself (arguments, locks, memory,

@@ -1,18 +1,23 @@
 #include "quorl/registry/internal/registry_call.hpp"
 
 #include <algorithm>
+#include <new>
 #include <span>
 
 #include "quorl/runtime/ansi.hpp"
-#include "quorl/store/key_name.hpp"
 #include "quorl/store/operations.hpp"
 
 namespace quorl::internal {
 
-std::string PathBelow(StringView root_key_name, StringView key_name) {
-  std::string path = ToAnsi(root_key_name);
-  if (!key_name.empty()) (path += kPathSeparator) += ToAnsi(key_name);
-  return path;
+StoreName::StoreName(StringView first, StringView second, StringView third)
+    : size_(first.size() + second.size() + third.size()) {
+  if (size_ > short_.size()) long_.resize(size_);
+  char* bytes = long_.empty() ? short_.data() : long_.data();
+  ToAnsi(third, ToAnsi(second, ToAnsi(first, bytes)));
+}
+
+StoreName PathBelow(StringView root_key_name, StringView key_name) {
+  return {root_key_name, key_name.empty() ? StringView() : u"\\", key_name};
 }
 
 RegistryCall::RegistryCall(HKeyEnum hkey, StringView member,
@@ -41,6 +46,15 @@ OpenKey RegistryCall::Create(std::string_view path, Int32 access) const {
   KeyHandle handle = 0;
   RequireDone(RegCreateKeyExA(hkey_, path, 0, "0", 0, access, &security, &handle, nullptr));
   return OpenKey(handle);
+}
+
+Int32 RegistryCall::ReadShortValue(std::string_view path, std::string_view name,
+                                   ShortValue& value) const noexcept {
+  try {
+    return CurrentStore().ReadShortValue(hkey_, path, name, &value);
+  } catch (const std::bad_alloc&) {
+    return kOutOfMemory;
+  }
 }
 
 void RegistryCall::RequireDone(Int32 code) const {

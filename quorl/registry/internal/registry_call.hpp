@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -12,8 +13,28 @@
 
 namespace quorl::internal {
 
-/// The path of a key below an instance's root, as the store has it. `KeyFullName` gives it as text.
-std::string PathBelow(StringView root_key_name, StringView key_name);
+/// A path or a name as the store has it. One of usual length is kept without an allocation.
+class StoreName {
+ public:
+  explicit StoreName(StringView name) : StoreName(name, {}, {}) {}
+  StoreName(const StoreName&) = delete;
+  StoreName& operator=(const StoreName&) = delete;
+
+  operator std::string_view() const noexcept {
+    return {long_.empty() ? short_.data() : long_.data(), size_};
+  }
+
+ private:
+  friend StoreName PathBelow(StringView root_key_name, StringView key_name);
+  StoreName(StringView first, StringView second, StringView third);
+
+  std::size_t size_;
+  std::array<char, 200> short_;
+  std::string long_;  ///< Empty for a name that has room in `short_`.
+};
+
+/// The path of a key below an instance's root. `KeyFullName` gives it as text.
+StoreName PathBelow(StringView root_key_name, StringView key_name);
 
 /// Opens the keys of one call by their paths, and raises a code of the store with that call in
 /// words. Refers to the arguments.
@@ -29,6 +50,10 @@ class RegistryCall {
   OpenKey OpenIfThere(std::string_view path, Int32 access) const;
   /// The same, with every missing level made.
   OpenKey Create(std::string_view path, Int32 access) const;
+
+  /// A value read in one step: a code of `Store::ReadShortValue`, 234 where it takes several.
+  Int32 ReadShortValue(std::string_view path, std::string_view name,
+                       ShortValue& value) const noexcept;
 
   /// Raises `code` unless it is 0.
   void RequireDone(Int32 code) const;

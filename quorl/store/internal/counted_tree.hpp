@@ -3,6 +3,7 @@
 // the links lie in the elements, so that nothing here allocates or fails. It owns nothing.
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -63,16 +64,17 @@ class CountedTree {
     return each;
   }
 
-  /// The first element that does not come before what is looked for; null when all do.
-  template <class ComesBefore>
-  Element* LowerBound(ComesBefore comes_before) const noexcept {
-    Element* found = nullptr;
-    for (Element* each = top_; each != nullptr;) {
-      const bool before = comes_before(std::as_const(*each));
-      if (!before) found = each;
-      each = before ? Link(each).after : Link(each).before;
+  /// The element that stands equal to what is looked for, by `order(const Element&)`, a
+  /// std::strong_ordering of the element to that; null for none.
+  template <class Order>
+  Element* Find(Order order) const noexcept {
+    Element* each = top_;
+    while (each != nullptr) {
+      const std::strong_ordering standing = order(std::as_const(*each));
+      if (std::is_eq(standing)) return each;
+      each = std::is_lt(standing) ? Link(each).after : Link(each).before;
     }
-    return found;
+    return nullptr;
   }
 
   /// Calls `visit(Element&)` for each element in order. The tree is not deep whatever it holds.

@@ -173,7 +173,7 @@ Int32 HiveStore::OpenKey(KeyHandle root, std::string_view path, Int32 access,
     if (base == nullptr) return kWrongHandle;
     auto opened = std::make_shared<OpenedKey>(OpenedKey{.hive = base->hive, .access = access});
     const auto status = base->hive->Read(Freshness::kUpToDate, [&](const HiveContent& content) {
-      const Key* from = Resolve(*base, content);
+      Key* from = Resolve(*base, content);
       if (from == nullptr) return kKeyDeleted;
       Key* found = FindKey(*from, path);
       if (found == nullptr) return kAbsent;
@@ -209,7 +209,7 @@ Int32 HiveStore::CreateKey(KeyHandle root, std::string_view path, Int32 access, 
     });
     if (status == kDone) {
       status = base->hive->Read(Freshness::kAsKnown, [&](const HiveContent& content) {
-        const Key* from = Resolve(*base, content);
+        Key* from = Resolve(*base, content);
         Key* found = from == nullptr ? nullptr : FindKey(*from, path);
         // Another thread may have deleted it again.
         if (found == nullptr) return kDone;
@@ -300,7 +300,7 @@ Int32 HiveStore::CopyTree(KeyHandle root, std::string_view source, KeyHandle des
     const Int32 rights = kSetValues | kCreateSubkeys;
     if ((to->access & rights) != rights) return kAccessDenied;
     const auto find_source = [&](const HiveContent& content, const Key*& found) {
-      const Key* from = Resolve(*base, content);
+      Key* from = Resolve(*base, content);
       if (from == nullptr) return kKeyDeleted;
       found = FindKey(*from, source);
       return found == nullptr ? kAbsent : kDone;
@@ -342,6 +342,22 @@ Int32 HiveStore::DeleteTree(KeyHandle root, std::string_view path) noexcept {
       const bool is_empty_root = found == &changes.Root() && found->IsEmpty();
       if (!is_empty_root) changes.RemoveKey(*found);
       return kDone;
+    });
+  });
+}
+
+Int32 HiveStore::ReadShortValue(KeyHandle root, std::string_view path, std::string_view name,
+                                ShortValue* value) noexcept {
+  if (value == nullptr || path.find('\0') != path.npos) return kWrongArgument;
+  if (!IsRoot(root)) return kBufferTooSmall;
+  return CodeOf([&] {
+    return hives_[IndexOf(root)]->Read(Freshness::kUpToDate, [&](const HiveContent& content) {
+      const Key* key = FindKey(*content->Root(), path);
+      const Value* found = key == nullptr ? nullptr : key->FindValue(name);
+      if (found == nullptr) return kAbsent;
+      value->type = found->type;
+      value->size = Size(value->bytes.size());
+      return GiveData({value->bytes.data(), &value->size}, found->data);
     });
   });
 }

@@ -38,6 +38,8 @@ class HiveStore final : public Store, private ForkAware {
   Int32 QueryInfo(KeyHandle key, KeyInfo* info) noexcept override;
   Int32 CopyTree(KeyHandle root, std::string_view source, KeyHandle destination) noexcept override;
   Int32 DeleteTree(KeyHandle root, std::string_view path) noexcept override;
+  Int32 ReadShortValue(KeyHandle root, std::string_view path, std::string_view name,
+                       ShortValue* value) noexcept override;
   Int32 Commit(std::span<const StoreChange> changes) noexcept override;
   Int32 OpenKeyCount() const noexcept override;
 

@@ -47,9 +47,7 @@ std::string Key::Path(std::size_t longest) const {
 }
 
 Key* Key::FindSubkey(std::string_view name) const noexcept {
-  Key* found = subkeys_.LowerBound(
-      [&](const Key& key) { return std::is_lt(CompareNames(key.name_, name)); });
-  return found != nullptr && std::is_eq(CompareNames(found->name_, name)) ? found : nullptr;
+  return subkeys_.Find([&](const Key& key) { return CompareNames(key.name_, name); });
 }
 
 Weight Key::OwnWeight() const noexcept {
@@ -187,8 +185,8 @@ void KeyTree::Dropped(const Key& key) noexcept {
   if (key.number_ < numbered_.size()) numbered_[key.number_] = nullptr;
 }
 
-Key* FindKey(const Key& from, std::string_view path) noexcept {
-  Key* key = from.Self().get();
+Key* FindKey(Key& from, std::string_view path) noexcept {
+  Key* key = &from;
   for (auto level = TakeLevel(path); key != nullptr && !level.empty(); level = TakeLevel(path)) {
     key = key->FindSubkey(level);
   }

@@ -191,7 +191,7 @@ class KeyTree {
 };
 
 /// The key at `path` below `from`; null when it is absent.
-Key* FindKey(const Key& from, std::string_view path) noexcept;
+Key* FindKey(Key& from, std::string_view path) noexcept;
 
 /// Calls `visit(Key&)` for `top` and every key below it, each before its subkeys, subkeys in order.
 template <class Visit>

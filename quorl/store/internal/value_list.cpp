@@ -13,9 +13,8 @@ namespace {
 constexpr std::size_t kLeastRoom = 4;
 constexpr std::size_t kShort = 16;
 
-bool IsBefore(const Value& value, std::uint64_t hash, std::string_view name) noexcept {
-  if (value.hash != hash) return value.hash < hash;
-  return std::is_lt(CompareNames(value.name, name));
+std::strong_ordering Order(const Value& value, std::uint64_t hash, std::string_view name) noexcept {
+  return value.hash == hash ? CompareNames(value.name, name) : value.hash <=> hash;
 }
 
 constexpr std::size_t LowestBit(std::size_t number) noexcept { return number & (~number + 1); }
@@ -34,7 +33,7 @@ void Value::Take(Value& other) noexcept {
 }
 
 bool ValueList::HashIsLess::operator()(const Value& left, const Value& right) const noexcept {
-  return IsBefore(left, right.hash, right.name);
+  return std::is_lt(Order(left, right.hash, right.name));
 }
 
 const Value* ValueList::At(std::size_t place) const noexcept {
@@ -51,27 +50,20 @@ const Value* ValueList::At(std::size_t place) const noexcept {
 }
 
 Value* ValueList::Find(std::uint64_t hash, std::string_view name) const noexcept {
-  const auto is_it = [&](const Value& value) {
-    return value.hash == hash && (value.name == name || CompareNames(value.name, name) == 0);
-  };
-  if (buckets_.empty()) {
-    for (const auto& each : slots_) {
-      if (is_it(*each)) return each.get();
-    }
-    return nullptr;
-  }
-  Value* found =
-      BucketOf(hash).LowerBound([&](const Value& value) { return IsBefore(value, hash, name); });
-  return found != nullptr && is_it(*found) ? found : nullptr;
+  return FindWhere(hash, [&](const Value& value) { return Order(value, hash, name); });
 }
 
 Value* ValueList::FindByHash(std::uint64_t hash) const noexcept {
-  if (buckets_.empty()) {
-    const auto found = std::ranges::find(slots_, hash, [](const auto& each) { return each->hash; });
-    return found == slots_.end() ? nullptr : found->get();
-  }
-  Value* found = BucketOf(hash).LowerBound([&](const Value& value) { return value.hash < hash; });
-  return found != nullptr && found->hash == hash ? found : nullptr;
+  return FindWhere(hash, [&](const Value& value) { return value.hash <=> hash; });
+}
+
+// The value that `order` says is the one, among those that may have this hash.
+template <class Order>
+Value* ValueList::FindWhere(std::uint64_t hash, Order order) const noexcept {
+  if (!buckets_.empty()) return BucketOf(hash).Find(order);
+  const auto found =
+      std::ranges::find_if(slots_, [&](const auto& each) { return std::is_eq(order(*each)); });
+  return found == slots_.end() ? nullptr : found->get();
 }
 
 void ValueList::Reserve(std::size_t more) {
