@@ -144,8 +144,12 @@ TEST_F(RegistryTest, ValuesReadByStoredType) {
   for (const Case& c : cases) {
     registry_.DeleteKey(u"K");
     SetRaw("K", "Nom", c.type, c.data);
-    EXPECT_EQ(OutcomeOf([&] { return registry_.GetValue(u"K", u"nOM", u"otherwise"); }), c.one)
-        << c.type << ' ' << c.data;
+    RecordingStore in_steps(store_);
+    for (Store* store : {static_cast<Store*>(&store_), static_cast<Store*>(&in_steps)}) {
+      const ScopedStore guard(*store);
+      EXPECT_EQ(OutcomeOf([&] { return registry_.GetValue(u"K", u"nOM", u"otherwise"); }), c.one)
+          << c.type << ' ' << c.data;
+    }
     Array table(VariantType::kVariant, {{0, 1}, {0, 3}});
     table.Set({0, 0}, u"Nom");
     table.Set({0, 1}, c.listed.second);
