@@ -51,7 +51,10 @@ OpenKey RegistryCall::Create(std::string_view path, Int32 access) const {
 Int32 RegistryCall::ReadShortValue(std::string_view path, std::string_view name,
                                    ShortValue& value) const noexcept {
   try {
-    return CurrentStore().ReadShortValue(hkey_, path, name, &value);
+    const Int32 code = CurrentStore().ReadShortValue(hkey_, path, name, &value);
+    // A store of the host's own may be wrong about its size.
+    const bool fits = value.size >= 0 && value.size <= Int32{ShortValue::kRoom};
+    return code == kDone && !fits ? Int32{kBufferTooSmall} : code;
   } catch (const std::bad_alloc&) {
     return kOutOfMemory;
   }

@@ -58,8 +58,8 @@ Value* ValueList::FindByHash(std::uint64_t hash) const noexcept {
 }
 
 // The value that `order` says is the one, among those that may have this hash.
-template <class Order>
-Value* ValueList::FindWhere(std::uint64_t hash, Order order) const noexcept {
+template <class Compare>
+Value* ValueList::FindWhere(std::uint64_t hash, Compare order) const noexcept {
   if (!buckets_.empty()) return BucketOf(hash).Find(order);
   const auto found =
       std::ranges::find_if(slots_, [&](const auto& each) { return std::is_eq(order(*each)); });

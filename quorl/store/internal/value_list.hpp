@@ -80,8 +80,8 @@ class ValueList {
     return buckets_[hash & (buckets_.size() - 1)];
   }
   bool HasHoles() const noexcept { return size_ != slots_.size(); }
-  template <class Order>
-  Value* FindWhere(std::uint64_t hash, Order order) const noexcept;
+  template <class Compare>
+  Value* FindWhere(std::uint64_t hash, Compare order) const noexcept;
   void Rebuild(std::size_t room);
   void CloseUp() noexcept;
   void CountSlots() noexcept;
