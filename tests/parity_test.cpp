@@ -35,7 +35,8 @@ std::string Reading(std::string_view log) {
   try {
     return std::to_string(parity::ReadLog(log).calls) + " calls";
   } catch (const parity::Unreadable& error) {
-    return std::to_string(error.line) + ": " + std::string(error.what.english);
+    return std::to_string(error.line) + ": " +
+           std::string(error.what.In(command::Language::kEnglish));
   }
 }
 

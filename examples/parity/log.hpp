@@ -7,10 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "examples/parity/messages.hpp"
+#include "examples/command/message.hpp"
 #include "examples/parity/value.hpp"
 
 namespace parity {
+
+using command::Message;
 
 inline constexpr const char* kFirstLine = "quorl-parity 1";
 
@@ -76,7 +78,7 @@ struct Log {
 /// A log that makes no sense, at that line, from 1.
 struct Unreadable {
   std::size_t line;
-  Text what;
+  Message<> what;
 };
 
 }  // namespace parity

@@ -4,13 +4,13 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "examples/command/system_error.hpp"
 #include "examples/parity/host.hpp"
 #include "examples/parity/log_text.hpp"
 #include "examples/parity/read_log.hpp"
@@ -25,7 +25,7 @@ constexpr int kSame = 0;
 constexpr int kDifferent = 1;
 constexpr int kWrongUse = 2;
 
-constexpr Text kHelp{R"(usage: parity [OPTION]... LOG
+constexpr Message<> kHelp{R"(usage: parity [OPTION]... LOG
 
 Makes the calls of a parity log again, of the component that is here, and tells
 each that ends otherwise now. LOG is a file, or - for standard input.
@@ -39,7 +39,7 @@ each that ends otherwise now. LOG is a file, or - for standard input.
 Exit status: 0 all is the same, 1 something is not, 2 wrong command line, or a
 log that cannot be read.
 )",
-                     R"(usage : parity [OPTION]... JOURNAL
+                          R"(usage : parity [OPTION]... JOURNAL
 
 Refait les appels d'un journal de parité sur le composant présent et signale
 chacun de ceux qui finissent autrement. JOURNAL est un fichier, ou - pour
@@ -118,13 +118,13 @@ class Progress {
   ~Progress() { Clear(); }
 
   void Show(std::size_t calls) {
-    constexpr Text kReached{"\r%1 of %2 calls", "\r%1 appels sur %2"};
+    constexpr Message<2> kReached{"\r{0} of {1} calls", "\r{0} appels sur {1}"};
     constexpr auto kPause = std::chrono::milliseconds(200);
     const auto now = std::chrono::steady_clock::now();
     if (!is_shown_ || now - shown_at_ < kPause) return;
     shown_at_ = now;
     is_visible_ = true;
-    std::cerr << Say(kReached, std::to_string(calls), std::to_string(calls_)) << std::flush;
+    std::cerr << kReached(calls, calls_) << std::flush;
   }
   void Clear() {
     if (is_visible_) std::cerr << "\r\x1B[K" << std::flush;
@@ -139,23 +139,23 @@ class Progress {
 };
 
 void Tell(const Difference& difference) {
-  constexpr Text kLine{"line %1: %2\n", "ligne %1 : %2\n"};
-  constexpr Text kBoth{"  log: %1\n  now: %2\n", "  journal : %1\n  présent : %2\n"};
-  std::cout << Say(kLine, std::to_string(difference.line), difference.what)
-            << Say(kBoth, difference.logged, difference.now);
+  constexpr Message<2> kLine{"line {0}: {1}\n", "ligne {0} : {1}\n"};
+  constexpr Message<2> kBoth{"  log: {0}\n  now: {1}\n", "  journal : {0}\n  présent : {1}\n"};
+  std::cout << kLine(difference.line, difference.what) << kBoth(difference.logged, difference.now);
 }
 
 void Tell(const Summary& summary) {
-  constexpr Text kMember{": calls %1, differences %2\n", " : appels %1, différences %2\n"};
-  constexpr Text kAll{"calls: %1, through the tables: %2, ", "appels : %1, par les tables : %2, "};
-  constexpr Text kDifferences{"differences: %1\n", "différences : %1\n"};
+  constexpr Message<2> kMember{": calls {0}, differences {1}\n",
+                               " : appels {0}, différences {1}\n"};
+  constexpr Message<2> kAll{"calls: {0}, through the tables: {1}, ",
+                            "appels : {0}, par les tables : {1}, "};
+  constexpr Message<1> kDifferences{"differences: {0}\n", "différences : {0}\n"};
   for (const auto& [member, tally] : summary.members) {
     if (tally.calls == 0 && tally.differences == 0) continue;  // a name that was not found
-    std::cout << member
-              << Say(kMember, std::to_string(tally.calls), std::to_string(tally.differences));
+    std::cout << member << kMember(tally.calls, tally.differences);
   }
-  std::cout << Say(kAll, std::to_string(summary.all.calls), std::to_string(summary.through_table))
-            << Say(kDifferences, std::to_string(summary.all.differences));
+  std::cout << kAll(summary.all.calls, summary.through_table)
+            << kDifferences(summary.all.differences);
 }
 
 using Recorder = std::unique_ptr<ParityRecorder, void (*)(ParityRecorder*)>;
@@ -191,29 +191,28 @@ int Compare(const Log& log, const Options& options) {
 }
 
 int Run(const std::vector<std::string>& arguments) {
-  constexpr Text kMisuse{"wrong arguments; see parity --help",
-                         "mauvais arguments ; voir parity --help"};
-  constexpr Text kUnreadable{"'%1' cannot be read: %2", "« %1 » ne peut être lu : %2"};
-  constexpr Text kLine{"line %1: ", "ligne %1 : "};
-  constexpr Text kRefused{"'%1' cannot be used here", "« %1 » ne peut servir ici"};
+  constexpr Message<> kMisuse{"wrong arguments; see parity --help",
+                              "mauvais arguments ; voir parity --help"};
+  constexpr Message<2> kUnreadable{"'{0}' cannot be read: {1}", "« {0} » ne peut être lu : {1}"};
+  constexpr Message<1> kLine{"line {0}: ", "ligne {0} : "};
+  constexpr Message<1> kRefused{"'{0}' cannot be used here", "« {0} » ne peut servir ici"};
   const auto options = OptionsFrom(arguments);
-  if (!options) return Fail(std::string(Say(kMisuse)));
+  if (!options) return Fail(kMisuse());
   if (options->is_help) {
-    std::cout << Say(kHelp);
+    std::cout << kHelp();
     return kSame;
   }
   const auto text = FileText(options->log);
-  if (!text) return Fail(Say(kUnreadable, options->log, std::strerror(errno)));
+  if (!text) return Fail(kUnreadable(options->log, command::SystemErrorText(errno)));
   try {
     const Log log = ReadLog(*text);
     std::string refused;
     if (!SetUp(log.header, options->component, options->store, refused)) {
-      return Fail(Say(kRefused, refused));
+      return Fail(kRefused(refused));
     }
     return Compare(log, *options);
   } catch (const Unreadable& error) {
-    return Fail(options->log + ": " + Say(kLine, std::to_string(error.line)) +
-                std::string(Say(error.what)));
+    return Fail(options->log + ": " + kLine(error.line) + error.what());
   }
 }
 
@@ -222,8 +221,9 @@ int Run(const std::vector<std::string>& arguments) {
 int main(int count, char** values) {
   try {
     const int status = Run({values + (count > 0 ? 1 : 0), values + count});
-    constexpr Text kNotWritten{"the output could not be written", "la sortie n'a pu être écrite"};
-    return std::cout.flush() ? status : Fail(std::string(Say(kNotWritten)));
+    constexpr Message<> kNotWritten{"the output could not be written",
+                                    "la sortie n'a pu être écrite"};
+    return std::cout.flush() ? status : Fail(kNotWritten());
   } catch (const std::exception& error) {
     return Fail(error.what());
   }

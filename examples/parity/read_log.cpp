@@ -16,49 +16,52 @@ namespace {
 
 constexpr std::size_t kMostNestedCalls = 64;
 
-constexpr Text kNoLog{"this is no parity log: its first line is not 'quorl-parity 1'",
-                      "ceci n'est pas un journal de parité : sa première ligne n'est pas "
-                      "« quorl-parity 1 »"};
-constexpr Text kUnknownLine{"no line begins with this word", "aucune ligne ne commence par ce mot"};
-constexpr Text kLateHeader{"this belongs before the first call",
-                           "ceci se place avant le premier appel"};
-constexpr Text kMoreOnLine{"there is more on the line than belongs there",
-                           "la ligne contient plus que ce qui lui revient"};
-constexpr Text kNoName{"a name is expected here", "un nom est attendu ici"};
-constexpr Text kNoNumber{"a number is expected here, within the range of its type",
-                         "un nombre est attendu ici, dans les limites de son type"};
-constexpr Text kNoValue{"a value is expected here", "une valeur est attendue ici"};
-constexpr Text kBadText{
+constexpr Message<> kNoLog{"this is no parity log: its first line is not 'quorl-parity 1'",
+                           "ceci n'est pas un journal de parité : sa première ligne n'est pas "
+                           "« quorl-parity 1 »"};
+constexpr Message<> kUnknownLine{"no line begins with this word",
+                                 "aucune ligne ne commence par ce mot"};
+constexpr Message<> kLateHeader{"this belongs before the first call",
+                                "ceci se place avant le premier appel"};
+constexpr Message<> kMoreOnLine{"there is more on the line than belongs there",
+                                "la ligne contient plus que ce qui lui revient"};
+constexpr Message<> kNoName{"a name is expected here", "un nom est attendu ici"};
+constexpr Message<> kNoNumber{"a number is expected here, within the range of its type",
+                              "un nombre est attendu ici, dans les limites de son type"};
+constexpr Message<> kNoValue{"a value is expected here", "une valeur est attendue ici"};
+constexpr Message<> kBadText{
     "this text is damaged: a text ends with a quote, is UTF-8 and has no control "
     "characters but as \\uXXXX",
     "ce texte est endommagé : un texte se termine par un guillemet, est en UTF-8 "
     "et n'a de caractères de contrôle que sous la forme \\uXXXX"};
-constexpr Text kBadArray{"this array is damaged: its elements are not those of its bounds",
-                         "ce tableau est endommagé : ses éléments ne sont pas ceux de ses bornes"};
-constexpr Text kTooDeep{"values or calls are nested more than 64 deep",
-                        "des valeurs ou des appels sont imbriqués à plus de 64 niveaux"};
-constexpr Text kNoReference{"this value cannot be passed by reference",
-                            "cette valeur ne peut pas être passée par référence"};
-constexpr Text kUnknownObject{"no object of this number was made before",
-                              "aucun objet de ce numéro n'a été créé auparavant"};
-constexpr Text kKnownObject{"there is an object of this number already",
-                            "il existe déjà un objet de ce numéro"};
-constexpr Text kWrongSide{
+constexpr Message<> kBadArray{
+    "this array is damaged: its elements are not those of its bounds",
+    "ce tableau est endommagé : ses éléments ne sont pas ceux de ses bornes"};
+constexpr Message<> kTooDeep{"values or calls are nested more than 64 deep",
+                             "des valeurs ou des appels sont imbriqués à plus de 64 niveaux"};
+constexpr Message<> kNoReference{"this value cannot be passed by reference",
+                                 "cette valeur ne peut pas être passée par référence"};
+constexpr Message<> kUnknownObject{"no object of this number was made before",
+                                   "aucun objet de ce numéro n'a été créé auparavant"};
+constexpr Message<> kKnownObject{"there is an object of this number already",
+                                 "il existe déjà un objet de ce numéro"};
+constexpr Message<> kWrongSide{
     "within a call stand calls of the host's objects, elsewhere those of the "
     "component's",
     "dans un appel se trouvent ceux des objets de l'hôte, ailleurs ceux du "
     "composant"};
-constexpr Text kWithinCall{"this cannot stand within a call", "ceci ne se place pas dans un appel"};
-constexpr Text kNoCall{"there is no call that this could be the outcome of",
-                       "il n'y a pas d'appel dont ceci serait l'issue"};
-constexpr Text kAfterEnd{"nothing follows the line 'end'", "rien ne suit la ligne « end »"};
+constexpr Message<> kWithinCall{"this cannot stand within a call",
+                                "ceci ne se place pas dans un appel"};
+constexpr Message<> kNoCall{"there is no call that this could be the outcome of",
+                            "il n'y a pas d'appel dont ceci serait l'issue"};
+constexpr Message<> kAfterEnd{"nothing follows the line 'end'", "rien ne suit la ligne « end »"};
 
 // One line, read from left to right.
 class Line {
  public:
   Line(std::string_view text, std::size_t number) : rest_(text), number_(number) {}
 
-  [[noreturn]] void Refuse(const Text& what) const { throw Unreadable{number_, what}; }
+  [[noreturn]] void Refuse(const Message<>& what) const { throw Unreadable{number_, what}; }
 
   bool AtEnd() {
     rest_.remove_prefix(std::min(rest_.find_first_not_of(" \t"), rest_.size()));

@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "examples/command/system_error.hpp"
 #include "examples/parity/binary.hpp"
 #include "examples/parity/log_text.hpp"
 #include "examples/parity/read_log.hpp"
@@ -60,11 +61,13 @@ class File {
     }
   }
   void Fail(int error) {
-    constexpr Text kFailed{"parity: '%1' cannot be written: %2; the calls are recorded no more\n",
-                           "parity : « %1 » ne peut être écrit : %2 ; les appels ne sont plus "
-                           "enregistrés\n"};
+    constexpr Message<2> kFailed{
+        "parity: '{0}' cannot be written: {1}; the calls are recorded no more\n",
+        "parity : « {0} » ne peut être écrit : {1} ; les appels ne sont plus "
+        "enregistrés\n"};
     if (!is_told_) {
-      static_cast<void>(std::fputs(Say(kFailed, path_, std::strerror(error)).c_str(), stderr));
+      static_cast<void>(
+          std::fputs(kFailed(path_, command::SystemErrorText(error)).c_str(), stderr));
     }
     is_told_ = true;
     Close();

@@ -14,15 +14,15 @@ namespace parity {
 
 namespace {
 
-constexpr Text kNotMade{"no object of the class can be made",
-                        "aucun objet de la classe n'a pu être créé"};
-constexpr Text kNotThere{"(the object is missing)", "(l'objet manque)"};
-constexpr Text kReleased{"the component let it go", "le composant l'a libéré"};
-constexpr Text kKept{"the component keeps it", "le composant le garde"};
-constexpr Text kNoCall{"(no call)", "(pas d'appel)"};
-constexpr Text kCutOff{"(the log stops here: what followed is lost)",
-                       "(le journal s'arrête ici : la suite est perdue)"};
-constexpr Text kCounted{"calls: %1", "appels : %1"};
+constexpr Message<> kNotMade{"no object of the class can be made",
+                             "aucun objet de la classe n'a pu être créé"};
+constexpr Message<> kNotThere{"(the object is missing)", "(l'objet manque)"};
+constexpr Message<> kReleased{"the component let it go", "le composant l'a libéré"};
+constexpr Message<> kKept{"the component keeps it", "le composant le garde"};
+constexpr Message<> kNoCall{"(no call)", "(pas d'appel)"};
+constexpr Message<> kCutOff{"(the log stops here: what followed is lost)",
+                            "(le journal s'arrête ici : la suite est perdue)"};
+constexpr Message<1> kCounted{"calls: {0}", "appels : {0}"};
 
 class Player;
 
@@ -64,11 +64,9 @@ class Player {
       Play(entry);
     }
     if (!log_.ended_with) {
-      Tell({log_.lines, "end", std::string(Say(kCutOff)), ""}, "");
+      Tell({log_.lines, "end", kCutOff(), ""}, "");
     } else if (*log_.ended_with != log_.calls) {
-      Tell({log_.lines, "end", Say(kCounted, std::to_string(*log_.ended_with)),
-            Say(kCounted, std::to_string(log_.calls))},
-           "");
+      Tell({log_.lines, "end", kCounted(*log_.ended_with), kCounted(log_.calls)}, "");
     }
     return std::move(summary_);
   }
@@ -97,7 +95,7 @@ class Player {
     if (next == nullptr || Written(*next) != line) {
       asked.is_lost = true;
       Tell({next != nullptr ? next->line : asked.call->outcome.line, Written(*asked.call),
-            next != nullptr ? Written(*next) : std::string(Say(kNoCall)), line},
+            next != nullptr ? Written(*next) : kNoCall(), line},
            MemberOf(*asked.call));
       return nullptr;
     }
@@ -146,7 +144,7 @@ class Player {
 
   void Make(const Entry& entry) {
     Counted<> made = how_.make(entry.name);
-    if (!made) Tell({entry.line, Written(entry), "", std::string(Say(kNotMade))}, "");
+    if (!made) Tell({entry.line, Written(entry), "", kNotMade()}, "");
     objects_[entry.object] = {std::move(made), entry.name};
   }
 
@@ -154,7 +152,7 @@ class Player {
     const Known known = std::move(objects_[entry.object]);
     objects_.erase(entry.object);
     if (known.host == nullptr || known.host->References() == 1) return;
-    Tell({entry.line, Written(entry), std::string(Say(kReleased)), std::string(Say(kKept))}, "");
+    Tell({entry.line, Written(entry), kReleased(), kKept()}, "");
   }
 
   std::string MemberOf(const Entry& entry) const {
@@ -171,8 +169,7 @@ class Player {
     summary_.members[member].calls += entry.kind == Entry::Kind::kCall;
     QuorlDispatch* const object = objects_[entry.object].object.Get();
     if (object == nullptr) {
-      Tell({entry.line, Written(entry), Written(entry.outcome), std::string(Say(kNotThere))},
-           member);
+      Tell({entry.line, Written(entry), Written(entry.outcome), kNotThere()}, member);
       return;
     }
     asked_.push_back({&entry});
@@ -182,7 +179,7 @@ class Player {
     asked_.pop_back();
     if (!asked.is_lost && asked.at < entry.body.size()) {
       const Entry& next = entry.body[asked.at];
-      Tell({next.line, Written(entry), Written(next), std::string(Say(kNoCall))}, member);
+      Tell({next.line, Written(entry), Written(next), kNoCall()}, member);
     }
     Compare(entry, outcome, member);
   }
