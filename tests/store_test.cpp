@@ -331,6 +331,28 @@ TEST(Handles, AreFoundWhateverOthersEnd) {
   }
 }
 
+TEST(Values, OfALongListKeepTheirOrderWhileSomeGo) {
+  MemoryStore store;
+  const TestKey key(store, kCurrentUser, "");
+  std::vector<std::string> names;
+  Random random(11);
+  for (int step = 0; step < 6000; ++step) {
+    const std::string name = "value " + std::to_string(random.Whole(0, 399));
+    const auto found = std::ranges::find(names, name);
+    if (found == names.end()) {
+      EXPECT_EQ(store.SetValue(key.Handle(), name, 1, name), kDone);
+      names.push_back(name);
+    } else if (random.Bits() % 2 == 0) {
+      EXPECT_EQ(store.DeleteValue(key.Handle(), name), kDone);
+      names.erase(found);
+    }
+    if (step % 20 != 0) continue;
+    std::string expected;
+    for (const std::string& each : names) expected += "  " + each + " = 1:" + each + '\n';
+    ASSERT_EQ(ValuesText(store, key.Handle()), expected) << step;
+  }
+}
+
 StoreChange Changed(StoreChange::Kind kind, const std::string& path, const std::string& name = "",
                     const std::string& data = "", KeyHandle root = kCurrentUser) {
   return {.kind = kind, .root = root, .path = path, .name = name, .type = 1, .data = data};
