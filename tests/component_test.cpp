@@ -487,7 +487,7 @@ TEST_F(Component, FormsTakeARegistryOfTheLibrary) {
 
 // The same driver serves libFuzzer: see tests/fuzz/invoke_fuzzer.cpp.
 TEST(InvokeFuzz, RandomCallsNeitherCrashNorLeak) {
-  const unsigned rounds = LongSweeps() ? 400000 : 40000;
+  const unsigned rounds = LongSweeps() ? 400000 : 15000;
   for (unsigned seed = 0; seed < rounds; ++seed) {
     Random random(seed);
     std::vector<std::uint8_t> bytes(800);
