@@ -14,6 +14,9 @@
 
 namespace command {
 
+// Called by what does not compile, which says why by this name.
+void ALanguageIsMissingOrAnArgumentInOneOfThem() noexcept;
+
 /// {0}, {1} and so on stand for the `kArguments` arguments; each language has every one of them.
 template <std::size_t kArguments = 0>
 class Message {
@@ -21,7 +24,7 @@ class Message {
   consteval Message(std::string_view english, std::string_view french)
       : english_(english), french_(french) {
     if (!TakesAllArguments(english) || !TakesAllArguments(french)) {
-      throw "a language is missing, or an argument in one of them";
+      ALanguageIsMissingOrAnArgumentInOneOfThem();
     }
   }
 
