@@ -209,11 +209,11 @@ TEST_F(Sharing, AChangeIsSeenAtTheNextOpening) {
 TEST_F(Sharing, AChangeIsSeenAfterAnyQuiet) {
   PersistentStore writer(folder_.Folders());
   PersistentStore reader(folder_.Folders());
-  for (int i = 0; i < 12; ++i) {
+  for (int i = 0; i < 18; ++i) {
     // Some changes leave the file's size as it is, and some have it written afresh.
     const std::string data = std::to_string(i) + std::string(i % 3 == 0 ? 30000 : 0, 'x');
     ASSERT_EQ(Save(writer, kCurrentUser, "A", "v", data), kDone);
-    for (int look = 0; look < 8; ++look, usleep(4000)) {
+    for (int look = 0; look <= i; ++look, usleep(4000)) {
       ASSERT_EQ(Load(reader, kCurrentUser, "A", "v"), data) << i << " look " << look;
     }
   }

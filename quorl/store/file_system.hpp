@@ -23,10 +23,10 @@ struct FileInfo {
   unsigned mode = 0;  ///< Permission bits alone.
   unsigned owner = 0;
   unsigned group = 0;
-  bool regular = false;  ///< Neither folder nor pipe nor device.
-  /// How many names the file has, and when its bytes, names or rights were changed last, by
-  /// whatever clock and as exactly as that tells. 0 where the file system does not tell.
-  std::uint64_t links = 0;
+  bool regular = false;     ///< Neither folder nor pipe nor device.
+  std::uint64_t links = 0;  ///< How many names the file has; 0 where the file system does not tell.
+  /// When its bytes, names or rights were changed last, by whatever clock and as exactly as that
+  /// tells. 0 where the file system does not tell, and where it is not asked.
   std::chrono::nanoseconds changed{0};
 
   bool SameFile(const FileInfo& other) const noexcept {
@@ -64,6 +64,10 @@ class QUORL_API FileSystem {
   virtual void StartSync(int /*file*/, std::uint64_t /*offset*/, std::uint64_t /*size*/) noexcept {}
   virtual int Describe(const std::string& path, FileInfo& info) = 0;
   virtual int DescribeOpen(int file, FileInfo& info) = 0;
+  /// The same with the time of change, which the others need not give: a file whose time somebody
+  /// has seen must bear another one after the next write, and on some systems that makes the sync
+  /// of the write longer.
+  virtual int DescribeWithTime(int file, FileInfo& info) { return DescribeOpen(file, info); }
   /// Locks the whole file for the open file, against every other open file of any process and of
   /// this one; -EAGAIN when it is locked. The lock ends when `file` is closed.
   virtual int TryLock(int file) = 0;

@@ -12,6 +12,7 @@ namespace quorl::internal {
 namespace {
 
 using std::chrono::microseconds;
+using std::chrono::nanoseconds;
 
 // How long a writer waits for another one that does not let go.
 constexpr std::chrono::seconds kPatience{20};
@@ -222,7 +223,7 @@ std::vector<JournalReport> JournalHive::TakeReports() {
 StoreStatus JournalHive::CatchUp() {
   if (place_.status != kDone) return place_.status;
   if (is_appending_ || IsUnchanged()) return kDone;
-  const std::chrono::nanoseconds look = files_.Clock();
+  const nanoseconds look = files_.Clock();
   FileInfo info;
   const int found = files_.Describe(path_, info);
   if (found == -ENOENT) {
@@ -239,6 +240,10 @@ StoreStatus JournalHive::CatchUp() {
     if (status != kDone || TakeBackFailed(locked, is_ours) != kDone) return kDone;
   }
   if (damage_ && info.SameFile(identity_) && damage_->bytes == info.size) return kDone;
+  FileInfo timed;
+  if (IsTimeOfUse(look) && file_.IsOpen() && file_.DescribeWithTime(timed) == kDone) {
+    info.changed = timed.changed;
+  }
   Following following = Following::kOtherJournal;
   const StoreStatus status = ReadOn(file_, info, following);
   // What the host has put in the descriptor's place is not the journal, whatever reading it gives.
@@ -254,21 +259,32 @@ StoreStatus JournalHive::CatchUp() {
 // have been seen before, long enough before the file was last read. What is done to the folders
 // above does not show; the path is looked at again after a while.
 bool JournalHive::IsUnchanged() const {
-  if (failed_ || looked_at_ - seen_since_ < kCoarsestTime) return false;
+  if (failed_ || position_.last != seen_last_ || seen_.changed == nanoseconds{0}) return false;
+  if (looked_at_ - seen_since_ < kCoarsestTime) return false;
   if (files_.Clock() - looked_at_ > kPathIsTrusted) return false;
   FileInfo info;
-  return file_.IsOpen() && file_.Describe(info) == kDone && info.SameFile(seen_) &&
-         info.SameFile(identity_) && info.size == seen_.size && info.links == seen_.links &&
+  return file_.IsOpen() && file_.DescribeWithTime(info) == kDone && info.SameFile(identity_) &&
+         IsAsSeen(info);
+}
+
+bool JournalHive::IsAsSeen(const FileInfo& info) const noexcept {
+  return info.SameFile(seen_) && info.size == seen_.size && info.links == seen_.links &&
          info.changed == seen_.changed;
+}
+
+// Asking for the time of change makes the next change dearer: it is not asked for while one change
+// comes after the other.
+bool JournalHive::IsTimeOfUse(nanoseconds look) const noexcept {
+  const bool was_asked = seen_.changed != nanoseconds{0};
+  return position_.last == seen_last_ && (was_asked || look - seen_since_ >= kCoarsestTime);
 }
 
 // After the file was read to its end, which was begun after `look`. It was described between, so it
 // has been like `info` since now at the latest.
-void JournalHive::NoteUnchanged(const FileInfo& info, std::chrono::nanoseconds look) noexcept {
-  const bool is_same = info.SameFile(seen_) && info.size == seen_.size &&
-                       info.links == seen_.links && info.changed == seen_.changed;
-  if (!is_same) {
+void JournalHive::NoteUnchanged(const FileInfo& info, nanoseconds look) noexcept {
+  if (!IsAsSeen(info) || position_.last != seen_last_) {
     seen_ = info;
+    seen_last_ = position_.last;
     seen_since_ = files_.Clock();
   }
   looked_at_ = look;

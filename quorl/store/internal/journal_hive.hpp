@@ -50,6 +50,8 @@ class JournalHive final : public Hive {
 
   StoreStatus CatchUp();
   bool IsUnchanged() const;
+  bool IsAsSeen(const FileInfo& info) const noexcept;
+  bool IsTimeOfUse(std::chrono::nanoseconds look) const noexcept;
   void NoteUnchanged(const FileInfo& info, std::chrono::nanoseconds look) noexcept;
   StoreStatus ReadOn(const OpenFile& file, const FileInfo& info, Following& following);
   enum class Lock : std::uint8_t { kHeld, kNotHeld };
@@ -92,9 +94,10 @@ class JournalHive final : public Hive {
   OpenFile file_;             // Open for reading, unless there is no journal.
   FileInfo identity_;         // Which file that is.
   JournalPosition position_;  // How far it has been read.
-  // What the file was like when it was last looked at and nothing new was found, since when it has
-  // been like that, and when that look was.
+  // What the file was like when it was last read to its end, with its last record and, if that was
+  // asked for, its time of change; since when it has been like that, and when that look was.
   FileInfo seen_;
+  std::uint64_t seen_last_ = 0;
   std::chrono::nanoseconds seen_since_{0};
   std::chrono::nanoseconds looked_at_{0};
   bool ends_cleanly_ = true;       // When it was loaded, nothing but zeros followed.

@@ -57,4 +57,8 @@ StoreStatus OpenFile::Describe(FileInfo& info) const {
   return CodeOfResult(files_->DescribeOpen(descriptor_, info));
 }
 
+StoreStatus OpenFile::DescribeWithTime(FileInfo& info) const {
+  return CodeOfResult(files_->DescribeWithTime(descriptor_, info));
+}
+
 }  // namespace quorl::internal

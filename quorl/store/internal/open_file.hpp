@@ -49,6 +49,7 @@ class OpenFile {
     files_->StartSync(descriptor_, offset, count);
   }
   StoreStatus Describe(FileInfo& info) const;
+  StoreStatus DescribeWithTime(FileInfo& info) const;
 
  private:
   FileSystem* files_ = nullptr;

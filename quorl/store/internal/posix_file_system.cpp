@@ -1,6 +1,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <array>
@@ -58,20 +59,29 @@ int FlagsOf(OpenFor purpose) noexcept {
   return O_RDONLY;
 }
 
-std::chrono::nanoseconds DurationOf(const timespec& time) noexcept {
+template <class Time>
+std::chrono::nanoseconds DurationOf(const Time& time) noexcept {
   return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
-FileInfo InfoOf(const struct stat& status) noexcept {
-  return {.device = status.st_dev,
-          .inode = status.st_ino,
-          .size = static_cast<std::uint64_t>(status.st_size),
-          .mode = status.st_mode & kPermissionBits,
-          .owner = status.st_uid,
-          .group = status.st_gid,
-          .regular = S_ISREG(status.st_mode),
-          .links = status.st_nlink,
-          .changed = DurationOf(status.st_ctim)};
+// All of a FileInfo but the time.
+constexpr unsigned kAsked =
+    STATX_TYPE | STATX_MODE | STATX_NLINK | STATX_UID | STATX_GID | STATX_INO | STATX_SIZE;
+
+int DescribeFrom(int folder, const char* path, int flags, unsigned asked, FileInfo& info) noexcept {
+  struct statx status {};
+  const int result = OrError(statx(folder, path, flags, asked, &status));
+  if (result != 0) return result;
+  info = {.device = makedev(status.stx_dev_major, status.stx_dev_minor),
+          .inode = status.stx_ino,
+          .size = status.stx_size,
+          .mode = status.stx_mode & kPermissionBits,
+          .owner = status.stx_uid,
+          .group = status.stx_gid,
+          .regular = S_ISREG(status.stx_mode),
+          .links = status.stx_nlink};
+  if ((asked & STATX_CTIME) != 0) info.changed = DurationOf(status.stx_ctime);
+  return 0;
 }
 
 class PosixFileSystem final : public FileSystem {
@@ -107,17 +117,15 @@ class PosixFileSystem final : public FileSystem {
   }
 
   int Describe(const std::string& path, FileInfo& info) override {
-    struct stat status {};
-    const int result = OrError(stat(path.c_str(), &status));
-    if (result == 0) info = InfoOf(status);
-    return result;
+    return DescribeFrom(AT_FDCWD, path.c_str(), 0, kAsked, info);
   }
 
   int DescribeOpen(int file, FileInfo& info) override {
-    struct stat status {};
-    const int result = OrError(fstat(file, &status));
-    if (result == 0) info = InfoOf(status);
-    return result;
+    return DescribeFrom(file, "", AT_EMPTY_PATH, kAsked, info);
+  }
+
+  int DescribeWithTime(int file, FileInfo& info) override {
+    return DescribeFrom(file, "", AT_EMPTY_PATH, kAsked | STATX_CTIME, info);
   }
 
   int TryLock(int file) override {
