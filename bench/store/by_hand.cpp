@@ -50,7 +50,7 @@ void WriteAndSync(const char* who, std::size_t values, bool frees) {
     close(file);
     if (!frees) close(former);
   };
-  Row(kSave, AtSize(who, values), run, kSaves);
+  SaveRow(who, values, run);
 }
 
 const AtStart rows([] {

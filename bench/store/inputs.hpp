@@ -54,6 +54,13 @@ void TimeEachSave(benchmark::State& state, const std::vector<std::string>& names
   state.counters["2. slowest in medians"] = times.back() / median;
 }
 
+/// Registers a run of `TimeEachSave`. In each of three there is a rewriting; what only one of them
+/// met is not the work's but the machine's.
+template <class Run>
+void SaveRow(const std::string& who, std::size_t values, Run run) {
+  Row(kSave, AtSize(who, values), run, kSaves)->Repetitions(3);
+}
+
 /// Registers a work that is worth a single run, of which `measure` gives one figure.
 template <class MeasureOnce>
 void Figure(const std::string& work, const std::string& who, const char* figure,

@@ -93,7 +93,7 @@ void SaveDurably(std::size_t values) {
       settings.SaveValue(u"", Utf16(name), Utf16(data));
     });
   };
-  Row(kSave, AtSize(kWho, values), run, kSaves);
+  SaveRow(kWho, values, run);
 }
 
 void FirstOpen(const char* work, std::size_t values, bool shuffled) {

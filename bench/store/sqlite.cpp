@@ -131,7 +131,7 @@ void SaveDurably(std::size_t values) {
         state, ShuffledNamesOf(values),
         [&](const std::string& name, const std::string& data) { database.Save(name, data); });
   };
-  Row(kSave, AtSize(kWho, values), run, kSaves);
+  SaveRow(kWho, values, run);
 }
 
 void FirstOpen(std::size_t values) {
