@@ -123,10 +123,10 @@ class QUORL_API Variant {
   Variant(MissingState) noexcept : type_(VariantType::kMissing) {}
   template <PlainScalar Plain>
   Variant(Plain value) noexcept {
-    Hold<Plain>(value);
+    HoldWord(value);
   }
-  Variant(Currency value) noexcept { Hold<Currency>(value); }
-  Variant(Date value) noexcept { Hold<Date>(value); }
+  Variant(Currency value) noexcept { HoldWord(value); }
+  Variant(Date value) noexcept { HoldWord(value); }
   Variant(String value) noexcept { Hold<String>(std::move(value)); }
   Variant(StringView value) { Hold<String>(value); }
   /// A null pointer gives the empty text.
@@ -135,19 +135,18 @@ class QUORL_API Variant {
   Variant(Array value) noexcept { Hold<Array>(std::move(value)); }
 
   Variant(const Variant& other) {
-    if (const String* text = other.If<String>()) {
-      Hold<String>(*text);
+    if (!other.Owns()) {
+      HoldPlain(other);
+    } else if (other.Holds<String>()) {
+      Hold<String>(other.As<String>());
     } else {
-      other.Owns() ? HoldReferenceOf(other) : HoldPlain(other);
+      HoldReferenceOf(other);
     }
   }
   Variant(Variant&& other) noexcept { other.Owns() ? HoldContentOf(other) : HoldPlain(other); }
   ~Variant() {
-    if (String* text = If<String>()) {
-      std::destroy_at(text);
-    } else if (Owns()) {
-      ReleaseReference();
-    }
+    if (!Owns()) return;
+    Holds<String>() ? std::destroy_at(&As<String>()) : ReleaseReference();
   }
   // The new content is taken before the old one goes, of which it may be an element; and the old
   // one goes when the new one is there.
@@ -177,11 +176,11 @@ class QUORL_API Variant {
   /// The content, null if it is of another type; valid until the Variant is assigned or gone.
   template <class Content>
   const Content* If() const noexcept {
-    return Holds<Content>() ? std::launder(reinterpret_cast<const Content*>(bytes_)) : nullptr;
+    return Holds<Content>() ? &As<Content>() : nullptr;
   }
   template <class Content>
   Content* If() noexcept {
-    return Holds<Content>() ? std::launder(reinterpret_cast<Content*>(bytes_)) : nullptr;
+    return Holds<Content>() ? &As<Content>() : nullptr;
   }
   /// Calls `visitor` with the content as its own type.
   template <class Visitor>
@@ -192,27 +191,27 @@ class QUORL_API Variant {
       case VariantType::kMissing:
         return visitor(Missing);
       case VariantType::kByte:
-        return visitor(*If<Byte>());
+        return visitor(As<Byte>());
       case VariantType::kInt16:
-        return visitor(*If<Int16>());
+        return visitor(As<Int16>());
       case VariantType::kInt32:
-        return visitor(*If<Int32>());
+        return visitor(As<Int32>());
       case VariantType::kSingle:
-        return visitor(*If<Single>());
+        return visitor(As<Single>());
       case VariantType::kDouble:
-        return visitor(*If<Double>());
+        return visitor(As<Double>());
       case VariantType::kCurrency:
-        return visitor(*If<Currency>());
+        return visitor(As<Currency>());
       case VariantType::kDate:
-        return visitor(*If<Date>());
+        return visitor(As<Date>());
       case VariantType::kBoolean:
-        return visitor(*If<Boolean>());
+        return visitor(As<Boolean>());
       case VariantType::kString:
-        return visitor(*If<String>());
+        return visitor(As<String>());
       case VariantType::kObject:
-        return visitor(*If<Object>());
+        return visitor(As<Object>());
       case VariantType::kArray:
-        return visitor(*If<Array>());
+        return visitor(As<Array>());
       default:
         return visitor(Empty);
     }
@@ -233,11 +232,28 @@ class QUORL_API Variant {
     type_ = detail::TypeOf<Content>::value;
   }
 
-  // Texts, objects and arrays own something; the content of all else is its first eight bytes.
-  bool Owns() const noexcept {
-    return type_ == VariantType::kString || type_ == VariantType::kObject ||
-           type_ == VariantType::kArray;
+  // Writes all eight bytes at once, as HoldPlain reads them: a processor waits where one read takes
+  // what two writes left.
+  template <class Plain>
+  void HoldWord(Plain value) noexcept {
+    std::uint64_t word = 0;
+    std::memcpy(&word, &value, sizeof value);
+    std::memcpy(bytes_, &word, sizeof word);
+    type_ = detail::TypeOf<Plain>::value;
   }
+
+  // What it is known to hold.
+  template <class Content>
+  const Content& As() const noexcept {
+    return *std::launder(reinterpret_cast<const Content*>(bytes_));
+  }
+  template <class Content>
+  Content& As() noexcept {
+    return *std::launder(reinterpret_cast<Content*>(bytes_));
+  }
+
+  // Texts, objects and arrays own something; the content of all else is its first eight bytes.
+  bool Owns() const noexcept { return Holds<String>() || Holds<Object>() || Holds<Array>(); }
   void HoldPlain(const Variant& other) noexcept {
     std::memmove(bytes_, other.bytes_, sizeof plain_);  // `other` may be this one.
     type_ = other.type_;
