@@ -64,11 +64,11 @@ std::partial_ordering ComparePlain(const Variant& left, const Variant& right) {
 }  // namespace
 
 std::partial_ordering Compare(const Variant& left, const Variant& right) {
-  if (const auto* text = left.If<String>()) {
-    if (const auto* other = right.If<String>()) return CompareUnits(*text, *other);
-  }
   if (const auto number = PlainNumberOf(left)) {
     if (const auto other = PlainNumberOf(right)) return *number <=> *other;
+  }
+  if (left.Holds<String>() && right.Holds<String>()) {
+    return CompareUnits(*left.If<String>(), *right.If<String>());
   }
   return CompareOthers(left, right);
 }
