@@ -39,6 +39,9 @@ QUORL_API Variant ReadBinary(const VARIANT& value);
 /// null or endless reference, a damaged array, and nested arrays beyond the limits of element.hpp;
 /// 7 when memory ran out.
 inline Variant FromBinary(const VARIANT& value) {
+  // The two that most numbers are, without a call.
+  if (value.vt == VT_I4) return value.value.i4;
+  if (value.vt == VT_R8) return value.value.r8;
   return IsNumber(value.vt) ? NumberAt(value.vt, &value.value) : ReadBinary(value);
 }
 
@@ -46,6 +49,21 @@ inline Variant FromBinary(const VARIANT& value) {
 /// VariantClear. Failure 7 when memory ran out or an array has more than 2^31 - 1 bytes in binary
 /// form, 13 for arrays nested deeper than they could be read back; `out` is Empty then.
 QUORL_API void WriteBinary(const Variant& value, VARIANT& out);
+
+/// The same, without a call for the two that most numbers are.
+inline void ToBinary(const Variant& value, VARIANT& out) {
+  if (value.Holds<Int32>()) {
+    out = VARIANT{};
+    out.vt = VT_I4;
+    out.value.i4 = *value.If<Int32>();
+  } else if (value.Holds<Double>()) {
+    out = VARIANT{};
+    out.vt = VT_R8;
+    out.value.r8 = *value.If<Double>();
+  } else {
+    WriteBinary(value, out);
+  }
+}
 
 /// Moves `value` to where `reference` (a VARIANT with VT_BYREF) points in the end, converted to the
 /// type that stands there. Nothing happens for a value that is no reference, or one to an array.
@@ -84,10 +102,10 @@ class OwnedVariant {
 class ClearedResult {
  public:
   /// `slot` may be null.
-  explicit ClearedResult(VARIANT* slot) noexcept
-      : former_(slot == nullptr || IsPlain(slot->vt) ? OwnedVariant()
-                                                     : OwnedVariant::TakenFrom(slot)) {
-    if (slot != nullptr) *slot = VARIANT{};
+  explicit ClearedResult(VARIANT* slot) noexcept {
+    if (slot == nullptr) return;
+    if (!IsPlain(slot->vt)) *former_.Address() = *slot;
+    *slot = VARIANT{};
   }
 
  private:

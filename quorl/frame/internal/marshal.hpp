@@ -198,7 +198,7 @@ struct Marshal<Variant> {
   static constexpr TypeRow kType{VariantType::kVariant};
   using Out = VARIANT;
   using Former = abi::ClearedResult;
-  static void Write(Out* out, const Variant& value) { abi::WriteBinary(value, *out); }
+  static void Write(Out* out, const Variant& value) { abi::ToBinary(value, *out); }
 };
 
 template <>
