@@ -1,6 +1,7 @@
 #include "quorl/buffer/roll_buffer.hpp"
 
 #include <algorithm>
+#include <cstdint>
 #include <type_traits>
 #include <utility>
 
@@ -45,27 +46,36 @@ bool ReplaceText(Variant& place, const Variant& item) {
   return true;
 }
 
+[[noreturn]] void Fail(StringView description) {
+  throw RaisedError(kFailedCheck, kSource, description);
+}
+
 void Check(bool allowed, StringView description) {
-  if (!allowed) throw RaisedError(kFailedCheck, kSource, description);
+  if (!allowed) Fail(description);
 }
 
 }  // namespace
 
-// A growth that moves the items cannot fail halfway.
+// A growth that moves the items cannot fail halfway, nor can what puts a copy into its place.
 static_assert(std::is_nothrow_move_constructible_v<Variant>);
-static_assert(std::is_nothrow_swappable_v<Variant>);
+static_assert(std::is_nothrow_move_assignable_v<Variant>);
+
+void RollBuffer::FailBeyondLast() { Fail(kBeyondLast); }
+
+void RollBuffer::FailBeforeFirst() { Fail(kBeforeFirst); }
 
 bool RollBuffer::IsItem(Int32 position) const noexcept {
-  return position >= 0 && position < count_;
+  // As an unsigned number a negative one is too large.
+  return static_cast<std::uint32_t>(position) < static_cast<std::uint32_t>(count_);
 }
 
 std::size_t RollBuffer::PhysicalIndex(Int32 position) const noexcept {
-  const std::size_t size = static_cast<std::size_t>(buffer_size_);
-  const std::size_t place = static_cast<std::size_t>(first_) + static_cast<std::size_t>(position);
+  // Of two numbers below 2^31 the sum is below 2^32.
+  const std::uint32_t size = static_cast<std::uint32_t>(buffer_size_);
+  const std::uint32_t place =
+      static_cast<std::uint32_t>(first_) + static_cast<std::uint32_t>(position);
   return place < size ? place : place - size;
 }
-
-Int32 RollBuffer::BufferSize() const noexcept { return buffer_size_; }
 
 void RollBuffer::BufferSize(Int32 New_BufferSize) {
   Check(New_BufferSize > 0, kSizeNotPositive);
@@ -75,10 +85,6 @@ void RollBuffer::BufferSize(Int32 New_BufferSize) {
   buffer_size_ = New_BufferSize;
   Clear();
 }
-
-Int32 RollBuffer::Count() const noexcept { return count_; }
-
-Int32 RollBuffer::Index() const noexcept { return index_; }
 
 void RollBuffer::Index(Int32 New_Index) {
   Check(IsItem(New_Index), kIndexOutside);
@@ -92,7 +98,8 @@ Variant RollBuffer::CurrentItem() const {
 
 void RollBuffer::CurrentItem(const Variant& New_Item) {
   Check(IsItem(index_), kNotOnItem);
-  const Variant former = Store(PhysicalIndex(index_), New_Item);
+  Variant& item = items_[PhysicalIndex(index_)];
+  if (!ReplaceText(item, New_Item)) item = CopyOf(New_Item);
 }
 
 Variant RollBuffer::Items(Int32 Index) const {
@@ -100,48 +107,45 @@ Variant RollBuffer::Items(Int32 Index) const {
   return CopyOf(items_[PhysicalIndex(Index)]);
 }
 
-Boolean RollBuffer::BOF() const noexcept { return index_ == -1; }
-
-Boolean RollBuffer::OnFirst() const noexcept { return index_ == 0; }
-
-Boolean RollBuffer::OnLast() const noexcept { return index_ == count_ - 1; }
-
-Boolean RollBuffer::AtEOF() const noexcept { return index_ == count_ || count_ == 0; }
-
 void RollBuffer::Clear() noexcept {
   count_ = 0;
   index_ = -1;
   first_ = 0;
 }
 
-// Puts a copy of `item` in its place, the next free one or one in use, and gives the former
-// content: what that releases is released when the caller has finished.
-Variant RollBuffer::Store(std::size_t place, const Variant& item) {
-  if (place < items_.size()) {
-    if (ReplaceText(items_[place], item)) return {};
-    return std::exchange(items_[place], CopyOf(item));
-  }
-  Variant copy = CopyOf(item);
+// Afterwards the place exists, if it was the next one behind those that do.
+void RollBuffer::MakeRoom(std::size_t place) {
+  if (place < items_.size()) return;
   if (items_.size() == items_.capacity()) {
     const std::size_t size = static_cast<std::size_t>(buffer_size_);
     const std::size_t wanted = std::max(kFirstGrowth, 2 * items_.size());
     WithinMemory([&] { items_.reserve(std::min(size, wanted)); });
   }
-  items_.push_back(std::move(copy));
-  return {};
+  items_.emplace_back();
+}
+
+void RollBuffer::StandOnNew(Int32 next) noexcept {
+  const bool drops_oldest = next == buffer_size_;
+  if (drops_oldest) first_ = static_cast<Int32>(PhysicalIndex(1));
+  index_ = drops_oldest ? next - 1 : next;
+  count_ = index_ + 1;
+}
+
+// Apart, so that a text that finds its place needs no room for what this does.
+[[gnu::noinline]] void RollBuffer::AddCopy(Int32 next, const Variant& item) {
+  const std::size_t place = PhysicalIndex(next);
+  Variant copy = CopyOf(item);
+  MakeRoom(place);
+  StandOnNew(next);
+  // Last, as it ends the former content: an object in it may call back, and finds the new state.
+  items_[place] = std::move(copy);
 }
 
 void RollBuffer::AddItem(const Variant& Item) {
-  const Int32 before = std::min(index_, count_ - 1);
-  const bool drops_oldest = before == buffer_size_ - 1;
-  const Variant former = Store(PhysicalIndex(drops_oldest ? 0 : before + 1), Item);
-  if (drops_oldest) {
-    first_ = first_ == buffer_size_ - 1 ? 0 : first_ + 1;
-    index_ = before;
-  } else {
-    index_ = before + 1;
-    count_ = index_ + 1;
-  }
+  const Int32 next = std::min(index_, count_ - 1) + 1;
+  const std::size_t place = PhysicalIndex(next);
+  const bool is_in_place = place < items_.size() && ReplaceText(items_[place], Item);
+  is_in_place ? StandOnNew(next) : AddCopy(next, Item);
 }
 
 void RollBuffer::MoveFirst() {
@@ -152,16 +156,6 @@ void RollBuffer::MoveFirst() {
 void RollBuffer::MoveLast() {
   Check(count_ > 0, kEmptyBuffer);
   index_ = count_ - 1;
-}
-
-void RollBuffer::MoveNext() {
-  Check(index_ < count_ && count_ > 0, kBeyondLast);
-  ++index_;
-}
-
-void RollBuffer::MovePrevious() {
-  Check(index_ >= 0, kBeforeFirst);
-  --index_;
 }
 
 }  // namespace quorl

@@ -44,16 +44,16 @@ class RollBuffer {
   RollBuffer& operator=(const RollBuffer&) = delete;
 
   /// The capacity.
-  Int32 BufferSize() const noexcept;
+  Int32 BufferSize() const noexcept { return buffer_size_; }
   /// Sets the capacity and drops all items, also where the capacity is the same as before.
   /// Failure 5000 for 0 or less.
   void BufferSize(Int32 New_BufferSize);
 
   /// How many items there are.
-  Int32 Count() const noexcept;
+  Int32 Count() const noexcept { return count_; }
 
   /// The cursor's position: -1 at BOF and on an empty buffer, `Count()` at EOF.
-  Int32 Index() const noexcept;
+  Int32 Index() const noexcept { return index_; }
   /// Puts the cursor on an item. Failure 5000 below 0 and from `Count()` up.
   void Index(Int32 New_Index);
 
@@ -67,17 +67,17 @@ class RollBuffer {
   Variant Items(Int32 Index) const;
 
   /// Whether the cursor is before the first item.
-  Boolean BOF() const noexcept;
+  Boolean BOF() const noexcept { return index_ == -1; }
   /// Whether the cursor is on position 0.
-  Boolean OnFirst() const noexcept;
+  Boolean OnFirst() const noexcept { return index_ == 0; }
   /// Whether the cursor is at `Count()` - 1, as it is on an empty buffer too.
-  Boolean OnLast() const noexcept;
+  Boolean OnLast() const noexcept { return index_ == count_ - 1; }
 
   /// Whether the cursor is after the last item, or the buffer is empty. `AtEOF` and `EOF` are one
   /// member. The standard header `<cstdio>`, and with it most others, defines EOF as a macro, which
   /// is set aside here for the declaration alone and stays in force for whoever includes this
   /// header. Where the macro is defined, write `AtEOF()`, in a call and in a pointer to the member.
-  Boolean AtEOF() const noexcept;
+  Boolean AtEOF() const noexcept { return index_ == count_ || count_ == 0; }
 #pragma push_macro("EOF")
 #undef EOF
   Boolean EOF() const noexcept { return AtEOF(); }
@@ -98,17 +98,27 @@ class RollBuffer {
   void MoveLast();
   /// One forward, from BOF to the first item, from the last item to EOF. Failure 5000 at EOF and on
   /// an empty buffer.
-  void MoveNext();
+  void MoveNext() {
+    if (AtEOF()) FailBeyondLast();
+    ++index_;
+  }
   /// One back, from EOF to the last item, from the first item to BOF. Failure 5000 at BOF and on an
   /// empty buffer.
-  void MovePrevious();
+  void MovePrevious() {
+    if (BOF()) FailBeforeFirst();
+    --index_;
+  }
 
  private:
   static constexpr Int32 kDefaultSize = 100;
 
+  [[noreturn]] static void FailBeyondLast();
+  [[noreturn]] static void FailBeforeFirst();
   bool IsItem(Int32 position) const noexcept;
   std::size_t PhysicalIndex(Int32 position) const noexcept;
-  Variant Store(std::size_t place, const Variant& item);
+  void MakeRoom(std::size_t place);
+  void StandOnNew(Int32 next) noexcept;
+  void AddCopy(Int32 next, const Variant& item);
 
   // The ring, as far as it was ever filled. It turns only once it has its full size, so that
   // `first_` is 0 as long as places are missing at its end.
