@@ -184,20 +184,25 @@ class PlainNumber {
     const StringView thousand = locale.thousand_separator;
     negative = text[0] == u'-';
     if (negative || text[0] == u'+') text.remove_prefix(1);
-    bool after_point = false;
+    // In locals: to the compiler, a `char` that is written may change any member.
+    std::uint64_t number = 0;
+    char* end = text_.data();
+    const char* kept_point = nullptr;
     for (const char16_t unit : text) {
       if (IsDigit(unit)) {
-        units = units * 10 + (unit - u'0');
-        decimals += after_point ? 1 : 0;
-        Keep(static_cast<char>(unit));
-        ++digits;
-      } else if (unit == point && !after_point) {
-        after_point = true;
-        Keep('.');
+        number = number * 10 + (unit - u'0');
+        *end++ = static_cast<char>(unit);
+      } else if (unit == point && kept_point == nullptr) {
+        kept_point = end;
+        *end++ = '.';
       } else if (thousand.size() != 1 || unit != thousand[0]) {
         return false;
       }
     }
+    units = number;
+    count_ = static_cast<std::size_t>(end - text_.data());
+    decimals = kept_point == nullptr ? 0 : static_cast<int>(end - kept_point) - 1;
+    digits = static_cast<int>(count_) - (kept_point == nullptr ? 0 : 1);
     return digits > 0;
   }
 
@@ -211,8 +216,6 @@ class PlainNumber {
 
  private:
   static constexpr std::size_t kMostUnits = 40;
-
-  void Keep(char unit) { text_[count_++] = unit; }
 
   std::array<char, kMostUnits> text_;
   std::size_t count_ = 0;
