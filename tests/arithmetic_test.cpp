@@ -7,7 +7,8 @@
 
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace literals;
 
@@ -125,4 +126,5 @@ TEST(Arithmetic, EdgesOfProductsAndQuotients) {
   EXPECT_RAISES(Divide(Variant(kNaN), 0), RuntimeFailure(11));
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

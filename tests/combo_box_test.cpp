@@ -4,7 +4,8 @@
 #include "tests/support/recording_host.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace literals;
 using Pick = std::function<void(const Object&)>;
@@ -183,4 +184,5 @@ TEST(ComboBoxTest, MissingMembersAndFailuresOfTheHostPassThrough) {
   EXPECT_EQ(ResultOf([] { ByText(u"a", -1)(Object()); }), "!5");
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -2,7 +2,8 @@
 
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace literals;
 
@@ -95,4 +96,5 @@ TEST(Compare, KeepsAmountsExactAndNaNUnordered) {
   EXPECT_EQ(Shown(CompareToNumber(kNaN, 0)), "unordered");
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -6,7 +6,8 @@
 
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace literals;
 using enum VariantType;
@@ -164,4 +165,5 @@ TEST(Convert, TextsAreShort) {
   EXPECT_EQ(ToString(-0.0), u"0");
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

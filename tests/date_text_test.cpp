@@ -6,7 +6,8 @@
 #include "quorl/numeric/dates.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 const Locale kFrench = *Locale::Named(u"fr-FR");
 const Locale kAmerican = *Locale::Named(u"en-US");
@@ -91,4 +92,5 @@ TEST(DateText, ReadsByTheLocalesOrderAndNoOther) {
   }
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -5,7 +5,8 @@
 #include "tests/support/recording_host.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace literals;
 
@@ -156,4 +157,5 @@ TEST(DbLibTest, CollectionsThatLieOrFail) {
   }
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

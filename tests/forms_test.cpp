@@ -8,7 +8,8 @@
 #include "tests/support/recording_host.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 // A form at 10, 20 of 300 by 200 in a container at 1000, 2000 of 900 by 600, on a screen of 1500 by
 // 1200.
@@ -209,4 +210,5 @@ TEST_F(FormsTest, FailuresOfSavingAndRestoring) {
   EXPECT_EQ(Save(), "form.Name; !438");
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

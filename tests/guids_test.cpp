@@ -24,7 +24,8 @@ extern "C" ssize_t getrandom(void* buffer, size_t size, unsigned flags) {
   return syscall(SYS_getrandom, buffer, system == System::kGivesPart ? 260 : size, flags);
 }
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 std::string New() { return Utf8(GUIDs::CreateGUID()); }
 // So many new ones, each for the first time.
@@ -93,4 +94,5 @@ TEST(Guids, FixedAndNumbered) {
   }
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -8,7 +8,8 @@
 #include "quorl/runtime/internal/locale_forms.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 // All of a locale on one line: "1,234.5 mdy/ 12:00 True/False".
 std::string Described(const Locale& locale) {
@@ -127,4 +128,5 @@ TEST(Locale, SystemFollowsTheEnvironment) {
   }
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -8,7 +8,8 @@
 
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace literals;
 
@@ -209,4 +210,5 @@ TEST(MathChoices, MappingsOfNoValueZeroAndOne) {
   EXPECT_RAISES(Math::ZeroOrOneAsNull(u"x"), RuntimeFailure(13));
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -23,7 +23,8 @@ std::size_t allocations = 0;
 [[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace literals;
 
@@ -118,4 +119,5 @@ TEST(Money, AllocatesItsResultAndNothingElse) {
   }
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -8,7 +8,8 @@
 #include "quorl/runtime/internal/text.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace literals;
 
@@ -148,4 +149,5 @@ TEST(NumberText, FormattingRoundsDecimalDigitsAwayFromZero) {
   }
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

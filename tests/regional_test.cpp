@@ -7,7 +7,8 @@
 #include "tests/support/recording_store.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 class RegionalTest : public testing::Test {
  protected:
@@ -101,4 +102,5 @@ TEST_F(RegionalTest, FailuresKeepWhatWasReadAndWritten) {
   EXPECT_EQ(GlobalInstance<Regional>().MonDecimalChar(), u"h");
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -11,7 +11,8 @@
 #include "tests/support/store_small_stack.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace std::string_literals;
 
@@ -288,4 +289,5 @@ TEST_F(RegistryTest, TextsOfArgumentsComeFirst) {
                 StoreFailure(kAccessDenied, u"GetValue(K, v, 1)"));
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -6,7 +6,8 @@
 
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 static_assert(EOF < 0, "the macro is in force after the header");
 #undef EOF
@@ -132,4 +133,5 @@ TEST(RollBuffer, AnItemThatEndsMayCallBack) {
   EXPECT_EQ(buffer.CurrentItem(), Variant(u"late"));
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -8,7 +8,8 @@
 #include "quorl/runtime/text_case.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace internal;
 
@@ -163,4 +164,5 @@ TEST(Ansi, EveryByteHasACharacterOfItsOwn) {
   }
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -16,7 +16,8 @@
 #include "tests/support/store_simulated_files.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace std::string_literals;
 
@@ -314,4 +315,5 @@ TEST(RegistryImport, IsAppliedWholeOrLeavesTheFormerContent) {
   RecordProperty("imports", std::to_string(imports));
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

@@ -1,12 +1,12 @@
 // What the persistent store promises when something breaks: power, process, disk, memory.
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
+#include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -20,7 +20,6 @@
 #include "tests/support/store_temporary_folder.hpp"
 
 namespace quorl {
-
 namespace {
 
 namespace fs = std::filesystem;

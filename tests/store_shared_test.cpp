@@ -2,7 +2,6 @@
 // fork, and a host that does what it likes with files and descriptors.
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -12,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <functional>

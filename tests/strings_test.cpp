@@ -4,7 +4,8 @@
 
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using S = Strings;
 constexpr Int16 kMost = 32767, kLeast = -32768;
@@ -235,4 +236,5 @@ TEST(Strings, OnlyNullIsReplaced) {
   }
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

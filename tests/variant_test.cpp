@@ -10,7 +10,8 @@
 #include "quorl/runtime/screen.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace internal;
 
@@ -229,4 +230,5 @@ TEST(Screen, KeepsItsSizeWhenANewOneDoesNotFit) {
   EXPECT_EQ(Screen::Height(), 10800.5F);
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl

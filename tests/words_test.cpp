@@ -11,7 +11,8 @@
 #include "quorl/money/internal/word_tables.hpp"
 #include "tests/support/values.hpp"
 
-namespace quorl::tests {
+namespace quorl {
+namespace {
 
 using namespace internal;
 
@@ -202,4 +203,5 @@ TEST(NumberToText, PlaceAndKindPickTheForm) {
   }
 }
 
-}  // namespace quorl::tests
+}  // namespace
+}  // namespace quorl
