@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 
+#include "quorl/registry/text/root_name.hpp"
 #include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/number_text.hpp"
 #include "quorl/runtime/text_case.hpp"
@@ -23,6 +24,8 @@ TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
   const Array texts = Array::OfStrings(std::array{text, text});
   Array array = texts;
   const std::string bytes(1000, '7');
+  const KeyPlace place{HKEY_CURRENT_USER, text};
+  const String name = NameOf(place);
   const std::function<void()> cases[] = {
       [&] { ToString(longest); },
       [] { ToString(-1.2345678901234567e-7); },
@@ -35,6 +38,8 @@ TEST(Memory, RunningOutOfItIsFailure7AndChangesNothing) {
       [&] { Utf8(text); },
       [&] { Utf16(bytes); },
       [&] { texts.Get({1}); },
+      [&] { PlaceNamed(name); },
+      [&] { NameOf(place); },
       [] { Array::WithBounds(VariantType::kString, 0, 9); },
       [&] { ToString(held); },
       [&] { LocaleScope{wordy}; },

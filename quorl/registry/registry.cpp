@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string>
 
+#include "quorl/registry/internal/key_path.hpp"
 #include "quorl/registry/internal/registry_call.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/runtime/compare.hpp"
@@ -177,14 +178,11 @@ void Registry::InitApp(StringView Compagny, StringView AppName, RegModeEnum Mode
 
 String Registry::KeyFullName(const Variant& KeyName) const {
   return WithinMemory([&] {
-    String path = root_key_name_;
+    String name;
     // Neither below nor above: Null is not different from the empty text.
     const std::partial_ordering order = CompareToText(KeyName, u"");
-    if (order < 0 || order > 0) {
-      path += u'\\';
-      AppendText(path, KeyName);
-    }
-    return path;
+    if (order < 0 || order > 0) AppendText(name, KeyName);
+    return Joined(root_key_name_, SeparatorBefore(name), name);
   });
 }
 

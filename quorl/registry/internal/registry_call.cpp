@@ -4,6 +4,7 @@
 #include <new>
 #include <span>
 
+#include "quorl/registry/internal/key_path.hpp"
 #include "quorl/runtime/ansi.hpp"
 #include "quorl/store/operations.hpp"
 
@@ -17,7 +18,7 @@ StoreName::StoreName(StringView first, StringView second, StringView third)
 }
 
 StoreName PathBelow(StringView root_key_name, StringView key_name) {
-  return {root_key_name, key_name.empty() ? StringView() : u"\\", key_name};
+  return {root_key_name, SeparatorBefore(key_name), key_name};
 }
 
 RegistryCall::RegistryCall(HKeyEnum hkey, StringView member,

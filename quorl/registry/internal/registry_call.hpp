@@ -33,7 +33,7 @@ class StoreName {
   std::string long_;  ///< Empty for a name that has room in `short_`.
 };
 
-/// The path of a key below an instance's root. `KeyFullName` gives it as text.
+/// The path of a key below an instance's root: the text that `KeyFullName` gives.
 StoreName PathBelow(StringView root_key_name, StringView key_name);
 
 /// Opens the keys of one call by their paths, and raises a code of the store with that call in

@@ -3,9 +3,13 @@
 #include <algorithm>
 #include <array>
 
+#include "quorl/registry/internal/key_path.hpp"
+#include "quorl/runtime/internal/join.hpp"
 #include "quorl/runtime/text_case.hpp"
 
 namespace quorl {
+
+using namespace internal;
 namespace {
 
 struct Root {
@@ -43,23 +47,23 @@ std::optional<KeyPlace> PlaceNamed(StringView text) {
       std::ranges::find_if(kRoots, [&](const Root& root) { return IsCalled(root, name); });
   if (found == kRoots.end()) return std::nullopt;
   text.remove_prefix(std::min(end + 1, text.size()));
-  return KeyPlace{found->key, String(text)};
+  return KeyPlace{found->key, CopyOf(text)};
 }
 
 String TidyPath(StringView path) {
-  String tidy;
-  for (const char16_t unit : path) {
-    if (unit != u'\\' || (!tidy.empty() && tidy.back() != u'\\')) tidy += unit;
-  }
-  if (tidy.ends_with(u'\\')) tidy.pop_back();
-  return tidy;
+  return WithinMemory([&] {
+    String tidy;
+    for (const char16_t unit : path) {
+      if (unit != u'\\' || (!tidy.empty() && tidy.back() != u'\\')) tidy += unit;
+    }
+    if (tidy.ends_with(u'\\')) tidy.pop_back();
+    return tidy;
+  });
 }
 
 String NameOf(const KeyPlace& place) {
-  String name(RootName(place.root));
   const String path = TidyPath(place.path);
-  if (!path.empty()) name.append(u"\\").append(path);
-  return name;
+  return Joined(RootName(place.root), SeparatorBefore(path), path);
 }
 
 }  // namespace quorl
