@@ -102,7 +102,7 @@ typedef struct SAFEARRAY {
 
 /* Features of arrays whose elements own something; the four highest bits are the library's, and 0
  * in an array that a host laid out by itself. Such an array may be an argument; the functions below
- * refuse it with E_INVALIDARG. */
+ * refuse it with E_INVALIDARG, and a null array too where they do not take one. */
 enum {
   QUORL_ARRAY_OF_TEXTS = 0x100,
   QUORL_ARRAY_OF_OBJECTS = 0x400,
@@ -234,6 +234,7 @@ struct QuorlClassFactoryTable {
   QUORL_UNKNOWN_SLOTS(QuorlClassFactory);
   HRESULT(*CreateInstance)
   (QuorlClassFactory* self, void* outer, const GUID* identifier, void** out);
+  /* E_UNEXPECTED to unlock more often than it was locked. */
   HRESULT (*LockServer)(QuorlClassFactory* self, int32_t lock);
 };
 
@@ -393,6 +394,9 @@ static const GUID QUORL_IID_LIBRARY_INFO = {
 
 /* ------------------------------------------------------------- functions of libquorl_runtime -- */
 
+/* What gives an HRESULT gives E_POINTER for a null pointer where none may stand, E_OUTOFMEMORY when
+ * memory ran out, and the codes that are named with it. */
+
 /* Texts. A null argument gives null; SysFreeString takes null. Length counts code units. */
 QUORL_API BSTR SysAllocString(const char16_t* text);
 /* `text` may be null: the units are then zeros. */
@@ -454,6 +458,7 @@ QUORL_API HRESULT SafeArrayGetVartype(SAFEARRAY* array, uint16_t* vt);
 QUORL_API HRESULT SafeArrayGetElement(SAFEARRAY* array, const int32_t* subscripts, void* element);
 QUORL_API HRESULT SafeArrayPutElement(SAFEARRAY* array, const int32_t* subscripts, void* element);
 QUORL_API HRESULT SafeArrayAccessData(SAFEARRAY* array, void** data);
+/* E_UNEXPECTED where no access is open. */
 QUORL_API HRESULT SafeArrayUnaccessData(SAFEARRAY* array);
 
 /* The thread's failure of a call through a table. GetErrorInfo takes it away; S_FALSE and null when
@@ -461,14 +466,19 @@ QUORL_API HRESULT SafeArrayUnaccessData(SAFEARRAY* array);
 QUORL_API HRESULT GetErrorInfo(uint32_t reserved, void** out);
 QUORL_API HRESULT SetErrorInfo(uint32_t reserved, void* info);
 
-/* "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}", either case on reading, with the braces. */
+/* "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}", either case on reading, with the braces;
+ * CO_E_CLASSSTRING for any other text. */
 QUORL_API HRESULT CLSIDFromString(const char16_t* text, GUID* out);
 /* Writes 38 characters and a zero; gives 39, or 0 if `capacity` is too small. */
 QUORL_API int32_t StringFromGUID2(const GUID* guid, char16_t* buffer, int32_t capacity);
 
 /* Classes, by what is registered below HKEY_CLASSES_ROOT, and what is not, by the list of classes
  * that an installation for every user has beside this library, if any. `context` is ignored. A
- * store that cannot be read gives 0x80070000 + its code, here and in QuorlGlobalObject. */
+ * store that cannot be read gives 0x80070000 + its code, here and in QuorlGlobalObject. An unknown
+ * name is CO_E_CLASSSTRING. An unknown class is REGDB_E_CLASSNOTREG, one whose library cannot be
+ * loaded QUORL_E_NOTLOADABLE, one that its library lacks CLASS_E_CLASSNOTAVAILABLE; E_NOINTERFACE
+ * for an interface that the object lacks, CLASS_E_NOAGGREGATION for an `outer` that is not null. An
+ * instance that cannot be made gives its failure as a slot does. */
 QUORL_API HRESULT CLSIDFromProgID(const char16_t* progid, GUID* out);
 QUORL_API HRESULT CoGetClassObject(const GUID* class_identifier, uint32_t context, void* reserved,
                                    const GUID* identifier, void** out);
@@ -476,7 +486,7 @@ QUORL_API HRESULT CoCreateInstance(const GUID* class_identifier, void* outer, ui
                                    const GUID* identifier, void** out);
 
 /* A counted dispatch pointer to the hidden instance of a global class, the same each time.
- * CLASS_E_CLASSNOTAVAILABLE for a class that is not global. */
+ * CLASS_E_CLASSNOTAVAILABLE for a class that is not global; otherwise as those above. */
 QUORL_API HRESULT QuorlGlobalObject(const char16_t* progid, void** out);
 /* "fr-BE" and the like; null or empty: the system's again. E_INVALIDARG for an unknown one. For the
  * whole process and at any time: a call under way on another thread uses the former locale or this

@@ -29,8 +29,8 @@ class DbLib {
   ///
   /// Failure 424 if `Fields`, or what the collection gives for a field, is no object; 91 for an
   /// empty reference; 438 where a member is missing; 94 and 13 for a `Count` that is Null or no
-  /// number; 6 for a `Count` above 32768 or below -32767 and for a match at the 32768th field; 13
-  /// and 6 for a `Name` that has no text. Other failures of the host pass unchanged.
+  /// number; 6 for a `Count` of NaN, above 32768 or below -32767 and for a match at the 32768th
+  /// field; 13 and 6 for a `Name` that has no text. Other failures of the host pass unchanged.
   static Int16 FieldPos(StringView FieldName, const Variant& Fields);
 
   /// A text without its trailing blanks, any other value as text without blanks at both ends; ""

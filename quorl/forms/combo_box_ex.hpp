@@ -22,7 +22,7 @@ namespace quorl {
 /// Each selecting member reads `ListCount` once, the entries in order up to the first match, and
 /// writes `ListIndex` once, an Int16, as its last step: after a failure the selection is what it
 /// was. Failures of all: 91 for an empty `Combo`; 438 for a member that is missing; 6 for a
-/// `ListCount` above 32768 or below -32767, or of 32768 without a match; 94 and 13 for a
+/// `ListCount` of NaN, above 32768 or below -32767, or of 32768 without a match; 94 and 13 for a
 /// `ListCount` or an entry that is Null or has no number or text, 6 for an entry of NaN or outside
 /// the calendar; 7 when memory is short; others of the host unchanged.
 class ComboBoxEx {
@@ -34,9 +34,8 @@ class ComboBoxEx {
 
   /// Selects the first entry whose token number `Index`, from 1, matches `Text`. Tokens stand
   /// between single blanks, so that two blanks have an empty one between them; one beyond the last
-  /// is empty too, and an empty one matches a `Text` of blanks or none. An `Index` below 1 counts
-  /// as
-  /// 1. Failure 6 for -32768 at the first entry that is not empty, thus not for an empty list.
+  /// is empty too, and an empty one matches a `Text` of blanks or none. An `Index` below 1 is taken
+  /// for 1. Failure 6 for -32768 at the first entry that is not empty, thus not for an empty list.
   static void CmbSelectMatchToken(const Object& Combo, StringView Text, Int16 Index = 1);
 
   /// Selects the first entry of which the `Length` characters from position `Start`, from 1, match

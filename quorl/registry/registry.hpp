@@ -24,8 +24,9 @@
 // Failures. A code of the store is raised as it is: Number is the code, Source "qlWinRegistry",
 // Description "Erreur d'accès au registre windows dans la fonction ", the call with its arguments,
 // two line feeds, and the store's French sentence for the code (store/status.hpp lists all codes;
-// 2 is an absent key or value, 5 a denied access, 87 a name that no key or value can have, 112 a
-// full disk). Every member below `KeyFullName` can raise any of them unless it says otherwise.
+// 2 is an absent key or value, 5 a denied access, 6 an `HKey` that is no root key, 87 a zero byte
+// in a path or a new name that no key or value can have, 112 a full disk). Every member below
+// `KeyFullName` can raise any of them unless it says otherwise.
 //
 // Failures of conversions come from the runtime, under its own Source. A Variant that has no text
 // (`Missing`, an array of anything but bytes, an object without a default member) is failure 13
@@ -66,10 +67,11 @@ class Registry {
 
   /// The path of a key below `HKey`: `RootKeyName`, a backslash and the text of `KeyName`, or
   /// `RootKeyName` alone for an empty text, Empty and Null. Failures 13 and 6 for what has no text,
-  /// and 7; nothing of the store's.
+  /// 13 here for an array of bytes too, and 7; nothing of the store's.
   String KeyFullName(const Variant& KeyName) const;
 
-  /// Whether the key exists. A key that exists and cannot be opened raises the code.
+  /// Whether the key exists. A key that exists and cannot be opened raises the code. Failures of
+  /// `KeyFullName` too.
   Boolean KeyExists(const Variant& KeyName) const;
 
   /// One value: a String for a text, without its terminator, which is the last byte whatever that
@@ -90,8 +92,9 @@ class Registry {
   /// Failures, after each of which the key has been made: for `REG_SZ` 94 for Null and 13 for an
   /// array; for `REG_DWORD` 94 for Null, 13 for a text that is no number and for an array, 6 beyond
   /// an Int32; for `REG_BINARY` 13 for anything but bytes and String (Null, or a Double without
-  /// `dataType`, for one) and 9 for no bytes and for bytes of two dimensions. Failure 13 or 6 for a
-  /// `Value` that has no text comes first, and makes no key.
+  /// `dataType`, for one) and 9 for no bytes and for bytes of two dimensions; 6 for a content of
+  /// more than 2147483647 bytes. Failure 13 or 6 for a `Value` that has no text comes first, and
+  /// makes no key.
   void SaveValue(StringView KeyName, StringView ValueName, const Variant& Value,
                  RegTypeEnum dataType = REG_NONE);
 
@@ -100,7 +103,7 @@ class Registry {
   /// content of a text is a String that ends at the first zero byte, that of a `REG_DWORD` an
   /// Int32, that of any other type an array of bytes; the type number is 0 for a type that
   /// `RegTypeEnum` does not list. Failure 2 for an absent key; 6 for a text of more than 32768
-  /// bytes; 9 for a `REG_DWORD` where no value of the key has four bytes.
+  /// bytes; 9 for a `REG_DWORD` where no value of the key has three bytes.
   Variant GetAllValues(StringView KeyName) const;
 
   /// The names of a key and its subkeys: an array of String from 0, `KeyName` first, then each

@@ -26,13 +26,14 @@ QUORL_API Double Divide(Double left, Double right);
 /// numeric text and a Date as Double. The widest type wins: Byte, Int16, Int32, Single, Currency,
 /// Double; a Single with an Int32 gives a Double, which alone holds both. A whole-number result
 /// that overflows moves to the next wider whole-number type and at the end to Double; a Currency
-/// rounds half to even at its fourth decimal. An object counts as the value of its default member.
-/// Failure 6 for a Single, Currency or Double beyond its range, and for NaN and infinities; 13 for
-/// a text that is no number, arrays, Missing, and objects without a plain value.
+/// rounds half to even at its fourth decimal. An object counts as the value of its default member,
+/// whose failures pass. Failure 6 for a Single, Currency, Double or text beyond its range, and for
+/// NaN and infinities; 13 for a text that is no number, arrays, Missing, and objects without a
+/// plain value; 7 where memory does not hold an object's value.
 QUORL_API Variant Multiply(const Variant& left, const Variant& right);
 
 /// Variant division: a Single where one side is a Single and the other a Single, an Int16 or
-/// narrower, otherwise a Double. Failures 6 and 11 for division by zero as above; Null, 6 and 13
+/// narrower, otherwise a Double. Failures 6 and 11 for division by zero as above; Null and all else
 /// as for multiplication.
 QUORL_API Variant Divide(const Variant& left, const Variant& right);
 

@@ -1,10 +1,10 @@
 // Every conversion from a Variant to a plain type. No class of the library converts by itself.
 //
 // Common to all: Empty is 0, False or the empty text. Null raises failure 94. Missing and arrays
-// raise 13. An object gives the value of its default member; one without a default member, or an
-// empty reference, raises 13. Texts are read, and numbers and dates written, by
-// `Locale::Current()`; a text that cannot be read raises 13. True is -1 as a number. A result that
-// memory does not hold raises 7.
+// raise 13. An object gives the value of its default member, whose failures pass; one without a
+// default member, or an empty reference, raises 13. Texts are read, and numbers and dates written,
+// by `Locale::Current()`; a text that cannot be read raises 13. True is -1 as a number. A result,
+// an object's value or the system's locale that memory does not hold raises 7.
 #pragma once
 
 #include <cstdint>
@@ -86,10 +86,11 @@ QUORL_API Object ToObject(const Variant& value);
 QUORL_API Object RequireObject(const Variant& value);
 
 /// `value` as `type`, by the conversions above. `Variant` gives a copy. Failure 13 for a type that
-/// nothing converts to (Missing, arrays), but a value already of that type passes.
+/// nothing converts to (Empty, Null, Missing, arrays), but a value already of that type passes.
 QUORL_API Variant ConvertTo(const Variant& value, VariantType type);
 
-/// `value` itself unless it holds an object; of an object, what its default member gives.
+/// `value` itself, Null or an array too, unless it holds an object; of an object, what its default
+/// member gives.
 /// Failure 13 without a default member, for an empty reference, and for objects that only ever
 /// lead to further objects.
 QUORL_API Variant PlainValueOf(const Variant& value);

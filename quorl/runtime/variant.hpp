@@ -218,7 +218,7 @@ class QUORL_API Variant {
   }
 
   /// The same type and the same content, without any conversion: Int16 5 is not Int32 5 here, and
-  /// two Nulls are the same. For the library's comparison see compare.hpp.
+  /// two Nulls are the same. Failure 7 as for arrays. For the library's comparison see compare.hpp.
   friend bool operator==(const Variant& a, const Variant& b) {
     return a.type_ == b.type_ && a.Visit([&b]<class Content>(const Content& content) {
       return content == *b.If<Content>();

@@ -1,5 +1,5 @@
-// A key of the store that is closed on every way out of a scope. Internal to the rooms that open
-// keys; used from one thread at a time.
+// A key of the store that is closed on every way out of a scope, for whoever opens keys
+// (operations.hpp). Used from one thread at a time.
 #pragma once
 
 #include <utility>

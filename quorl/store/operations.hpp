@@ -23,10 +23,11 @@
 // Results. Every operation but `FormatMessageA` returns a code of status.hpp and throws nothing;
 // after any code but 0, nothing has changed. Besides those named with each operation, all of them
 // give 6 for a handle that is not open, 87 for an argument out of its contract (a missing out
-// pointer, a negative size, a reserved argument that is not 0, a name too long or with a zero
-// byte), 1018 when the key was deleted after it was opened, 5 when the key was not opened for that,
-// and 8 when memory ran out. The persistent store adds 3, 4, 5, 33, 112, 161, 1009, 1016, 1017,
-// 1150.
+// pointer, a negative size or index, a reserved argument that is not 0, a path with a zero byte,
+// and where a key or value is to be made, a name too long or with a zero byte; where it is only
+// looked for, there is none of that name), 1018 when the key was deleted after it was opened, 5
+// when the key was not opened for that, and 8 when memory ran out. The persistent store adds 3, 4,
+// 5, 33, 112, 161, 1009, 1016, 1017, 1150.
 #pragma once
 
 #include <memory>

@@ -23,7 +23,7 @@ enum StoreStatus : Int32 {
   kWrongFolder = 161,         ///< The store's folder is given by a relative or impossible path.
   kBufferTooSmall = 234,      ///< The buffer is too small; the size needed has been given.
   kEndOfList = 259,           ///< The index is after the last subkey or value.
-  kDamaged = 1009,            ///< The hive is damaged and could not be quarantined.
+  kDamaged = 1009,            ///< The hive is damaged, and no name is left to quarantine it.
   kInputOutputFailed = 1016,  ///< Reading or writing the hive failed.
   kNotAHive = 1017,           ///< The hive's path names a pipe, a folder, a device or the like.
   kKeyDeleted = 1018,         ///< The key was deleted after it was opened.

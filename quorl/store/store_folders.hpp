@@ -16,7 +16,7 @@ struct QUORL_API StoreFolders {
 
   /// The platform's: "$XDG_DATA_HOME/quorl/registry", or "$HOME/.local/share/quorl/registry" when
   /// that is unset, empty, or relative while HOME is set, and "/var/lib/quorl/registry". The user's
-  /// is empty when HOME is needed and unset.
+  /// is empty when HOME is needed and unset. May throw std::bad_alloc.
   static StoreFolders Usual();
 };
 

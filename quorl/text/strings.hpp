@@ -9,7 +9,8 @@
 // number of threads may call at once (`WinVal` as far as `Locale::Current()` is left alone). Where
 // an argument, a result or a counter is an Int16 it ends at 32767, and going past raises failure 6;
 // nothing is ever cut silently. Every member that gives a text or a Variant raises failure 7 when
-// memory is short; the others ask for none. For reading numbers see quorl/runtime/number_text.hpp.
+// memory is short; the others but `WinVal` ask for none. For reading numbers see
+// quorl/runtime/number_text.hpp.
 #pragma once
 
 #include "quorl/runtime/types.hpp"
@@ -70,8 +71,8 @@ class Strings {
   static String GetToken(StringView Text, StringView Separator = u" ", Int16 Index = 1);
 
   /// How often `SubString` occurs, from left to right and without overlap: 2 for "aa" in "aaaa".
-  /// 0 for an empty `Text`. Failure 6 for a `SubString` of more than 32767 characters, and for an
-  /// empty one in a text that is not empty.
+  /// 0 for an empty `Text`. Failure 6 for a `SubString` of more than 32767 characters, for an empty
+  /// one in a text that is not empty, and for more than 2147483647 occurrences.
   static Int32 StrCount(StringView Text, StringView SubString);
 
   /// `Text` with its first occurrence of `OldSubString`, and only that one, replaced. An empty
@@ -87,7 +88,8 @@ class Strings {
   static String DigitsOf(StringView Text);
 
   /// The number that the whole of `Text` holds by `Locale::Current()`, 0 where it holds none or one
-  /// beyond a Double; it never raises. "1 234,56" is 1234.56 under fr-FR; "12abc" is 0 everywhere.
+  /// beyond a Double. "1 234,56" is 1234.56 under fr-FR; "12abc" is 0 everywhere. Failure 7 where
+  /// memory does not suffice to read the system's locale at its first use; no other.
   static Double WinVal(StringView Text);
 
   /// The same as `AphpaNumericOf`, under its other name.

@@ -39,7 +39,7 @@ Object FieldsOf(const QSqlRecord& record, const QStringList& decimals = {});
 Object FieldsOf(const QSqlQuery& query, const QStringList& decimals = {});
 
 /// The value of the field of that name, without case; as `Value` above. Failure 9 where there is no
-/// such field, 424 and 438 for a reference that is no collection of fields.
+/// such field, 91 for the empty reference, 424 and 438 for one that is no collection of fields.
 Variant FieldValue(const Object& fields, StringView name);
 
 /// Binds a value of `DbLib`, or any other, to the next "?" or to a named placeholder of a prepared

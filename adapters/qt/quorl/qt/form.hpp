@@ -44,8 +44,8 @@ inline constexpr Double kUnitsPerPixel = 15;
 ///
 /// Failures of the members: 91 for a deleted window; 5 for a `WindowState` but 0, 1 and 2, for
 /// `Move` with no or more than four arguments, and for moving or sizing a form that is minimised or
-/// maximised; 6 for a length beyond 16777215 pixels; 13 and 94 for what is no number; 438 for
-/// writing a member that is only read. The form is then as it was.
+/// maximised; 6 for a length beyond 16777215 pixels and a `WindowState` beyond an Int16; 13 and 94
+/// for what is no number; 438 for writing a member that is only read. The form is then as it was.
 Object FormOf(QWidget* widget);
 
 /// Makes the screen on which the widget's window stands the ambient `Screen`, in the unit above.

@@ -28,9 +28,10 @@ namespace quorl::qt {
 ///     button.Call(u"click");
 ///
 /// Failures: 91 for a deleted object; 438 for a member that it lacks, that cannot be read or
-/// written, or a read with arguments of a plain property; 5 for a wrong number of arguments; 13 for
-/// a value that does not convert to the property's or argument's type, and for a type that
-/// values.hpp lacks; those of values.hpp. A failure that a method raises passes unchanged.
+/// written, a read with arguments of a plain property, and any write with arguments; 5 for a wrong
+/// number of arguments; 13 for a value that does not convert to the property's or argument's type,
+/// and for a type that values.hpp lacks; those of values.hpp. A failure that a method raises passes
+/// unchanged.
 Object ObjectOf(QObject* object);
 
 /// Whether the reference leads to an object of the toolkit, a deleted one too; false for the empty

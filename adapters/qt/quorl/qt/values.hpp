@@ -56,7 +56,7 @@ Variant FromQt(const QVariant& value);
 /// Currency stays one: it converts to QString as digits with "." and four decimals, which is how
 /// SQL drivers bind it, and to double. An Object gives the QObject behind it.
 /// Failure 6 for a date outside the calendar; 13 for Missing, an array of two dimensions and an
-/// object of another host.
+/// object of another host; 91 for an object that was deleted.
 QVariant ToQt(const Variant& value);
 
 }  // namespace quorl::qt
