@@ -11,7 +11,8 @@ export interface Options {
   folder?: string;
   /** Settings live as long as the process. */
   inMemory?: boolean;
-  /** Folders of the user's and the machine's settings, in place of the usual ones. */
+  /** Folders of the user's settings and, with it alone, of the machine's, in place of the usual
+   * ones. Not with `inMemory`. */
   userFolder?: string;
   machineFolder?: string;
   /** "fr-BE" and the like. */
@@ -25,8 +26,9 @@ export interface Options {
  * were given to; where settings are kept is given before they are first used.
  */
 export declare class Quorl {
-  /** Throws an Error where the libraries are not found, a TypeError for an unknown option, a
-   * QuorlError for an unknown locale, or for settings that are in use already. */
+  /** Throws an Error where the libraries are not found, a TypeError for an unknown option and for
+   * some that exclude each other, a QuorlError for an unknown locale, or for settings that are in
+   * use already. */
   constructor(options?: Options);
   /** "fr-BE" and the like; "" is the system's again. */
   setLocale(name: string): void;

@@ -15,6 +15,10 @@ export class Quorl {
     if (unknown !== undefined)
       throw new TypeError(`Quorl has no option ${unknown}; it has: ${known.join(", ")}`);
     const { folder, inMemory = false, userFolder, machineFolder, locale, screen } = options;
+    if (machineFolder !== undefined && userFolder === undefined)
+      throw new TypeError("a machineFolder needs a userFolder beside it");
+    if (inMemory && userFolder !== undefined)
+      throw new TypeError("settings are either inMemory or in a userFolder");
     load(folder);
     if (inMemory) require(runtime.QuorlSetStore(null, null), "inMemory");
     else if (userFolder !== undefined) useFolders(userFolder, machineFolder);

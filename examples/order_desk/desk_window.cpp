@@ -276,8 +276,8 @@ bool DeskWindow::Save() {
 
 void DeskWindow::Discard() {
   Say({});
-  if (number_ == 0 || !ShowWithoutNote(number_))
-    SetAtHand(number_, number_ == 0 ? Entry{} : saved_);
+  if (number_ == 0) return SetAtHand(0, {});
+  if (!ShowWithoutNote(number_)) SetAtHand(number_, saved_);
 }
 
 void DeskWindow::EditSeparators() {

@@ -49,9 +49,8 @@ bool AddOrders(const QString& connection) {
   QSqlQuery query(QSqlDatabase::database(connection));
   return query.exec(
       u"with recursive n(i) as (select 100 union all select i + 1 from n where i < %1)"
-      u" insert into orders select i, 101 + i % 8, 'Article ' || i, (i % 9999) || '.50', 1 + i % "
-      u"20,"
-      u" '2026-12-24', i % 2 from n"_s.arg(kOrders + 90));
+      u" insert into orders select i, 101 + i % 8, 'Article ' || i, (i % 9999) || '.50',"
+      u" 1 + i % 20, '2026-12-24', i % 2 from n"_s.arg(kOrders + 90));
 }
 
 double TypingTime(EntryForm& form) {

@@ -1,5 +1,5 @@
-// Writes lib/catalogue.js, lib/enumerations.js and lib/classes.d.ts from docs/quorl.json; with --check it only says
-// whether they are what it would write.
+// Writes lib/catalogue.js, lib/enumerations.js and lib/classes.d.ts from docs/quorl.json; with
+// --check it only says whether they are what it would write.
 import { readFileSync, writeFileSync } from "node:fs";
 
 const here = new URL("../", import.meta.url);

@@ -1,6 +1,6 @@
 """What a call costs, beside a bare call through ctypes in the same run.
 
-    QUORL_LIBRARY=build/test python3 python/bench/calls.py
+    QUORL_LIBRARY=build/run python3 python/bench/calls.py
 """
 
 import ctypes

@@ -22,6 +22,7 @@ time.
 
 from __future__ import annotations
 
+import os
 from ctypes import c_char_p
 from typing import Any
 
@@ -44,17 +45,21 @@ class Quorl(classes.Classes):
     are looked for where QUORL_LIBRARY says, then where libraries are installed. A process loads
     them once; locale, screen and settings are the whole process's.
 
-    With `in_memory` settings last as long as the process; `user_folder` and `machine_folder` put
-    them elsewhere than usual. Both can be chosen before the first use of settings alone. `locale`
-    is "fr-BE" and the like, `screen` is width and height.
+    With `in_memory` settings last as long as the process; `user_folder` puts the user's elsewhere
+    than usual, and `machine_folder` with it the machine's. Either can be chosen before the first use
+    of settings alone. `locale` is "fr-BE" and the like, `screen` is width and height.
     """
 
     def __init__(self, folder: str | None = None, in_memory: bool = False,
                  locale: str | None = None, *, screen: tuple[float, float] | None = None,
                  user_folder: str | None = None, machine_folder: str | None = None) -> None:
+        if machine_folder is not None and user_folder is None:
+            raise ValueError("a machine_folder needs a user_folder beside it")
+        if in_memory and user_folder is not None:
+            raise ValueError("settings are either in_memory or in a user_folder")
         _library.loaded.load(folder)
         if in_memory or user_folder is not None:
-            user, machine = [None if place is None else c_char_p(wide(place))
+            user, machine = [None if place is None else c_char_p(wide(os.path.abspath(place)))
                              for place in (user_folder, machine_folder)]
             _library.require(runtime.QuorlSetStore(user, machine), "QuorlSetStore")
         if locale is not None:

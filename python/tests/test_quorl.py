@@ -313,6 +313,8 @@ class Package(unittest.TestCase):
         loaded = _library.loaded
         self.assertEqual(_library.found(loaded.path), loaded.folder)
         self.assertRaisesRegex(QuorlError, "too late", lambda: quorl.Quorl(in_memory=True))
+        for options in {"machine_folder": "m"}, {"in_memory": True, "user_folder": "u"}:
+            self.assertRaisesRegex(ValueError, "user_folder", lambda: quorl.Quorl(**options))
 
 
 if __name__ == "__main__":

@@ -90,8 +90,9 @@ class Writer {
   void PutType(std::uint32_t type) {
     if (type == REG_BINARY) return Put(u"hex:");
     String digits;
-    for (; type != 0 || digits.empty(); type >>= 4)
+    for (; type != 0 || digits.empty(); type >>= 4) {
       digits += HexPair<char16_t>(type & 0xF, kSmallHexDigits)[1];
+    }
     std::ranges::reverse(digits);
     Put(Joined(u"hex(", digits, u"):"));
   }
