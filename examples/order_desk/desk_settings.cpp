@@ -21,8 +21,10 @@ constexpr StringView kDraft = u"Draft";
 // Stands between the fields of a draft; nobody types it.
 constexpr QChar kBetween = u'\x1F';
 
-QString PackedOf(const Entry& entry) {
-  return QStringList{entry.customer_text,
+QString PackedOf(const Draft& draft) {
+  const Entry& entry = draft.entry;
+  return QStringList{QString::number(draft.number),
+                     entry.customer_text,
                      QString::number(entry.customer),
                      entry.article,
                      entry.price,
@@ -32,11 +34,11 @@ QString PackedOf(const Entry& entry) {
       .join(kBetween);
 }
 
-std::optional<Entry> EntryOfPacked(const QString& packed) {
+std::optional<Draft> DraftOfPacked(const QString& packed) {
   const QStringList parts = packed.split(kBetween);
-  if (parts.size() != 7) return std::nullopt;
-  return Entry{parts[0], parts[1].toInt(), parts[2],        parts[3],
-               parts[4], parts[5],         parts[6].toInt()};
+  if (parts.size() != 8) return std::nullopt;
+  return Draft{parts[0].toInt(), Entry{parts[1], parts[2].toInt(), parts[3], parts[4], parts[5],
+                                       parts[6], parts[7].toInt()}};
 }
 
 // The settings keep texts as single bytes; what a person typed is kept as it is, in code units.
@@ -100,16 +102,13 @@ void DeskSettings::SaveRecent(const RollBuffer& recent) {
 
 std::optional<Draft> DeskSettings::RestoreDraft() {
   const Variant packed = registry_.GetValue(kDraft, u"Entry", Null);
-  if (!packed.Holds<Array>()) return std::nullopt;
-  const std::optional<Entry> entry = EntryOfPacked(TextOfBytes(packed));
-  if (!entry) return std::nullopt;
-  return Draft{ToInt32(registry_.GetValue(kDraft, u"Number", 0)), *entry};
+  return packed.Holds<Array>() ? DraftOfPacked(TextOfBytes(packed)) : std::nullopt;
 }
 
+// In one value, so that no draft stands beside the number of another.
 void DeskSettings::SaveDraft(const std::optional<Draft>& draft) {
   if (!draft) return registry_.DeleteKey(kDraft);
-  registry_.SaveValue(kDraft, u"Number", Int32{draft->number});
-  registry_.SaveValue(kDraft, u"Entry", qt::FromQString(PackedOf(draft->entry)), REG_BINARY);
+  registry_.SaveValue(kDraft, u"Entry", qt::FromQString(PackedOf(*draft)), REG_BINARY);
 }
 
 }  // namespace desk
