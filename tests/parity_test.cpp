@@ -283,7 +283,8 @@ TEST(ParityReplay, TheStoredLogIsTheSameByNameThroughTheTableAndRecordedAnew) {
   // Recorded anew, and made anew by its program: new GUIDs apart.
   const std::string masked = "sed 's/^gives \"{.*4...-.*}\"$/GUID/' ";
   const std::string anew = folder.Path() + "/anew";
-  for (const std::string& make : {kProgram + "--record " + anew + " " + kStored,
+  const std::string replay = kProgram + "--store kept --record anew " + kStored;
+  for (const std::string& make : {"cd " + folder.Path() + " && " + replay,
                                   QUORL_BINARY_DIR "/examples/parity/parity_sample " + anew}) {
     EXPECT_EQ(RunProgram(make).status, 0);
     EXPECT_EQ(RunProgram("cd " + folder.Path() + "; " + masked + kStored + " > a; " + masked +

@@ -1,5 +1,7 @@
 #include "examples/parity/host.hpp"
 
+#include <filesystem>
+
 namespace parity {
 
 namespace {
@@ -17,16 +19,19 @@ class Wide {
   BSTR text_ = nullptr;
 };
 
+HRESULT KeepSettings(const std::string& store) {
+  if (store.empty()) return QuorlSetStore(nullptr, nullptr);
+  // The library takes no relative folder.
+  const std::filesystem::path folder = std::filesystem::absolute(store);
+  return QuorlSetStore(Wide(folder).Get(), Wide(folder / "machine").Get());
+}
+
 }  // namespace
 
 bool SetUp(const Header& header, const std::string& component, const std::string& store,
            std::string& refused) {
-  const Wide user(store);
-  const Wide machine(store + "/machine");
-  const HRESULT stored =
-      store.empty() ? QuorlSetStore(nullptr, nullptr) : QuorlSetStore(user.Get(), machine.Get());
   refused = store;
-  if (stored < 0) return false;
+  if (KeepSettings(store) < 0) return false;
   refused = header.locale;
   if (QuorlSetLocale(Wide(header.locale).Get()) < 0) return false;
   refused = "screen";

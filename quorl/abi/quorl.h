@@ -496,8 +496,9 @@ QUORL_API HRESULT QuorlSetLocale(const char16_t* name);
  * process and at any time; set both before forms are placed, as a placing under way may read either
  * of two sizes. */
 QUORL_API HRESULT QuorlSetScreen(double width, double height);
-/* The folders of the user's and the machine's settings. A null user folder: in memory; a null
- * machine folder: the usual one. E_UNEXPECTED, with nothing changed, once the store is in use. */
+/* The folders of the user's and the machine's settings, as absolute paths: each use of settings in
+ * a relative one fails with code 161. A null user folder: in memory; a null machine folder: the
+ * usual one. E_UNEXPECTED, with nothing changed, once the store is in use. */
 QUORL_API HRESULT QuorlSetStore(const char16_t* user_folder, const char16_t* machine_folder);
 /* Loads a component and has it register or unregister itself: one change of the store, made whole
  * or not at all. 0x80070000 + the store's code when it fails, QUORL_E_NOTLOADABLE without the
