@@ -81,8 +81,8 @@ static void* New(const GUID* class_identifier, const GUID* identifier) {
 
 /* ---------------------------------------------------------------- objects of the host's own -- */
 
-/* An object with up to 10 members: those that it lists by name, its identifiers being places
- * from 1. Combo and form differ in what they do when they are invoked. */
+/* An object with the members that it lists by name; their identifiers are their places, from 1.
+ * Combo and form differ in what they do when they are invoked. */
 typedef struct Host {
   QuorlDispatch dispatch;
   uint32_t count;
@@ -99,9 +99,11 @@ static int IsSame(const char16_t* a, const char16_t* b) {
 static uint32_t HostAddRef(QuorlDispatch* self) { return ++((Host*)self)->count; }
 static uint32_t HostRelease(QuorlDispatch* self) { return --((Host*)self)->count; }
 static HRESULT HostQuery(QuorlDispatch* self, const GUID* identifier, void** out) {
-  (void)identifier;
+  const int is_known = memcmp(identifier, &IID_IUnknown, sizeof(GUID)) == 0 ||
+                       memcmp(identifier, &IID_IDispatch, sizeof(GUID)) == 0;
+  *out = is_known ? self : NULL;
+  if (!is_known) return E_NOINTERFACE;
   HostAddRef(self);
-  *out = self;
   return S_OK;
 }
 static HRESULT HostTypeInfoCount(QuorlDispatch* self, uint32_t* count) {
