@@ -31,7 +31,7 @@ from typing import Any, Type, TypeVar, Union
 
 from ._contract import identifier
 from ._objects import ItemSequence, LibraryObject, Member
-from ._values import ByRef, Missing
+from ._values import ByRef, Missing, NoObject
 
 Enumeration = TypeVar("Enumeration", bound=IntEnum)
 
@@ -42,6 +42,10 @@ def _named(enumeration: Type[Enumeration], value: int) -> Union[Enumeration, int
         return enumeration(value)
     except ValueError:
         return value
+
+
+def _object(value: Any) -> Any:
+    return NoObject if value is None else value
 '''
 STUB_HEAD = '''# Generated from docs/quorl.json by tools/generate_python.py; do not edit.
 from datetime import datetime
@@ -127,7 +131,8 @@ def tuple_of(elements):
 
 
 def body(kind, member):
-    arguments = [one["name"] for one in member["arguments"]]
+    arguments = [f"_object({one['name']})" if one["type"] == "Object" else one["name"]
+                 for one in member["arguments"]]
     call = f"self._call({constant(kind, member)}, {tuple_of(arguments)})"
     if "result" not in member:
         return f"        {call}"

@@ -10,10 +10,10 @@
     money.ToText(Decimal("80"))
 
 Numbers, texts, bool and datetime are what they are in Python; a Decimal is a Currency, bytes are
-an array of bytes, a list is an array of Variants, None is Null. `Empty` is a value never assigned,
-`Missing` an argument left out, `Array` an array with its element type and bounds, `ByRef` an
-argument that is written back. Any other object is lent to the library, which uses its attributes
-and methods by name, ignoring case.
+an array of bytes, a list is an array of Variants, None is Null, and the empty reference where an
+object is wanted. `Empty` is a value never assigned, `Missing` an argument left out, `Array` an array
+with its element type and bounds, `ByRef` an argument that is written back. Any other object is lent
+to the library, which uses its attributes and methods by name, ignoring case.
 
 Failures are `QuorlError` with number, source and description. What a lent object raises reaches the
 caller as it is. Everything runs on the caller's thread; an object is used from one thread at a

@@ -43,6 +43,8 @@ class State:
 
 Empty = State("Empty")
 Missing = State("Missing")
+# What None is for an argument that is an object: the empty reference.
+NoObject = State("None")
 
 
 class ByRef:
@@ -241,6 +243,8 @@ def _write_nothing(buffer: Any, offset: int, _value: None) -> None:
 def _write_state(buffer: Any, offset: int, value: State) -> None:
     if value is Missing:
         _write_int32(buffer, offset, ERROR, signed(MISSING))
+    elif value is NoObject:
+        write_pointer(buffer, offset, OBJECT, 0)
     else:
         _write_int32(buffer, offset, EMPTY, 0)
 

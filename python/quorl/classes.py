@@ -12,7 +12,7 @@ from typing import Any, Type, TypeVar, Union
 
 from ._contract import identifier
 from ._objects import ItemSequence, LibraryObject, Member
-from ._values import ByRef, Missing
+from ._values import ByRef, Missing, NoObject
 
 Enumeration = TypeVar("Enumeration", bound=IntEnum)
 
@@ -23,6 +23,10 @@ def _named(enumeration: Type[Enumeration], value: int) -> Union[Enumeration, int
         return enumeration(value)
     except ValueError:
         return value
+
+
+def _object(value: Any) -> Any:
+    return NoObject if value is None else value
 
 
 class AlignentEnum(IntEnum):
@@ -912,7 +916,7 @@ class ComboBoxEx(LibraryObject):
         Text: String
         Length: Int16, 0 when left out
         """
-        self._call(_ComboBoxEx_method_CmbSelectMatchString, (Combo, Text, Length))
+        self._call(_ComboBoxEx_method_CmbSelectMatchString, (_object(Combo), Text, Length))
 
     def CmbSelectMatchToken(self, Combo: Any, Text: str, Index: int = 1) -> None:
         """Method of ComboBoxEx.
@@ -921,7 +925,7 @@ class ComboBoxEx(LibraryObject):
         Text: String
         Index: Int16, 1 when left out
         """
-        self._call(_ComboBoxEx_method_CmbSelectMatchToken, (Combo, Text, Index))
+        self._call(_ComboBoxEx_method_CmbSelectMatchToken, (_object(Combo), Text, Index))
 
     def CmbSelectMatchSubString(self, Combo: Any, Text: str, Start: int = 1, Length: int = 0) -> None:
         """Method of ComboBoxEx.
@@ -931,7 +935,7 @@ class ComboBoxEx(LibraryObject):
         Start: Int16, 1 when left out
         Length: Int16, 0 when left out
         """
-        self._call(_ComboBoxEx_method_CmbSelectMatchSubString, (Combo, Text, Start, Length))
+        self._call(_ComboBoxEx_method_CmbSelectMatchSubString, (_object(Combo), Text, Start, Length))
 
     def CmbSelectItemData(self, Combo: Any, ItemData: int) -> None:
         """Method of ComboBoxEx.
@@ -939,7 +943,7 @@ class ComboBoxEx(LibraryObject):
         Combo: Object
         ItemData: Int32
         """
-        self._call(_ComboBoxEx_method_CmbSelectItemData, (Combo, ItemData))
+        self._call(_ComboBoxEx_method_CmbSelectItemData, (_object(Combo), ItemData))
 
     def CmbCurrentItemData(self, Combo: Any, DefValue: int) -> int:
         """Method of ComboBoxEx.
@@ -948,7 +952,7 @@ class ComboBoxEx(LibraryObject):
         DefValue: Int32
         Gives Int32
         """
-        return self._call(_ComboBoxEx_method_CmbCurrentItemData, (Combo, DefValue))
+        return self._call(_ComboBoxEx_method_CmbCurrentItemData, (_object(Combo), DefValue))
 
 
 _Forms_method_InitFormSettings = Member("Forms", "InitFormSettings", 1, 1, ("Frm", "Container", "Width", "Height"))
@@ -976,7 +980,7 @@ class Forms(LibraryObject):
         Width: Double, 0 when left out
         Height: Double, 0 when left out
         """
-        self._call(_Forms_method_InitFormSettings, (Frm, Container, Width, Height))
+        self._call(_Forms_method_InitFormSettings, (_object(Frm), _object(Container), Width, Height))
 
     def SaveFormSettings(self, Reg: Registry, Frm: Any, FrmName: Any = Missing) -> None:
         """Method of Forms.
@@ -985,7 +989,7 @@ class Forms(LibraryObject):
         Frm: Object
         FrmName: Variant, may be left out
         """
-        self._call(_Forms_method_SaveFormSettings, (Reg, Frm, FrmName))
+        self._call(_Forms_method_SaveFormSettings, (_object(Reg), _object(Frm), FrmName))
 
     def GetFormSettings(self, Reg: Registry, Frm: Any, FrmName: Any = Missing) -> None:
         """Method of Forms.
@@ -994,7 +998,7 @@ class Forms(LibraryObject):
         Frm: Object
         FrmName: Variant, may be left out
         """
-        self._call(_Forms_method_GetFormSettings, (Reg, Frm, FrmName))
+        self._call(_Forms_method_GetFormSettings, (_object(Reg), _object(Frm), FrmName))
 
 
 

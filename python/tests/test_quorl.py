@@ -209,6 +209,7 @@ class HostObjects(unittest.TestCase):
         error = exception_of(library.ComboBoxEx.CmbSelectItemData, object(), 1)
         self.assertEqual((error.number, error.source), (438, "Quorl.Runtime"))
         self.assertRaises(ZeroDivisionError, library.ComboBoxEx.CmbSelectItemData, Dynamic(), 1)
+        self.assertEqual(exception_of(library.ComboBoxEx.CmbSelectItemData, None, 1).number, 91)
 
     def test_what_the_library_provides_for_is_no_failure_but_an_interrupt_is(self):
         class Form:
