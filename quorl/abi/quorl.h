@@ -200,7 +200,10 @@ enum {
  * and the result is DISP_E_UNKNOWNNAME. `identifier` and `lcid` are ignored. A member answers
  * Invoke when its kind is among the flags; where they allow a get and a put, the number of
  * arguments decides. The last three pointers of Invoke may be null; wrong_argument tells which
- * element of the array is meant by DISP_E_PARAMNOTFOUND. */
+ * element of the array is meant by DISP_E_PARAMNOTFOUND. A member's failure is DISP_E_EXCEPTION,
+ * with the record filled; a wrong call is DISP_E_MEMBERNOTFOUND, DISP_E_BADPARAMCOUNT,
+ * DISP_E_PARAMNOTFOUND, DISP_E_PARAMNOTOPTIONAL, or E_POINTER without parameters or their arrays.
+ * GetTypeInfo knows index 0 alone and gives DISP_E_BADINDEX for any other. */
 #define QUORL_DISPATCH_SLOTS(Self)                                                             \
   QUORL_UNKNOWN_SLOTS(Self);                                                                   \
   HRESULT (*GetTypeInfoCount)(Self * self, uint32_t * count);                                  \
@@ -336,7 +339,7 @@ struct QuorlTypeInfoTable {
   HRESULT(*GetArgument)
   (QuorlTypeInfo* self, uint32_t index, uint32_t argument, QuorlArgument* out);
   /* A member's name and help string by its identifier, the class's own for id -1. Each out pointer
-   * may be null; the texts are the caller's to free. */
+   * may be null; the texts are the caller's to free. DISP_E_MEMBERNOTFOUND for an unknown one. */
   HRESULT (*GetDocumentation)(QuorlTypeInfo* self, int32_t id, BSTR* name, BSTR* help);
   /* As the object's own GetIDsOfNames. */
   HRESULT(*GetIDsOfNames)
@@ -397,7 +400,8 @@ static const GUID QUORL_IID_LIBRARY_INFO = {
 /* What gives an HRESULT gives E_POINTER for a null pointer where none may stand, E_OUTOFMEMORY when
  * memory ran out, and the codes that are named with it. */
 
-/* Texts. A null argument gives null; SysFreeString takes null. Length counts code units. */
+/* Texts. A null argument gives null, and so do want of memory and more bytes than a uint32 counts;
+ * SysFreeString takes null. Length counts code units. */
 QUORL_API BSTR SysAllocString(const char16_t* text);
 /* `text` may be null: the units are then zeros. */
 QUORL_API BSTR SysAllocStringLen(const char16_t* text, uint32_t length);
