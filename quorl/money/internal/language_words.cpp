@@ -38,10 +38,10 @@ class Maker {
   constexpr StringView Row(Int32 row) const { return LoadWordRow(base_ + row); }
 
   constexpr void Numbers(LanguageWords& words) const {
-    words.zero.Add(Row(kZeroRow));
-    for (Int32 kind = 0; kind < 3; ++kind) words.one[At(kind)].Add(One(kind));
-    for (Int32 number = 1; number < 100; ++number) {
-      words.below_hundred[At(number)] = BelowHundred(number);
+    for (Int32 kind = 0; kind < 3; ++kind) {
+      for (Int32 number = 0; number < 100; ++number) {
+        words.below_hundred[At(kind)][At(number)] = BelowHundred(number, kind);
+      }
     }
     words.eighty_before_thousand.Add(Alternative(Row(kTensRow + 8), 0));
   }
@@ -51,33 +51,35 @@ class Maker {
     return Alternative(row, std::min(kind, LastAlternative(row)));
   }
 
-  constexpr Slot BelowHundred(Int32 number) const {
+  constexpr Slot BelowHundred(Int32 number, Int32 kind) const {
     const Int32 tens = number / 10, unit = number % 10;
     Slot slot;
-    if (number == 1) {
-      slot.before_one = true;
-    } else if (number < 20) {
-      slot.Add(Row(number));
+    if (number < 20) {
+      AddUnit(slot, number, kind);
     } else if (unit == 0) {
       const bool plural = base_ == kFrenchWords && number == 80;
       slot.Add(Alternative(Row(kTensRow + tens), plural ? 1 : 0));
     } else if (base_ == kFrenchWords || base_ == kEnglishWords) {
-      AddTensThenUnit(slot, tens, unit);
+      AddTensThenUnit(slot, tens, unit, kind);
     } else {
       AddUnitThenTens(slot, tens, unit);
     }
     return slot;
   }
 
-  constexpr void AddTensThenUnit(Slot& slot, Int32 tens, Int32 unit) const {
+  constexpr void AddUnit(Slot& slot, Int32 unit, Int32 kind) const {
+    slot.Add(unit == 1 ? One(kind) : Row(unit));
+    slot.takes_kind = unit == 1;
+  }
+
+  constexpr void AddTensThenUnit(Slot& slot, Int32 tens, Int32 unit, Int32 kind) const {
     slot.Add(Alternative(Row(kTensRow + tens), 0));
     slot.Add(kHyphen);
     if (base_ == kFrenchWords && unit == 1 && tens != 8) {
       slot.Add(Alternative(Row(kJoiningRow), 0));
       slot.Add(kHyphen);
     }
-    slot.before_one = unit == 1;
-    if (unit != 1) slot.Add(Row(unit));
+    AddUnit(slot, unit, kind);
   }
 
   // "eenentwintig", "tweeëntwintig", "einundzwanzig".
@@ -132,14 +134,10 @@ class Maker {
   Int32 base_;
 };
 
+}  // namespace
+
 constexpr std::array<LanguageWords, kWordBlocks> kLanguageWords{
     Maker(kFrenchWords).Make(), Maker(kEnglishWords).Make(), Maker(kDutchWords).Make(),
     Maker(kGermanWords).Make()};
-
-}  // namespace
-
-const LanguageWords& WordsOf(Int32 language_base) noexcept {
-  return kLanguageWords[static_cast<std::size_t>(language_base / 1000 - 1)];
-}
 
 }  // namespace quorl::internal

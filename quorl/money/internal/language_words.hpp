@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "quorl/money/internal/word_tables.hpp"
 #include "quorl/runtime/types.hpp"
 
 namespace quorl::internal {
@@ -30,8 +31,8 @@ class Slot {
     return out + length_;
   }
 
-  /// Whether the word for one comes behind these words, in the form that is asked for.
-  bool before_one = false;
+  /// Whether a form of one that is asked for is among these words.
+  bool takes_kind = false;
 
  private:
   std::uint8_t length_ = 0;
@@ -42,8 +43,8 @@ class Slot {
 enum ScaleLevel : std::size_t { kThousands = 1, kMillions, kMilliards, kBillions };
 
 struct LanguageWords {
-  /// By number, nothing for 0.
-  std::array<Slot, 100> below_hundred;
+  /// By the form of a final one, then by number.
+  std::array<std::array<Slot, 100>, 3> below_hundred;
   /// 80 has a form of its own before the thousand.
   Slot eighty_before_thousand;
   /// A digit and the hundred, nothing for 0: with nothing behind them, before more of the same
@@ -53,9 +54,6 @@ struct LanguageWords {
   std::array<Slot, kBillions + 1> scale, scale_before_more;
   /// The same of one, which stands in front where the language writes it.
   std::array<Slot, kBillions + 1> one_scale, one_scale_before_more;
-  Slot zero;
-  /// The word for one, by kind.
-  std::array<Slot, 3> one;
   /// Whether a final one of several words has the form that is asked for.
   bool has_kind_behind_hundreds;
   /// With a blank behind it.
@@ -65,7 +63,12 @@ struct LanguageWords {
   std::array<Slot, 2> link;
 };
 
-/// The words of the block that begins at `language_base`, one of the four of word_tables.hpp.
-const LanguageWords& WordsOf(Int32 language_base) noexcept;
+/// By language, in the order of the blocks of word_tables.hpp.
+extern const std::array<LanguageWords, kWordBlocks> kLanguageWords;
+
+/// The words of the block that begins at `language_base`, one of the four.
+inline const LanguageWords& WordsOf(Int32 language_base) noexcept {
+  return kLanguageWords[static_cast<std::size_t>(language_base / 1000 - 1)];
+}
 
 }  // namespace quorl::internal
