@@ -108,7 +108,7 @@ TEST(Strings, SearchMembersFollowTheirStepsOnWildArguments) {
     EXPECT_SAME(S::StrTran(t, s, other), SlowReplace(t, s, other));
     EXPECT_SAME(S::IndexOf(t, s, start, count), SlowIndexOf(t, s, start, count));
     EXPECT_SAME(S::Contains(t, s, start, count), SlowIndexOf(t, s, start, count) > 0);
-    const String any = s + String(round % 4 == 0 ? 99 : 0, u'x');
+    const String any = s + String(round % 4 == 0 ? 99 : round % 4 == 1 ? 20 : 0, u'x');
     EXPECT_SAME(S::IndexOfAny(t, any, start, count), SlowIndexOfAny(t, s, start, count));
     EXPECT_SAME(S::ContainsAny(t, any, start, count), SlowIndexOfAny(t, s, start, count) > 0);
   }

@@ -1,6 +1,7 @@
 // Tokens, occurrences and positions.
 
 #include <algorithm>
+#include <array>
 #include <bitset>
 
 #include "quorl/runtime/convert.hpp"
@@ -67,8 +68,24 @@ std::int64_t EndOfRange(StringView text, Int16 start, Int16 count) {
   return std::min<std::int64_t>(end, LengthOf(text));
 }
 
-// The first place in `text` of one of a few `units`, or npos: each is compared with eight
+// The first place in `text` of one of one to four `units`, or npos: each is compared with eight
 // characters at once.
+std::size_t FindAnyOfFour(StringView text, StringView units) {
+  std::array<UnitBlock, 4> wanted;
+  for (std::size_t i = 0; i < wanted.size(); ++i) {
+    wanted[i] = BlockOf(units[std::min(i, units.size() - 1)]);
+  }
+  std::size_t place = 0;
+  for (; place + kBlockUnits <= text.size(); place += kBlockUnits) {
+    const UnitBlock block = BlockAt(text.data() + place);
+    const Lanes lanes((block == wanted[0]) | (block == wanted[1]) | (block == wanted[2]) |
+                      (block == wanted[3]));
+    if (!lanes.IsEmpty()) return place + lanes.First();
+  }
+  return text.find_first_of(units, place);
+}
+
+// The same for a few units more, or none.
 std::size_t FindAnyOfFew(StringView text, StringView units) {
   std::size_t place = 0;
   for (; place + kBlockUnits <= text.size(); place += kBlockUnits) {
@@ -83,21 +100,26 @@ std::size_t FindAnyOfFew(StringView text, StringView units) {
   return text.find_first_of(units, place);
 }
 
-// The first place in `text` of one of `units`, or npos, in a time that grows with the sum of both
-// lengths.
-std::size_t FindAny(StringView text, StringView units) {
-  // So many comparisons cost about as much as an empty set of all units. Up to there each character
-  // is looked for among the units.
-  constexpr std::size_t kComparisons = 512;
-  const std::size_t near = kComparisons / std::max<std::size_t>(units.size(), 1);
+// So many comparisons cost about as much as an empty set of all units.
+constexpr std::size_t kComparisons = 512;
+
+// The same for many units, in a time that grows with the sum of both lengths.
+std::size_t FindAnyOfMany(StringView text, StringView units) {
+  const std::size_t near = kComparisons / units.size();
   const std::size_t found = FindAnyOfFew(text.substr(0, near), units);
-  if (found != StringView::npos || near >= text.size()) return found;
+  if (found != StringView::npos) return found;
   std::bitset<0x10000> wanted;
   for (const char16_t unit : units) wanted[unit] = true;
   for (std::size_t place = near; place < text.size(); ++place) {
     if (wanted[text[place]]) return place;
   }
   return StringView::npos;
+}
+
+std::size_t FindAny(StringView text, StringView units) {
+  if (!units.empty() && units.size() <= 4) return FindAnyOfFour(text, units);
+  return text.size() * units.size() <= kComparisons ? FindAnyOfFew(text, units)
+                                                    : FindAnyOfMany(text, units);
 }
 
 }  // namespace
@@ -166,7 +188,7 @@ Int16 Strings::IndexOfAny(StringView cText, StringView cAnyOf, Int16 nStart, Int
   if (nStart > end) return 0;
   const StringView scanned = Slice(cText, nStart, end - nStart + 1);
   const std::size_t offset = FindAny(scanned, cAnyOf);
-  if (offset != StringView::npos) return CheckedInt16(nStart + static_cast<std::int64_t>(offset));
+  if (offset != StringView::npos) return static_cast<Int16>(nStart + static_cast<Int16>(offset));
   // Published limit: the counter is 16 bits and must reach one past the end (failure 6).
   CheckedInt16(end + 1);
   return 0;
