@@ -108,6 +108,7 @@ std::optional<RecordHead> DecodeCheckedRecordHead(std::string_view bytes) noexce
                         .data_bytes = Get<std::uint32_t>(bytes, 4),
                         .number = Get<std::uint32_t>(bytes, 8),
                         .key = Get<std::uint32_t>(bytes, 12),
+                        .check = Get<std::uint32_t>(bytes, kRecordHeadBytes - kCheckBytes),
                         .name = bytes.substr(kRecordHeadBytes, Get<std::uint16_t>(bytes, 2))};
   const bool whole = head.name.size() == Get<std::uint16_t>(bytes, 2);
   return whole && IsKnown(head.kind) ? std::optional(head) : std::nullopt;
@@ -115,9 +116,7 @@ std::optional<RecordHead> DecodeCheckedRecordHead(std::string_view bytes) noexce
 
 std::optional<RecordHead> DecodeRecordHead(std::string_view bytes, std::uint32_t salt) noexcept {
   const auto head = DecodeCheckedRecordHead(bytes);
-  if (!head) return std::nullopt;
-  const std::uint32_t check = Get<std::uint32_t>(bytes, kRecordHeadBytes - kCheckBytes);
-  return check == HeadCheck(salt, bytes, head->name) ? head : std::nullopt;
+  return head && head->check == HeadCheck(salt, bytes, head->name) ? head : std::nullopt;
 }
 
 RecordBody DecodeRecordBody(const RecordHead& head, std::string_view record) noexcept {
@@ -126,9 +125,10 @@ RecordBody DecodeRecordBody(const RecordHead& head, std::string_view record) noe
           .data = body.substr(kRecordOverhead - kRecordHeadBytes, head.data_bytes)};
 }
 
-std::optional<std::uint32_t> DecodeBodyCheck(std::string_view body) noexcept {
+std::optional<std::uint32_t> DecodeBodyCheck(const RecordHead& head,
+                                             std::string_view body) noexcept {
   if (body.size() < kCheckBytes) return std::nullopt;
-  return Get<std::uint32_t>(body, 0);
+  return Get<std::uint32_t>(body, 0) ^ head.check;
 }
 
 TransactionWriter::TransactionWriter(std::uint32_t salt, std::uint64_t last,
@@ -191,13 +191,16 @@ void TransactionWriter::AppendRecord(RecordKind kind, std::uint32_t key, std::st
   Put(bytes_, static_cast<std::uint32_t>(data.size()));
   Put(bytes_, static_cast<std::uint32_t>(++number_));
   Put(bytes_, key);
-  Put(bytes_, HeadCheck(head_.salt, std::string_view(bytes_).substr(start), name));
+  const std::uint32_t head_check =
+      HeadCheck(head_.salt, std::string_view(bytes_).substr(start), name);
+  Put(bytes_, head_check);
   bytes_ += name;
   const std::size_t body = bytes_.size();
   Put(bytes_, std::uint32_t{0});
   Put(bytes_, word);
   bytes_ += data;
-  const std::uint32_t check = Crc32c(std::string_view(bytes_).substr(body + kCheckBytes));
+  const std::uint32_t check =
+      Crc32c(std::string_view(bytes_).substr(body + kCheckBytes)) ^ head_check;
   std::memcpy(bytes_.data() + body, &check, sizeof check);
   identity_ = {kind, key, HashOfName(name)};
 }

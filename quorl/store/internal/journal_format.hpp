@@ -34,10 +34,10 @@
 // A writer whose write or sync failed overwrites what it wrote with zeros before it tells so.
 //
 // For damage. `head check` is that of salt, head and name, so that a record whose data is damaged
-// is known by its key and name, and `body check` that of word and data. Each transaction repeats
-// the identity of the record before its first one (`former`, by the name's hash, see
-// name_hash.hpp): where that record is lost, the value that it replaced or deleted is known, and
-// does not come back.
+// is known by its key and name. `body check` is that of word and data, exclusive-or `head check`,
+// so that no other record's body passes for this one's. Each transaction repeats the identity of
+// the record before its first one (`former`, by the name's hash, see name_hash.hpp): where that
+// record is lost, the value that it replaced or deleted is known, and does not come back.
 //
 // A confirmation says that everything up to the record `last` was synced. It is written after the
 // sync, where the next transaction will be, and is not synced itself. By it, damage to the last
@@ -109,6 +109,7 @@ struct RecordHead {
   std::uint32_t data_bytes = 0;
   std::uint32_t number = 0;  ///< The low bits of the record's number.
   std::uint32_t key = 0;
+  std::uint32_t check = 0;
   std::string_view name{};
 
   /// The whole record's length, and where its body begins.
@@ -131,8 +132,9 @@ std::optional<Confirmation> DecodeConfirmation(std::string_view bytes) noexcept;
 std::optional<RecordHead> DecodeRecordHead(std::string_view bytes, std::uint32_t salt) noexcept;
 /// The same without a look at the head's check, for a transaction whose own check is right.
 std::optional<RecordHead> DecodeCheckedRecordHead(std::string_view bytes) noexcept;
-/// The check with which a record's body begins; none when the bytes are too few.
-std::optional<std::uint32_t> DecodeBodyCheck(std::string_view body) noexcept;
+/// What the check of word and data must be by the record's body; none when the bytes are too few.
+std::optional<std::uint32_t> DecodeBodyCheck(const RecordHead& head,
+                                             std::string_view body) noexcept;
 /// The body of a record of which all bytes are there.
 RecordBody DecodeRecordBody(const RecordHead& head, std::string_view record) noexcept;
 

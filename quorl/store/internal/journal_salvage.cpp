@@ -132,7 +132,7 @@ class Survey {
     last_ += static_cast<std::uint64_t>(std::int64_t{ahead});
     const std::uint64_t body = head->BodyStart();
     const std::uint64_t bytes = head->Bytes();
-    is_whole = is_whole || BodyIsIntact(offset_ + body, bytes - body);
+    is_whole = is_whole || BodyIsIntact(*head, offset_ + body, bytes - body);
     found_.push_back({.number = last_, .offset = offset_, .bytes = bytes, .is_whole = is_whole});
     // What follows the name of a damaged record may be another record.
     told_ = std::max(told_, offset_ + bytes);
@@ -140,9 +140,9 @@ class Survey {
     return true;
   }
 
-  bool BodyIsIntact(std::uint64_t offset, std::uint64_t bytes) {
+  bool BodyIsIntact(const RecordHead& head, std::uint64_t offset, std::uint64_t bytes) {
     constexpr std::uint64_t kCheckBytes = sizeof(std::uint32_t);
-    const auto check = DecodeBodyCheck(window_.At(offset, kCheckBytes));
+    const auto check = DecodeBodyCheck(head, window_.At(offset, kCheckBytes));
     return check && checks_.Of(offset + kCheckBytes, bytes - kCheckBytes) == check;
   }
 
