@@ -57,6 +57,10 @@ StoreStatus LoadJournal(const OpenFile& file, LoadedJournal& loaded) {
   loaded.report.records = 0;
   Salvage(window, is_ours ? std::optional(header->salt) : std::nullopt, *loaded.tree,
           loaded.report);
+  // Every record is there, but moved or twice: what is written on from here would end them.
+  if (!loaded.report.Damaged()) {
+    loaded.report.losses.push_back({.offset = loaded.position.end, .bytes = kTransactionHeadBytes});
+  }
   return static_cast<StoreStatus>(loaded.report.status);
 }
 
