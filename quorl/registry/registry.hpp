@@ -121,8 +121,9 @@ class Registry {
   void DeleteValue(StringView KeyName, StringView ValueName);
 
   /// Copies values and subkeys of a key, all levels, into another below the same root, which is
-  /// made first if need be. What is there already stays, values of the same name are replaced.
-  /// Failure 2 when the source is absent; after a failure the destination has been made.
+  /// made first if need be, as a change of its own. What is there already stays, values of the same
+  /// name are replaced. Failure 2 when the source is absent; after a failure the destination has
+  /// been made.
   void CopyKey(StringView SourceKeyName, StringView DestinationKeyName);
 
  private:
