@@ -109,7 +109,7 @@ struct RecordHead {
   std::uint32_t data_bytes = 0;
   std::uint32_t number = 0;  ///< The low bits of the record's number.
   std::uint32_t key = 0;
-  std::uint32_t check = 0;
+  std::uint32_t check = 0;  ///< That of salt, head and name.
   std::string_view name{};
 
   /// The whole record's length, and where its body begins.
