@@ -379,7 +379,7 @@ bool Exercise(ParityRecorder* recorder, const Share& share, QuorlDispatch* regis
 }  // namespace
 
 int main(int count, char** values) {
-  if (count != 2) {
+  if (count != 2 || values[1][0] == '-') {
     std::cerr << "usage: parity_sample FILE\n";
     return 2;
   }
