@@ -48,8 +48,8 @@ class Math {
 
   /// `Expression1` if it is at most (for `Max`: at least) `Expression2` by the library's
   /// comparison, else `Expression2`; so the first one on a tie, the second one with Null on either
-  /// side or NaN. The chosen value keeps its type. Failure 13 for an object without a plain value,
-  /// and for an array or Missing unless the other side is Null; 7 where memory does not hold the
+  /// side or NaN. The chosen value keeps its type. Failure 13, unless the other side is Null, for
+  /// an object without a plain value, an array and Missing; 7 where memory does not hold the
   /// result; those of an object's default member.
   static Variant Min(const Variant& Expression1, const Variant& Expression2);
   static Variant Max(const Variant& Expression1, const Variant& Expression2);

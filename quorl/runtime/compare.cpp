@@ -55,9 +55,9 @@ std::partial_ordering ComparePlain(const Variant& left, const Variant& right) {
 
 // Apart, so that comparing numbers needs no room for what this does.
 [[gnu::noinline]] std::partial_ordering CompareOthers(const Variant& left, const Variant& right) {
+  if (left.IsNull() || right.IsNull()) return std::partial_ordering::unordered;
   if (left.Holds<Object>()) return Compare(PlainValueOf(left), right);
   if (right.Holds<Object>()) return Compare(left, PlainValueOf(right));
-  if (left.IsNull() || right.IsNull()) return std::partial_ordering::unordered;
   return ComparePlain(left, right);
 }
 

@@ -2,9 +2,9 @@
 // (`Compare(a, b) <= 0`); with Null on either side the ordering is unordered, so that every test
 // but != is false. NaN is unordered too.
 //
-// Common to all: an object counts as the value of its default member, whose failures pass. Failure
-// 13 for objects without a plain value, and for arrays and Missing unless the other side is Null; 7
-// where memory is short. Texts compare by code unit.
+// Common to all: an object counts as the value of its default member, whose failures pass; it is
+// not asked for beside Null. Failure 13, unless the other side is Null, for objects without a plain
+// value, arrays and Missing; 7 where memory is short. Texts compare by code unit.
 #pragma once
 
 #include <compare>
