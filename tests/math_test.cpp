@@ -103,18 +103,19 @@ TEST(MathRounding, AgreesWithWholeNumbersForCurrencies) {
   Random random(1405);
   for (int sample = 0; sample < kSamples / 4 && !HasFailure(); ++sample) {
     const auto d = static_cast<Int16>(random.Whole(0, 3));
-    const auto units = static_cast<std::int64_t>(random.Bits() >> random.Whole(14, 63));
+    const int factor = d == 0 ? 1 : d == 1 ? 10 : d == 2 ? 100 : 1000;
+    const auto units = static_cast<std::int64_t>(random.Bits() >> random.Whole(1, 63)) / factor;
     const int sign = sample % 2 == 0 ? 1 : -1;
     const Currency amount = Currency::FromTenThousandths(sign * units);
     SCOPED_TRACE(std::to_string(sign * units) + " ten-thousandths to " + std::to_string(d));
-    // Cut on the amount's own digits, rounded as the Double nearest to them.
-    const std::int64_t scaled = units * (d == 0 ? 1 : d == 1 ? 10 : d == 2 ? 100 : 1000);
-    EXPECT_EQ(NumberOf([&] { return Math::StdTruncate(amount, d); }),
-              sign * Placed(scaled / 10000, d));
+    // Cut and rounded on the amount's own digits, but by fives as the Double nearest to them.
+    const std::int64_t whole = units * factor / 10000, rest = units * factor % 10000;
+    EXPECT_EQ(NumberOf([&] { return Math::StdTruncate(amount, d); }), sign * Placed(whole, d));
     EXPECT_EQ(NumberOf([&] { return Math::StdRound(amount, d); }),
-              sign * Placed(Scaled(Placed(scaled, 4)).Nearest(), d));
-    EXPECT_EQ(NumberOf([&] { return Math::Round2019(amount); }),
-              sign * Placed(Scaled(Placed(units * 100, 4)).NearestFive(), 2));
+              sign * Placed(whole + (rest >= 5000), d));
+    const auto hundredth = Currency::FromTenThousandths(sign * (units / 100));
+    EXPECT_EQ(NumberOf([&] { return Math::Round2019(hundredth); }),
+              sign * Placed(Scaled(Placed(units / 100 * 100, 4)).NearestFive(), 2));
   }
 }
 

@@ -23,8 +23,10 @@ namespace quorl {
 /// Currency, and in `Round2019` a Single, that overflows when it is scaled; 7 where memory does not
 /// hold an object's value.
 ///
-/// The half that rounding to the nearest adds is added to a Double: from 2 to the power of 52 on,
-/// where a Double holds whole numbers alone, an odd number may become the even one above it.
+/// `StdRound` and `StdTruncate` decide on a Currency's own digits, `Round2019` on the nearest
+/// Double. The half that rounding to the nearest adds to any other number is added to a Double:
+/// from 2 to the power of 52 on, where a Double holds whole numbers alone, an odd number may become
+/// the even one above it.
 ///
 ///     Math::StdRound(1.005, 2);   // 1.01
 ///     Math::RoundSup(-1.23, 1);   // -1.3

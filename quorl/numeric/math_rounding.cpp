@@ -20,8 +20,18 @@ constexpr Double kHalf = 0.5;
 Double Scaled(Double number, Int32 factor) {
   return RoundToDecimals(Multiply(number, static_cast<Double>(factor)), kCleanDecimals);
 }
-Double Scaled(const Variant& number, const Variant& factor) {
-  return RoundToDecimals(ToDouble(Multiply(number, factor)), kCleanDecimals);
+Double Cleaned(const Variant& scaled) { return RoundToDecimals(ToDouble(scaled), kCleanDecimals); }
+
+// What is left of a scaled number when `offset` is added and the rest is cut.
+Double WholePart(const Variant& scaled, Double offset) {
+  const Currency* amount = scaled.If<Currency>();
+  if (amount == nullptr) return std::trunc(Cleaned(scaled) + offset);
+  // An amount has its 4 decimals already, and more digits than a Double holds.
+  const std::int64_t units = amount->TenThousandths();
+  const auto added = static_cast<std::int64_t>(offset * Currency::kScale);
+  const std::int64_t carried = (units % Currency::kScale + added) / Currency::kScale;
+  const std::int64_t whole = units / Currency::kScale + carried;
+  return static_cast<Double>(whole);
 }
 
 Double OffsetFor(bool at_least_zero) { return at_least_zero ? kHalf : -kHalf; }
@@ -63,13 +73,7 @@ Variant Math::StdTruncate(const Variant& Nombre, Int16 Nombredecimales) {
   if (Nombre.Holds<Object>()) return StdTruncate(PlainValueOf(Nombre), Nombredecimales);
   if (Nombre.IsNull()) return Null;
   const Int32 factor = FactorOf(Nombredecimales);
-  const Variant product = Multiply(Nombre, Variant(factor));
-  // A Currency has its 4 decimals already, and more digits than a Double holds.
-  if (const Currency* amount = product.If<Currency>()) {
-    const std::int64_t whole = amount->TenThousandths() / Currency::kScale;
-    return Over(static_cast<Double>(whole), factor);
-  }
-  return Over(std::trunc(RoundToDecimals(ToDouble(product), kCleanDecimals)), factor);
+  return Over(WholePart(Multiply(Nombre, Variant(factor)), 0), factor);
 }
 
 Variant Math::StdRound(const Variant& Nombre, Int16 Nombredecimales) {
@@ -78,7 +82,7 @@ Variant Math::StdRound(const Variant& Nombre, Int16 Nombredecimales) {
   if (Nombre.IsNull()) return Null;
   const Int32 factor = FactorOf(Nombredecimales);
   const Double offset = OffsetFor(CompareToNumber(Nombre, 0) >= 0);
-  return Over(std::trunc(Scaled(Nombre, factor) + offset), factor);
+  return Over(WholePart(Multiply(Nombre, Variant(factor)), offset), factor);
 }
 
 Double Math::FixRound(Double Nombre, Int16 Nombredecimales) {
@@ -114,7 +118,7 @@ Variant Math::Round2019(const Variant& Nombre) {
   constexpr Int32 kFivesInOne = 20;
   if (Nombre.Holds<Object>()) return Round2019(PlainValueOf(Nombre));
   if (Nombre.IsNull()) return Null;
-  const Double x = Scaled(Nombre, kHundredths);
+  const Double x = Cleaned(Multiply(Nombre, Variant(kHundredths)));
   const Double offset = OffsetFor(x >= 0);
   if (std::abs(x) <= 5) return Over(std::trunc(x + offset), kHundredths);
   return Over(std::trunc(std::trunc(x) / 5 + offset), kFivesInOne);
