@@ -739,6 +739,35 @@ TEST(Sizes, OfTheFileFollowTheContent) {
   EXPECT_FALSE(store.Verify(kCurrentUser).Damaged());
 }
 
+// What changes in the key that is being written afresh, in front of the place reached and behind
+// it.
+TEST(Rewriting, OfALongKeyTakesItsChangesAlong) {
+  SimulatedFiles files;
+  PersistentStore store(SimulatedFolders(), files);
+  MemoryStore model;
+  for (Store* each : {static_cast<Store*>(&store), static_cast<Store*>(&model)}) {
+    ASSERT_EQ(Do(*each, {kCreateKey, "A"}) + Do(*each, {kCreateKey, "B"}), kDone);
+  }
+  Random random(23);
+  int rewritings = 0;
+  std::size_t former_size = 0;
+  for (int step = 0; step < 10000; ++step) {
+    const std::string path = random.Whole(0, 9) == 0 ? "B" : "A";
+    const std::string name = "value " + std::to_string(random.Whole(0, 199));
+    const bool goes = random.Whole(0, 3) == 0;
+    const std::string data(static_cast<std::size_t>(random.Whole(0, 6000)), 'x');
+    const auto kind = goes ? kDeleteValue : kSetValue;
+    const Action action{kind, path, name, std::to_string(step) + data};
+    ASSERT_EQ(Do(store, action), Do(model, action)) << step;
+    const std::size_t size = files.Bytes().size();
+    if (size >= std::exchange(former_size, size)) continue;
+    ++rewritings;
+    PersistentStore reopened(SimulatedFolders(), files);
+    ASSERT_EQ(ContentOf(reopened), ContentOf(model)) << step;
+  }
+  EXPECT_GT(rewritings, 10);
+}
+
 // ---- Places
 
 TEST(Places, ComeFromTheEnvironment) {
