@@ -71,6 +71,4 @@ String LowerCase(StringView text) {
   return lowered;
 }
 
-void MakeLowerCase(String& text) noexcept { LowerUnits(text, text.data()); }
-
 }  // namespace quorl

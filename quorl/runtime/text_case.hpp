@@ -19,7 +19,5 @@ QUORL_API bool EqualsIgnoringCase(StringView left, StringView right) noexcept;
 /// A copy of `text` with every code unit mapped; the length stays. Failure 7 where memory does not
 /// hold it.
 QUORL_API String LowerCase(StringView text);
-/// Replaces every code unit of `text` by its lower-case form, in place.
-QUORL_API void MakeLowerCase(String& text) noexcept;
 
 }  // namespace quorl
